@@ -1,0 +1,30 @@
+# What is installed: the program, both libraries, their headers, and what other builds find them by.
+include(CMakePackageConfigHelpers)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/vornwout)
+
+# The program and the libraries find each other wherever the prefix is moved to.
+set_target_properties(vornwout_program PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+set_target_properties(vornwout vornplatform PROPERTIES INSTALL_RPATH "$ORIGIN")
+
+install(TARGETS vornwout_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS vornplatform vornwout EXPORT vornwout-targets
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(DIRECTORY platform/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vornwout/platform
+        FILES_MATCHING PATTERN "*.h")
+install(FILES libvornwout/include/vornwout/entry_points.h
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vornwout)
+install(FILES README.md docs/language-reference.md docs/messages.md
+        DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+install(EXPORT vornwout-targets NAMESPACE vornwout:: DESTINATION ${package_dir})
+file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/vornwout-config.cmake
+     "include(\"\${CMAKE_CURRENT_LIST_DIR}/vornwout-targets.cmake\")\n")
+write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/vornwout-config-version.cmake
+                                 COMPATIBILITY SameMinorVersion)
+configure_file(cmake/vornwout.pc.in vornwout.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vornwout-config.cmake
+              ${CMAKE_CURRENT_BINARY_DIR}/vornwout-config-version.cmake
+        DESTINATION ${package_dir})
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vornwout.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

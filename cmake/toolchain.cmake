@@ -1,0 +1,30 @@
+# What every target is compiled with: warnings as errors, ccache where present, sanitizers on demand.
+
+find_program(VORN_CCACHE ccache)
+if(VORN_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${VORN_CCACHE}")
+endif()
+
+add_library(vorn_options INTERFACE)
+target_include_directories(vorn_options INTERFACE "${PROJECT_SOURCE_DIR}")
+target_compile_options(vorn_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast
+  -Wcast-qual -Wimplicit-fallthrough -Werror)
+
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # gcc 12 sees overlapping copies in "text" + std::string() that cannot be.
+  target_compile_options(vorn_options INTERFACE -Wno-restrict)
+endif()
+
+if(VORN_SANITIZE)
+  target_compile_options(vorn_options INTERFACE
+    -fsanitize=${VORN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(vorn_options INTERFACE -fsanitize=${VORN_SANITIZE})
+endif()
+if(VORN_FUZZ)
+  target_compile_options(vorn_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+if(VORN_COVERAGE)
+  target_compile_options(vorn_options INTERFACE --coverage -fprofile-abs-path)
+  target_link_options(vorn_options INTERFACE --coverage)
+endif()
