@@ -1,0 +1,108 @@
+#include "platform/strings/dictionary.h"
+
+#include <chrono>
+#include <string>
+
+#include "gtest/gtest.h"
+#include "platform/strings/language.h"
+#include "platform/text/encoding.h"
+
+namespace vornwout {
+namespace {
+
+TEST(DictionaryTest, englishHasTheTwelveMonths) {
+  const FacSTDictionary dictionary("/opt/lang/en/");
+  for (const std::string month : {"January", "February", "March", "April", "May", "June", "July",
+                                  "August", "September", "October", "November", "December"}) {
+    EXPECT_EQ(dictionary.LookUp("TFO" + month), month);
+  }
+}
+
+TEST(DictionaryTest, monthsComeInTheLanguageOfTheLocationsLastDirectory) {
+  const struct {
+    const char* location;
+    const char* march;
+  } cases[] = {{"/opt/lang/en/", "March"},
+               {"/opt/lang/de/", "M\xC3\xA4rz"},
+               {"/opt/lang/de", "M\xC3\xA4rz"},
+               {"/opt/lang/DE//", "M\xC3\xA4rz"},
+               {"\\opt\\lang\\de\\", "M\xC3\xA4rz"},
+               {"de", "M\xC3\xA4rz"},
+               {"/opt/lang/es/", "marzo"},
+               {"/opt/lang/fr/", "mars"},
+               {"/opt/lang/it/", "marzo"},
+               {"/opt/lang/ja/", "3\xE6\x9C\x88"},
+               {"/opt/lang/ko/", "3\xEC\x9B\x94"},
+               {"/opt/lang/pl/", "marzec"},  // stand-alone, not the genitive "marca"
+               {"/opt/lang/pt-br/", "mar\xC3\xA7o"},
+               {"/opt/lang/ru/", "\xD0\xBC\xD0\xB0\xD1\x80\xD1\x82"},
+               {"/opt/lang/zh_CN/", "\xE4\xB8\x89\xE6\x9C\x88"},
+               {"/opt/lang/zh_TW/", "3\xE6\x9C\x88"},
+               {"/opt/de/nl/", "March"},
+               {"/", "March"},
+               {"", "March"}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(FacSTDictionary(c.location).LookUp("TFOMarch"), c.march) << c.location;
+  }
+}
+
+TEST(DictionaryTest, everyLanguageHasDifferentTextsForDifferentMonths) {
+  for (const std::string_view language : kLanguages) {
+    const FacSTDictionary dictionary(std::string("/lang/") + std::string(language) + "/");
+    EXPECT_FALSE(dictionary.LookUp("TFOJanuary").empty()) << language;
+    EXPECT_NE(dictionary.LookUp("TFOJanuary"), dictionary.LookUp("TFODecember")) << language;
+  }
+}
+
+TEST(DictionaryTest, monthsComeInTheCurrentEncodingOrInEnglish) {
+  const FacSTDictionary german("/lang/de/");
+  const FacSTDictionary polish("/lang/pl/");
+  const FacSTDictionary japanese("/lang/ja/");
+  {
+    const ScopedEncoding encoding(Encoding::find("windows-1252"));
+    EXPECT_EQ(german.LookUp("TFOMarch"), "M\xE4rz");
+    EXPECT_EQ(polish.LookUp("TFOMarch"), "marzec");
+    EXPECT_EQ(polish.LookUp("TFOJanuary"), "January");
+    EXPECT_EQ(japanese.LookUp("TFOMarch"), "March");
+  }
+  {
+    const ScopedEncoding encoding(Encoding::find("Shift-JIS"));
+    EXPECT_EQ(japanese.LookUp("TFOMarch"), "3\x8C\x8E");
+    EXPECT_EQ(german.LookUp("TFOMarch"), "March");
+  }
+  EXPECT_EQ(german.LookUp("TFOMarch"), "M\xC3\xA4rz");
+}
+
+TEST(DictionaryTest, labelsAreKnownWhateverTheProcedure) {
+  FacSTDictionary dictionary("/lang/de/");
+  EXPECT_EQ(dictionary.LookUp("E60801"), "Objects");
+  dictionary.SetProcedure("Output Modify");
+  EXPECT_EQ(dictionary.procedure(), "Output Modify");
+  EXPECT_EQ(dictionary.LookUp("E60801"), "Objects");
+  EXPECT_EQ(dictionary.LookUp("TFOMarch"), "M\xC3\xA4rz");
+}
+
+TEST(DictionaryTest, aMissingKeyGivesItself) {
+  const FacSTDictionary dictionary("/lang/en/");
+  for (const std::string& key :
+       {std::string(), std::string("TFO"), std::string("TFOmarch"), std::string("TFOMarchX"),
+        std::string("March"), std::string("E60802"), std::string("\xFF\0", 2)}) {
+    EXPECT_EQ(dictionary.LookUp(key), key);
+  }
+}
+
+TEST(DictionaryTest, lookUpsAfterTheFirstAreCheap) {
+  constexpr int kCount = 200'000;
+  const FacSTDictionary dictionary("/lang/pl/");
+  const std::string key = "TFOSeptember";
+  std::size_t total = dictionary.LookUp(key).size();
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 0; i < kCount; ++i) total += dictionary.LookUp(key).size();
+  const auto each = (std::chrono::steady_clock::now() - start) / kCount;
+  EXPECT_EQ(total % (kCount + 1), 0U);
+  // Making the names again takes at least ten times as long, instrumented or not.
+  EXPECT_LT(each, std::chrono::microseconds(5));
+}
+
+}  // namespace
+}  // namespace vornwout
