@@ -1,0 +1,7 @@
+#include "platform/adapter/go_to_caller.h"
+
+namespace vornwout {
+
+VornGoToCaller::~VornGoToCaller() = default;
+
+}  // namespace vornwout

@@ -1,0 +1,37 @@
+#include "platform/adapter/output_sink.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vornwout {
+namespace {
+
+std::vector<OutputSink*>& sinks() {
+  static std::vector<OutputSink*> registered;
+  return registered;
+}
+
+}  // namespace
+
+MessageSeverity OutputMessageRecord::severity() const {
+  if (level >= 3) return MessageSeverity::kError;
+  return level == 2 ? MessageSeverity::kWarning : MessageSeverity::kInformation;
+}
+
+OutputSink::~OutputSink() = default;
+
+SinkRegistration::SinkRegistration(OutputSink& sink) : sink_(&sink) { sinks().push_back(sink_); }
+
+SinkRegistration::~SinkRegistration() { std::erase(sinks(), sink_); }
+
+SinkSuspension::SinkSuspension() : suspended_(std::exchange(sinks(), {})) {}
+
+SinkSuspension::~SinkSuspension() { sinks() = std::move(suspended_); }
+
+const std::vector<OutputSink*>& outputSinks() { return sinks(); }
+
+}  // namespace vornwout
+
+void bp_flushlog_() {
+  for (vornwout::OutputSink* sink : vornwout::outputSinks()) sink->logFlushed();
+}

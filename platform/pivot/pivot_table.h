@@ -1,0 +1,74 @@
+// A finished pivot table as plain data: dimensions of nested categories, and sparse cells.
+//
+// Every dimension lies in rows, columns or layers. Its categories form a tree below an unlabelled
+// root; the leaves, in the order in which they were made, are what cells refer to. All texts are
+// UTF-8.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/pivot/cell_text.h"
+
+namespace vornwout {
+
+/// Where a dimension lies.
+enum class PivotPlace { kRows = 0, kColumns = 1, kLayers = 2 };
+
+/// A dimension's position, as BpDimension::Position was given it.
+struct PivotPosition {
+  int place = 0;                ///< a PivotPlace
+  int index = 1;                ///< order within the place, from 1, outermost first
+  bool hideLabel = false;       ///< the dimension's own label is not shown
+  bool hideCategories = false;  ///< the labels of its categories are not shown
+  friend bool operator==(const PivotPosition&, const PivotPosition&) = default;
+};
+
+/// A node of a dimension's category tree: a group, or a category (a leaf).
+struct PivotCategory {
+  CellText label;
+  int parent = -1;  ///< index of the group it stands in, -1 for the dimension itself
+  bool isGroup = false;
+  int leaf = -1;  ///< number of the leaf, from 0; -1 for a group
+  friend bool operator==(const PivotCategory&, const PivotCategory&) = default;
+};
+
+struct PivotDimension {
+  CellText label;
+  int sort = 0;
+  std::optional<PivotPosition> position;
+  std::vector<PivotCategory> categories;  ///< groups and leaves in order of creation
+  int leafCount = 0;
+
+  PivotPlace place() const;
+  friend bool operator==(const PivotDimension&, const PivotDimension&) = default;
+};
+
+struct PivotCell {
+  std::vector<int> at;  ///< one leaf number per dimension, in the order of the dimensions
+  CellText value;
+  std::vector<CellText> notes;  ///< footnotes
+  std::string textColor;        ///< a colour name or "#rrggbb", empty for none
+  std::string backgroundColor;
+  bool bold = false;
+  friend bool operator==(const PivotCell&, const PivotCell&) = default;
+};
+
+struct PivotTable {
+  CellText title;
+  CellText subtype;
+  std::optional<bool> flag;  ///< third argument of BpHeading::PivotTable
+  bool titleHidden = false;
+  std::optional<int> minDataColumnWidth;  ///< points
+  std::optional<int> maxDataColumnWidth;  ///< points
+  std::vector<PivotDimension> dimensions;
+  std::vector<PivotCell> cells;
+  friend bool operator==(const PivotTable&, const PivotTable&) = default;
+};
+
+/// Indexes into `dimension.categories` from the outermost group to the leaf `leaf`.
+std::vector<int> categoryPath(const PivotDimension& dimension, int leaf);
+
+}  // namespace vornwout
