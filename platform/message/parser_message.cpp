@@ -1,0 +1,170 @@
+#include "platform/message/parser_message.h"
+
+#include <utility>
+
+#include "platform/parser/current_command.h"
+#include "platform/pivot/cell_text.h"
+#include "platform/text/encoding.h"
+
+namespace vornwout {
+namespace {
+
+const ParserMessage* innermost = nullptr;
+
+constexpr std::size_t kMostPlaceholders = 9;
+
+std::string fill(std::string_view text, std::vector<std::string> arguments) {
+  // What no argument was given for shows nothing, so that no "^4" meets the user.
+  arguments.resize(std::max(arguments.size(), kMostPlaceholders));
+  return substitutePlaceholders(std::string(text), arguments);
+}
+
+SourcePlace currentPlace() {
+  const CurrentCommand* command = CurrentCommand::current();
+  return command == nullptr ? SourcePlace{} : command->place();
+}
+
+std::vector<std::string> inUtf8(std::vector<std::string> texts) {
+  for (std::string& text : texts) text = currentToUtf8(text);
+  return texts;
+}
+
+std::string joined(const std::vector<std::string>& names) {
+  std::string list;
+  for (const std::string& name : names) {
+    if (!list.empty()) list += ", ";
+    list += name;
+  }
+  return list;
+}
+
+}  // namespace
+
+ParserMessage::ParserMessage() : previous_(innermost) { innermost = this; }
+
+ParserMessage::~ParserMessage() { innermost = previous_; }
+
+const ParserMessage* ParserMessage::current() { return innermost; }
+
+void ParserMessage::WrongValueType(const std::string& keyword, const std::string& detail) const {
+  report(MessageKey::kWrongValueType, {keyword, detail});
+}
+
+void ParserMessage::InvalidParam(const std::string& keyword, const std::string& subcommand) const {
+  report(MessageKey::kInvalidParam, {keyword, subcommand});
+}
+
+void ParserMessage::InvalidParamValue(const std::string& value, const std::string& keyword,
+                                      const std::string& subcommand) const {
+  report(MessageKey::kInvalidParamValue, {value, keyword, subcommand});
+}
+
+void ParserMessage::IgnoredParamValue(const std::string& keyword, const std::string& subcommand,
+                                      const std::string& value) const {
+  report(MessageKey::kIgnoredParamValue, {keyword, subcommand, value});
+}
+
+void ParserMessage::FileNameInvalid(const std::string& path) const {
+  report(MessageKey::kFileNameInvalid, {path});
+}
+
+void ParserMessage::ParamValueBreakBdry(double value, double lower, double upper,
+                                        const std::string& keyword,
+                                        const std::string& subcommand) const {
+  const BpFormatSpec format{BpFormatSpec::Type::kGeneral};
+  report(MessageKey::kParamValueBreakBdry,
+         {renderNumber(value, format), renderNumber(lower, format), renderNumber(upper, format),
+          keyword, subcommand});
+}
+
+void ParserMessage::ParamRequiredForSubCom(const std::string& keyword,
+                                           const std::string& subcommand) const {
+  report(MessageKey::kParamRequiredForSubCom, {keyword, subcommand});
+}
+
+void ParserMessage::ParamNoSubCom(const std::string& name) const {
+  report(MessageKey::kParamNoSubCom, {name});
+}
+
+void ParserMessage::ParamNeedParam(const std::string& keyword, const std::string& otherKeyword,
+                                   const std::string& otherValue) const {
+  report(MessageKey::kParamNeedParam, {keyword, otherKeyword, otherValue});
+}
+
+void ParserMessage::ParamNeedInteger(const std::string& keyword,
+                                     const std::string& subcommand) const {
+  report(MessageKey::kParamNeedInteger, {keyword, subcommand});
+}
+
+void ParserMessage::ParamNeedIntegerList(const std::string& subcommand) const {
+  report(MessageKey::kParamNeedIntegerList, {subcommand});
+}
+
+void ParserMessage::ParamNeedIntegerList(const std::string& keyword,
+                                         const std::string& subcommand) const {
+  report(MessageKey::kParamNeedIntegerList, {keyword, subcommand});
+}
+
+void ParserMessage::ParamNeedNumber(const std::string& keyword,
+                                    const std::string& subcommand) const {
+  report(MessageKey::kParamNeedNumber, {keyword, subcommand});
+}
+
+void ParserMessage::ParamExclusive(const std::string& keyword, const std::string& otherKeyword,
+                                   const std::string& subcommand) const {
+  report(MessageKey::kParamExclusive, {keyword, otherKeyword, subcommand});
+}
+
+void ParserMessage::ParenRequired(const std::string& name) const {
+  report(MessageKey::kParenRequired, {name});
+}
+
+void ParserMessage::SquareBracketRequired(const std::string& keyword,
+                                          const std::string& subcommand) const {
+  report(MessageKey::kSquareBracketRequired, {keyword, subcommand});
+}
+
+void ParserMessage::SubComRequired(const std::vector<std::string>& names) const {
+  report(MessageKey::kSubComRequired, names);
+}
+
+void ParserMessage::report(MessageKey key, std::vector<std::string> arguments,
+                           std::optional<SourcePlace> place, std::string_view hint) const {
+  const MessageEntry& entry = messageEntry(key);
+  ParserMessageRecord record;
+  record.operation = entry.operation;
+  record.severity = entry.severity;
+  record.arguments = inUtf8(std::move(arguments));
+  record.place = place.value_or(currentPlace());
+  if (key == MessageKey::kSubComRequired) {
+    record.text = fill(entry.text, {joined(record.arguments)});
+  } else if (key == MessageKey::kParamNeedIntegerList && record.arguments.size() == 1) {
+    record.text = fill(entry.shortText, record.arguments);
+  } else {
+    const bool lastIsEmpty = !record.arguments.empty() && record.arguments.back().empty();
+    const bool useShort = lastIsEmpty && !entry.shortText.empty();
+    record.text = fill(useShort ? entry.shortText : entry.text, record.arguments);
+  }
+  if (!hint.empty()) record.text += " " + currentToUtf8(hint);
+  send(std::move(record));
+}
+
+void ParserMessage::reportGeneric(MessageKey key, const std::string& text,
+                                  std::vector<std::string> arguments) const {
+  const MessageEntry& entry = messageEntry(key);
+  ParserMessageRecord record;
+  record.operation = entry.operation;
+  record.severity = entry.severity;
+  record.messageTemplate = currentToUtf8(text);
+  record.arguments = inUtf8(std::move(arguments));
+  record.text = fill(record.messageTemplate, record.arguments);
+  record.place = currentPlace();
+  send(std::move(record));
+}
+
+void ParserMessage::send(ParserMessageRecord record) const {
+  if (record.severity == MessageSeverity::kError) ++errorCount_;
+  for (OutputSink* sink : outputSinks()) sink->parserMessage(record);
+}
+
+}  // namespace vornwout

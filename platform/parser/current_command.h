@@ -1,0 +1,42 @@
+// The command that is being carried out: its tokens and where in it a value was last read.
+//
+// The command processor makes a CurrentCommand around each call of an entry point; the entry reads it
+// through VORN_TokenSequence(true), and messages find their place through it.
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+#include "platform/parser/token.h"
+
+namespace vornwout {
+
+/// Makes a command the current one while it lives; the one before is back afterwards.
+class CurrentCommand {
+ public:
+  /// The first `nameTokens` tokens are the command's name. `command` must outlive this object.
+  CurrentCommand(const TokenizedCommand& command, std::size_t nameTokens);
+  ~CurrentCommand();
+  CurrentCommand(const CurrentCommand&) = delete;
+  CurrentCommand& operator=(const CurrentCommand&) = delete;
+
+  /// The innermost current command, or null.
+  static CurrentCommand* current();
+
+  const TokenizedCommand& command() const { return *command_; }
+  /// The tokens behind the command's name.
+  std::span<const Token> argumentTokens() const;
+
+  /// Remembers what is being read, so that a message about it can name its place.
+  void noteRead(const Token* token) { lastRead_ = token; }
+  /// The place of what was read last, else of the command itself.
+  SourcePlace place() const;
+
+ private:
+  const TokenizedCommand* command_;
+  std::size_t nameTokens_;
+  const Token* lastRead_ = nullptr;
+  CurrentCommand* previous_;
+};
+
+}  // namespace vornwout

@@ -1,0 +1,97 @@
+// Parses any command by its declared grammar.
+//
+// Entry point: UniversalParser::getCommandSpecifications(). It reads the token sequence once, fills the
+// CommandSpec, reports every independent error through the current ParserMessage (its own when the
+// command has none) and returns their number. It checks names, repetition, brackets, declared values
+// and the shape of values; numbers are left to the getters, so that the command's own message about a
+// bad number is the one that the user sees.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/parser/command_spec.h"
+#include "platform/parser/descriptor.h"
+#include "platform/parser/token_sequence.h"
+
+namespace vornwout {
+
+class ParserMessage;
+enum class MessageKey;
+
+class UniversalParser {
+ public:
+  /// All three must outlive the parser; `descriptor` also every use of `spec` but its destruction.
+  UniversalParser(const VORN_TokenSequence& tokens, CommandSpec& spec,
+                  const CommandDescriptor& descriptor);
+
+  /// Fills the spec. Zero when there was no error; otherwise the number of errors, all reported, and
+  /// the spec holds what could be read.
+  int getCommandSpecifications();
+
+ private:
+  /// Where a subcommand of some name was declared.
+  struct Declaration {
+    const SubComDescriptor* subcommand = nullptr;
+    std::size_t index = 0;  ///< among its siblings
+    const GroupComDescriptor* group = nullptr;
+    std::size_t groupIndex = 0;
+  };
+
+  bool atEnd(std::size_t i) const { return i >= tokens_.size(); }
+  bool isOperator(std::size_t i, OperatorCode code) const {
+    return i < tokens_.size() && tokens_[i].code == code;
+  }
+  /// A word, or the reserved word ALL, which serves as a keyword and a declared value.
+  bool isName(std::size_t i) const;
+  std::string_view source(std::size_t i) const { return command_->sourceText(tokens_[i]); }
+  std::string text(std::size_t i) const { return command_->text(tokens_[i]); }
+
+  void error(MessageKey key, std::vector<std::string> arguments, const Token* token,
+             std::string_view hint = {});
+
+  void reportLexicalErrors();
+  void parseMainSubcommand();
+  void parseSubcommands();
+  void parseOneSubcommand();
+  Declaration find(std::string_view name) const;
+  bool isDeclaredSubcommand(std::size_t i) const;
+  std::string closestSubcommand(std::string_view name) const;
+
+  /// Opens the place of a subcommand in the spec; null when it may not stand here (reported).
+  SubComObj* beginSubcommand(const Declaration& declaration, const Token& name);
+  SubComObj* beginInGroup(const Declaration& declaration, const Token& name);
+  void parseContent(const SubComDescriptor& subcommand, SubComObj& object, const Token* name);
+  void parseKeyword(const SubComDescriptor& subcommand, SubComObj& object);
+  void parseValue(const SubComDescriptor& subcommand, const ParamDescriptor& param,
+                  SubComObj& object, const Token& keyword);
+  void addParam(SubComObj& object, const ParamDescriptor& param, const Token& keyword,
+                std::size_t begin, std::size_t end, const SubComDescriptor& subcommand);
+  void skipUnknown(const SubComDescriptor& subcommand);
+  void skipToSubcommand();
+
+  /// The end of the value that begins at `begin`; clears `balanced` after reporting a bad bracket.
+  std::size_t findValueEnd(const SubComDescriptor& subcommand, const ParamDescriptor& param,
+                           std::size_t begin, bool& balanced);
+  /// The token behind the partner of the bracket at `open`; none, and `stop` is where the search ended.
+  std::optional<std::size_t> behindPartner(std::size_t open, std::size_t& stop) const;
+
+  void checkRequired();
+  void checkRequiredKeywords(const SubComObj& object, const Token* name);
+
+  const TokenizedCommand* command_;
+  std::span<const Token> tokens_;
+  CommandSpec& spec_;
+  const CommandDescriptor& descriptor_;
+  const ParserMessage* messages_ = nullptr;
+  std::size_t position_ = 0;
+  int errors_ = 0;
+
+  /// For every subcommand of the command, and of every group: whether (in which group) it stood last.
+  std::vector<bool> seen_;
+  std::vector<std::vector<std::uint32_t>> seenInGroup_;
+};
+
+}  // namespace vornwout
