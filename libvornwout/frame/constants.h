@@ -1,0 +1,30 @@
+// The texts that the document commands share: names, titles, keywords, values and messages.
+#pragma once
+
+namespace vornwout {
+
+inline constexpr const char* kOutputDocument = "Output Document";
+
+inline constexpr const char* kKeywordName = "NAME";
+inline constexpr const char* kKeywordType = "TYPE";
+inline constexpr const char* kKeywordMinimized = "MINIMIZED";
+
+inline constexpr const char* kYes = "YES";
+inline constexpr const char* kNo = "NO";
+inline constexpr const char* kViewer = "VIEWER";
+inline constexpr const char* kDraft = "DRAFT";
+
+inline constexpr const char* kNotImplemented = "^1 currently not implemented.";
+inline constexpr const char* kNameTooLong = "Output name ^1 is too long.";
+inline constexpr const char* kNoDocumentsOpen = "No output documents are open.";
+
+/// Levels of messages in the output.
+inline constexpr int kLevelWarning = 2;
+inline constexpr int kLevelError = 3;
+
+/// Arguments of BpDimension::Position and of the sort order that every table here uses.
+inline constexpr int kPlaceRows = 0;
+inline constexpr int kFirstInPlace = 1;
+inline constexpr int kSortAsMade = 2;
+
+}  // namespace vornwout

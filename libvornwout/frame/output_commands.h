@@ -1,0 +1,15 @@
+// OutputCommands: errors and warnings that are no syntax errors, written into the command's output.
+#pragma once
+
+namespace vornwout {
+
+/// Reports messages as annotations of the current procedure. Texts are in the current encoding.
+class OutputCommands {
+ public:
+  /// Reports a message that has no argument.
+  static void ErrorWarn0(const char* text, int level);
+  /// Reports a message with one argument for "^1". A null or empty argument leaves "^1" as it is.
+  static void ErrorWarn(const char* text, const char* argument, int level);
+};
+
+}  // namespace vornwout

@@ -1,0 +1,43 @@
+#include "libvornwout/frame/output_request.h"
+
+#include <utility>
+
+#include "libvornwout/frame/constants.h"
+#include "libvornwout/frame/output_commands.h"
+#include "libvornwout/frame/request_counter.h"
+
+namespace vornwout {
+namespace {
+
+constexpr std::size_t kLongestName = 64;  // bytes of the current encoding, not characters
+
+constinit RequestCounter requestCounter;
+
+}  // namespace
+
+int NextOutputRequestId() { return requestCounter.next(); }
+
+OutputExchange::OutputExchange(OutputControllerCommand command, std::string name,
+                               OutputDocumentMinimized minimized)
+    : name_(std::move(name)),
+      request_(NextOutputRequestId(), command, name_.c_str(), "", minimized) {}
+
+bool OutputExchange::send(OutputControllerInterface& controller) {
+  if (controller.SendRequest(request_, response_)) return true;
+  OutputCommands::ErrorWarn(response_.GetMsgString(), response_.GetArgumentString(),
+                            response_.GetErrorSeverity());
+  return false;
+}
+
+bool sendShortRequest(OutputControllerInterface& controller, OutputControllerCommand command,
+                      const std::string& name, OutputDocumentMinimized minimized) {
+  return OutputExchange(command, name, minimized).send(controller);
+}
+
+bool checkNameLength(const std::string& name) {
+  if (name.size() <= kLongestName) return true;
+  OutputCommands::ErrorWarn(kNameTooLong, name.c_str(), kLevelError);
+  return false;
+}
+
+}  // namespace vornwout

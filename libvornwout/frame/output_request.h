@@ -1,0 +1,44 @@
+// The exchange with the host's output controller: request numbers, the request, and what a failing
+// response says.
+#pragma once
+
+#include <string>
+
+#include "platform/adapter/host_adapter.h"
+
+namespace vornwout {
+
+/// The number of the next request: 1, 2, ... up to 2000000000, then 1 again. Process-wide, the one
+/// thing that outlives a command.
+int NextOutputRequestId();
+
+/// One exchange of the short form, made when all checks have passed and used once.
+///
+/// The members stand in the order of the exchange: the text that the request points into, the
+/// request with its number, the response. They go in reverse.
+class OutputExchange {
+ public:
+  OutputExchange(OutputControllerCommand command, std::string name,
+                 OutputDocumentMinimized minimized);
+  OutputExchange(const OutputExchange&) = delete;
+  OutputExchange& operator=(const OutputExchange&) = delete;
+
+  /// Sends the request; on failure reports the response's message and returns false.
+  bool send(OutputControllerInterface& controller);
+  /// What the controller answered.
+  const VornwMsgOutputControllerResponse& response() const { return response_; }
+
+ private:
+  std::string name_;
+  VornwMsgOutputControllerRequest request_;
+  VornwMsgOutputControllerResponse response_;
+};
+
+/// An exchange for commands that have nothing to read from the response.
+bool sendShortRequest(OutputControllerInterface& controller, OutputControllerCommand command,
+                      const std::string& name, OutputDocumentMinimized minimized);
+
+/// False after reporting that a document name is longer than 64 bytes.
+bool checkNameLength(const std::string& name);
+
+}  // namespace vornwout
