@@ -1,0 +1,21 @@
+#include "host/document/document.h"
+
+#include <utility>
+
+namespace vornwout {
+
+Document::Document(int number, std::string name, bool minimized)
+    : number_(number), name_(std::move(name)), minimized_(minimized) {
+  root_.type = ObjectType::kHeading;
+}
+
+void Document::setName(std::string name) { name_ = std::move(name); }
+
+int Document::beginRun(const std::string& command) { return ++runs_[command]; }
+
+std::size_t Document::append(DocumentObject object) {
+  root_.children.push_back(std::move(object));
+  return root_.children.size() - 1;
+}
+
+}  // namespace vornwout

@@ -1,0 +1,100 @@
+// A pivot table laid out as a grid of rows and columns, once for every renderer.
+//
+// layoutTable() nests the dimensions of rows and columns by their index, renders every text, spans
+// labels over what they stand for, marks the cells that have footnotes, and decides the alignment.
+// What a renderer has left to do is to measure and to draw. The grid is sparse: a place that no
+// cell covers is empty, so that the cost grows with the labels and the cells and not with their
+// product.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/pivot/pivot_table.h"
+
+namespace vornwout {
+
+enum class CellRole { kCorner, kColumnLabel, kRowLabel, kData };
+enum class CellAlignment { kLeft, kRight };
+
+struct CellStyle {
+  std::string textColor;        ///< a colour name or "#rrggbb", empty for none
+  std::string backgroundColor;  ///< likewise
+  bool bold = false;
+  friend bool operator==(const CellStyle&, const CellStyle&) = default;
+};
+
+/// One cell. It covers `rowSpan` rows and `columnSpan` columns from its place on.
+struct GridCell {
+  CellRole role = CellRole::kData;
+  int row = 0;
+  int column = 0;
+  int rowSpan = 1;
+  int columnSpan = 1;
+  std::string text;  ///< UTF-8, without footnote marks
+  CellAlignment alignment = CellAlignment::kLeft;
+  bool isNumber = false;
+  CellStyle style;
+  std::vector<int> notes;  ///< indexes into the grid's footnotes
+};
+
+struct Footnote {
+  std::string mark;  ///< "a" to "z", "aa", "ab", ...
+  std::string text;
+};
+
+/// What a grid shows of a dimension in the layers.
+struct LayerCaption {
+  std::string dimension;  ///< empty where the label is hidden
+  std::string category;   ///< groups and category from the outermost inward, joined by ", "
+};
+
+/// The cells of one row, left to right.
+struct GridRow {
+  const GridCell* first;
+  const GridCell* last;
+  const GridCell* begin() const { return first; }
+  const GridCell* end() const { return last; }
+};
+
+struct TableGrid {
+  std::string title;  ///< empty when hidden
+  std::vector<LayerCaption> layers;
+  int rowCount = 0;
+  int columnCount = 0;
+  int headerRows = 0;                  ///< rows above the data
+  int headerColumns = 0;               ///< columns before the data
+  std::vector<GridCell> cells;         ///< in reading order of their upper left places
+  std::vector<std::size_t> rowStarts;  ///< index of each row's first cell, and the end
+  std::vector<Footnote> footnotes;
+  std::optional<int> minDataColumnWidth;  ///< points
+  std::optional<int> maxDataColumnWidth;  ///< points
+
+  /// The cells whose upper left place is in `row`.
+  GridRow row(int row) const;
+  /// The cell whose upper left place this is, or null.
+  const GridCell* at(int row, int column) const;
+};
+
+struct LayoutOptions {
+  /// Lays out only the first combination of the layers' categories.
+  bool firstLayerOnly = false;
+  /// Rows and columns that a table may have, all layers together, before combinations of categories
+  /// without any cell are left out. Nested dimensions multiply, so this bounds cost and memory.
+  std::size_t completeLimit = 1'000'000;
+};
+
+/// Lays out a table: one grid for each combination of the layers' categories that has cells, in the
+/// order of the categories, and a grid without data for a table without cells. The label of a row
+/// dimension stands above its categories and is hidden with them.
+///
+/// Throws std::invalid_argument when a cell or category refers to something that the table has not,
+/// and std::length_error when the dimensions of one place have 2^63 combinations or more.
+std::vector<TableGrid> layoutTable(const PivotTable& table, const LayoutOptions& options = {});
+
+/// The mark of the footnote with this index: a, b, ..., z, aa, ab, ...
+std::string footnoteMark(int index);
+
+}  // namespace vornwout

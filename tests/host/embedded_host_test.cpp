@@ -1,0 +1,71 @@
+#include "host/controller/embedded_host.h"
+
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+namespace vornwout {
+namespace {
+
+bool send(EmbeddedHost& host, OutputControllerCommand command, const char* name) {
+  VornwMsgOutputControllerResponse response;
+  return host.GetOutputController()->SendRequest(
+      {1, command, name, "", OutputDocumentMinimized::kNotApplicable}, response);
+}
+
+TEST(EmbeddedHost, ExpandsPathsAndHasAController) {
+  EmbeddedHost host;
+  EXPECT_FALSE(host.IsPathExpansionSuppressed());
+  EXPECT_NE(host.GetOutputController(), nullptr);
+}
+
+TEST(EmbeddedHost, RequestsAndOutputReachTheSameDocuments) {
+  EmbeddedHost host;
+  const AdapterRegistration adapter(&host);
+  const SinkRegistration sink(host.sink());
+  ASSERT_EQ(GetAdapter(), &host);
+  ASSERT_TRUE(send(host, OutputControllerCommand::kNew, "a"));
+  host.setCommandLog("OUTPUT COMMENT", "output comment.");
+  for (OutputSink* registered : outputSinks()) {
+    registered->procedureOpened({"Output Comment", 2});
+    registered->table(std::make_shared<PivotTable>());
+    registered->procedureClosed({"Output Comment", 2});
+  }
+  ASSERT_EQ(host.documents().size(), 1u);
+  EXPECT_EQ(host.activeDocument(), host.documents()[0]);
+  const auto& objects = host.activeDocument()->root().children;
+  ASSERT_EQ(objects.size(), 1u);
+  EXPECT_EQ(objects[0].label, "Output Comment");
+  ASSERT_EQ(objects[0].children.size(), 2u);
+  EXPECT_EQ(std::get<LogContent>(objects[0].children[0].content).text, "output comment.");
+}
+
+TEST(EmbeddedHost, ChangingAndExportingAreRefusedInWords) {
+  EmbeddedHost host;
+  const auto textOf = [](auto&& call) {
+    try {
+      call();
+    } catch (const std::runtime_error& error) {
+      return std::string(error.what());
+    }
+    return std::string("nothing was thrown");
+  };
+  EXPECT_EQ(textOf([&] { host.ModifyOutput("<x/>"); }),
+            "This version cannot change output documents.");
+  EXPECT_EQ(textOf([&] { host.ExportOutput("<x/>"); }),
+            "This version cannot export output documents.");
+}
+
+TEST(EmbeddedHost, ActiveDocumentIsLabelledWhereThatTellsSomething) {
+  EmbeddedHost host;
+  EXPECT_EQ(host.activeDocumentLabel(), std::nullopt);
+  send(host, OutputControllerCommand::kNew, "");
+  EXPECT_EQ(host.activeDocumentLabel(), std::nullopt) << "the only one, and unnamed";
+  send(host, OutputControllerCommand::kNew, "b");
+  EXPECT_EQ(host.activeDocumentLabel(), "b");
+  send(host, OutputControllerCommand::kNew, "");
+  EXPECT_EQ(host.activeDocumentLabel(), "unnamed document 3");
+}
+
+}  // namespace
+}  // namespace vornwout
