@@ -1,0 +1,44 @@
+// Shows the messages of a run on standard error and counts them.
+#pragma once
+
+#include <functional>
+#include <ostream>
+#include <string>
+
+#include "platform/adapter/output_sink.h"
+#include "platform/parser/token.h"
+#include "runner/job.h"
+#include "runner/terminal/style.h"
+
+namespace vornwout {
+
+class DiagnosticSink : public OutputSink {
+ public:
+  /// `beforeMessage` is called before anything is written, so that output that was produced earlier
+  /// can be brought to the terminal first.
+  DiagnosticSink(std::ostream& out, const TerminalStyle& style,
+                 std::function<void()> beforeMessage);
+
+  /// What messages are about from now on; both must live until the next call.
+  void setSource(const Job* job, const TokenizedCommand* command);
+
+  void parserMessage(const ParserMessageRecord& message) override;
+  void outputMessage(const OutputMessageRecord& message) override;
+
+  int errors() const { return errors_; }
+  int warnings() const { return warnings_; }
+
+ private:
+  void show(MessageSeverity severity, SourcePlace place, const std::string& text,
+            std::string_view remedy);
+
+  std::ostream& out_;
+  TerminalStyle style_;
+  std::function<void()> beforeMessage_;
+  const Job* job_ = nullptr;
+  const TokenizedCommand* command_ = nullptr;
+  int errors_ = 0;
+  int warnings_ = 0;
+};
+
+}  // namespace vornwout

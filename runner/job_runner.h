@@ -1,0 +1,36 @@
+// Runs jobs: reads command after command and calls the entry point of each.
+//
+// Whatever a command does, the job goes on with the next one: an error is a message and a status, and
+// an exception that leaves an entry point is reported here.
+#pragma once
+
+#include "platform/parser/token.h"
+#include "platform/trace/trace_writer.h"
+#include "runner/command_table.h"
+#include "runner/diagnostic_sink.h"
+#include "runner/job.h"
+
+namespace vornwout {
+
+class EmbeddedHost;
+
+class JobRunner {
+ public:
+  /// `trace` and `host` may be null; `host` is told of every command so that it can keep its log.
+  JobRunner(DiagnosticSink& diagnostics, TraceWriter* trace, EmbeddedHost* host)
+      : diagnostics_(diagnostics), trace_(trace), host_(host) {}
+
+  /// Runs all commands of a job whose text is in the current encoding.
+  void run(const Job& job);
+
+ private:
+  void runCommand(const TokenizedCommand& command);
+  void reportUnknown(const TokenizedCommand& command);
+  void callEntry(const Command& known, const TokenizedCommand& command);
+
+  DiagnosticSink& diagnostics_;
+  TraceWriter* trace_;
+  EmbeddedHost* host_;
+};
+
+}  // namespace vornwout

@@ -1,0 +1,16 @@
+#include <exception>
+#include <iostream>
+
+#include "runner/application.h"
+#include "runner/run_options.h"
+
+int main(int argc, char** argv) {
+  try {
+    return vornwout::runApplication(argc, argv);
+  } catch (const std::exception& exception) {
+    std::cerr << "vornwout: error: " << exception.what() << "\n";
+  } catch (...) {
+    std::cerr << "vornwout: error: an unknown failure\n";
+  }
+  return vornwout::kExitUsage;
+}

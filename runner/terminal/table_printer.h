@@ -1,0 +1,20 @@
+// Draws a table's grid on a terminal: the title above, a frame, one rule below the header.
+//
+// Data columns keep the table's width limits, six points to a terminal column: the smaller one
+// pads, the larger one wraps. On a terminal no line is wider than it: the widest texts are wrapped
+// first, numbers last, and a table that cannot be read that way is broken into panels that repeat
+// its row labels. Footnote marks stand in brackets behind a cell's text, the notes below the table.
+// Texts come from anywhere, so every one is sanitized before it is measured.
+#pragma once
+
+#include <ostream>
+
+#include "host/layout/table_grid.h"
+#include "runner/terminal/style.h"
+
+namespace vornwout {
+
+/// Writes the table to `out`, every line ended; a failure is left in the stream's state.
+void printTable(std::ostream& out, const TableGrid& grid, const TerminalStyle& style);
+
+}  // namespace vornwout

@@ -1,0 +1,114 @@
+#include "runner/terminal/color.h"
+
+#include <gtest/gtest.h>
+
+namespace vornwout {
+namespace {
+
+struct ColorCase {
+  const char* text;
+  std::optional<Rgb> value;
+};
+
+TEST(Color, NamesAndHexValuesAreKnownExactly) {
+  const ColorCase cases[] = {
+      {"black", Rgb{0, 0, 0}},
+      {"BLACK", Rgb{0, 0, 0}},
+      {"blue", Rgb{0, 0, 255}},
+      {"BLUE", Rgb{0, 0, 255}},
+      {"cyan", Rgb{0, 255, 255}},
+      {"CYAN", Rgb{0, 255, 255}},
+      {"darkGray", Rgb{64, 64, 64}},
+      {"DARK_GRAY", Rgb{64, 64, 64}},
+      {"gray", Rgb{128, 128, 128}},
+      {"GRAY", Rgb{128, 128, 128}},
+      {"green", Rgb{0, 255, 0}},
+      {"GREEN", Rgb{0, 255, 0}},
+      {"lightGray", Rgb{192, 192, 192}},
+      {"LIGHT_GRAY", Rgb{192, 192, 192}},
+      {"magenta", Rgb{255, 0, 255}},
+      {"MAGENTA", Rgb{255, 0, 255}},
+      {"orange", Rgb{255, 200, 0}},
+      {"ORANGE", Rgb{255, 200, 0}},
+      {"pink", Rgb{255, 175, 175}},
+      {"PINK", Rgb{255, 175, 175}},
+      {"red", Rgb{255, 0, 0}},
+      {"RED", Rgb{255, 0, 0}},
+      {"white", Rgb{255, 255, 255}},
+      {"WHITE", Rgb{255, 255, 255}},
+      {"yellow", Rgb{255, 255, 0}},
+      {"YELLOW", Rgb{255, 255, 0}},
+      {"#12aBfF", Rgb{0x12, 0xab, 0xff}},
+      {"", std::nullopt},
+      {"Black", std::nullopt},
+      {"#12345z", std::nullopt},
+      {"#-1-1-1", std::nullopt},
+      {"#12345", std::nullopt},
+      {"#1234567", std::nullopt},
+      {"# 1 2 3", std::nullopt},
+      {"123456", std::nullopt},
+  };
+  for (const ColorCase& c : cases) EXPECT_EQ(parseColor(c.text), c.value) << c.text;
+}
+
+TEST(Color, NearestOfThePaletteIsExactWhereThePaletteHasIt) {
+  EXPECT_EQ(nearestPaletteColor({0, 0, 0}), 16);
+  EXPECT_EQ(nearestPaletteColor({255, 255, 255}), 231);
+  EXPECT_EQ(nearestPaletteColor({255, 0, 0}), 196);
+  EXPECT_EQ(nearestPaletteColor({0, 255, 0}), 46);
+  EXPECT_EQ(nearestPaletteColor({0, 0, 255}), 21);
+  EXPECT_EQ(nearestPaletteColor({95, 135, 175}), 67);
+  EXPECT_EQ(nearestPaletteColor({8, 8, 8}), 232);
+  EXPECT_EQ(nearestPaletteColor({238, 238, 238}), 255);
+}
+
+TEST(Color, NearestOfThePaletteIsNeverBeatenByAnother) {
+  const auto valueOf = [](int index) -> Rgb {
+    if (index >= 232) {
+      const auto level = static_cast<std::uint8_t>(8 + 10 * (index - 232));
+      return {level, level, level};
+    }
+    const auto step = [](int digit) {
+      return static_cast<std::uint8_t>(digit == 0 ? 0 : 55 + 40 * digit);
+    };
+    return {step((index - 16) / 36), step((index - 16) / 6 % 6), step((index - 16) % 6)};
+  };
+  const auto distance = [](Rgb a, Rgb b) {
+    const int r = a.red - b.red, g = a.green - b.green, blue = a.blue - b.blue;
+    return r * r + g * g + blue * blue;
+  };
+  for (int code = 0; code < 256 * 256 * 256; code += 4099) {
+    const Rgb color{static_cast<std::uint8_t>(code >> 16), static_cast<std::uint8_t>(code >> 8),
+                    static_cast<std::uint8_t>(code)};
+    const int chosen = distance(color, valueOf(nearestPaletteColor(color)));
+    for (int index = 16; index < 256; ++index) {
+      ASSERT_LE(chosen, distance(color, valueOf(index))) << code << " against " << index;
+    }
+  }
+}
+
+TEST(Color, CodesFollowTheDepth) {
+  const Rgb orange{255, 200, 0};
+  EXPECT_EQ(foregroundCode(orange, ColorDepth::kTrueColor), "38;2;255;200;0");
+  EXPECT_EQ(backgroundCode(orange, ColorDepth::kTrueColor), "48;2;255;200;0");
+  EXPECT_EQ(foregroundCode(orange, ColorDepth::k256), "38;5;220");
+  EXPECT_EQ(backgroundCode(orange, ColorDepth::k256), "48;5;220");
+  EXPECT_EQ(foregroundCode(orange, ColorDepth::kNone), "");
+}
+
+TEST(Color, TextIsReadableOnEveryNamedBackground) {
+  EXPECT_EQ(readableOn({255, 255, 0}), (Rgb{0, 0, 0}));
+  EXPECT_EQ(readableOn({0, 0, 255}), (Rgb{255, 255, 255}));
+  EXPECT_EQ(readableOn({0, 0, 0}), (Rgb{255, 255, 255}));
+}
+
+TEST(Color, TextIsStyledOnlyWhereAskedFor) {
+  const TerminalStyle styled{ColorDepth::k256, 0};
+  EXPECT_EQ(withStyle("x", "1", styled), "\x1b[1mx\x1b[0m");
+  EXPECT_EQ(withStyle("x", "", styled), "x");
+  EXPECT_EQ(withStyle("", "1", styled), "");
+  EXPECT_EQ(withStyle("x", "1", TerminalStyle{}), "x");
+}
+
+}  // namespace
+}  // namespace vornwout
