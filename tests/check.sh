@@ -1,0 +1,92 @@
+#!/bin/bash
+# Runs every ring of the tests and closes with the sum: "N passed, N failed".
+#
+#   release build: unit, repository and job tests, benchmarks once, the installed package
+#   clang build with AddressSanitizer and UBSan: the unit and job tests again, fuzzing for 60 seconds
+#   gates: format, naming and tidy checks, headers that compile alone
+set -u
+cd "$(dirname "$0")/.."
+passed=0
+failed=0
+log=$(mktemp -d)
+trap 'rm -rf "$log"' EXIT
+started=$SECONDS
+
+stage() { printf '\n== %s (%d s)\n' "$*" $((SECONDS - started)); }
+
+# Counts one step; its output is shown when it fails.
+step() {
+  local name=$1
+  shift
+  if "$@" >"$log/step" 2>&1; then
+    passed=$((passed + 1))
+    echo "ok      $name"
+  else
+    failed=$((failed + 1))
+    echo "FAILED  $name"
+    tail -n 80 "$log/step"
+  fi
+}
+
+# Counts the tests of a program that says how many passed, in GoogleTest's words or as "N passed, N failed".
+suite() {
+  local name=$1
+  shift
+  "$@" >"$log/suite" 2>&1
+  local status=$? good bad
+  good=$(sed -nE 's/^\[  PASSED  \] ([0-9]+) tests?\.$/\1/p; s/^([0-9]+) passed, [0-9]+ failed$/\1/p' "$log/suite" | tail -n 1)
+  bad=$(sed -nE 's/^\[  FAILED  \] ([0-9]+) tests?, listed below:$/\1/p; s/^[0-9]+ passed, ([0-9]+) failed$/\1/p' "$log/suite" | tail -n 1)
+  grep -hE '^\[  SKIPPED \]' "$log/suite" | sort -u
+  good=${good:-0}
+  bad=${bad:-0}
+  # A program that died, or ran nothing, is a failure whatever it printed.
+  if [ "$status" -ne 0 ] && [ "$bad" -eq 0 ] || [ $((good + bad)) -eq 0 ]; then bad=$((bad + 1)); fi
+  passed=$((passed + good))
+  failed=$((failed + bad))
+  if [ "$bad" -eq 0 ]; then
+    echo "ok      $name: $good"
+  else
+    echo "FAILED  $name: $good passed, $bad failed"
+    grep -vE '^\[ +(OK|RUN) ' "$log/suite" | tail -n 150
+  fi
+}
+
+suites() {
+  local build=$1 program
+  for program in "$build"/tests/*_tests; do suite "$(basename "$program")" "$program"; done
+}
+
+build() {
+  local preset=$1
+  cmake --preset "$preset" >"$log/configure" 2>&1 || { cat "$log/configure"; return 1; }
+  cmake --build --preset "$preset" >"$log/build" 2>&1 || { grep -A 20 -E 'error|FAILED' "$log/build" | head -n 100; return 1; }
+}
+
+finish() {
+  printf '\n%d s in all\n%d passed, %d failed\n' $((SECONDS - started)) "$passed" "$failed"
+  [ "$failed" -eq 0 ]
+  exit
+}
+
+stage gates
+step "format" bash -c 'git ls-files "*.h" "*.cpp" | xargs clang-format --dry-run -Werror'
+stage "release build"
+step "build (gcc)" build release
+[ "$failed" -eq 0 ] || finish
+stage "release tests"
+suites build/release
+step "benchmarks run" bench/run.sh build/release/bench --smoke
+step "installed package serves an outside host" tests/installed_package.sh build/release
+step "demo" examples/demo.sh build/release/runner/vornwout
+stage "build with sanitizers"
+step "build (clang, AddressSanitizer, UBSan, libFuzzer)" build fuzzing
+if [ -x build/fuzzing/runner/vornwout ]; then
+  stage "tests with sanitizers"
+  suites build/fuzzing
+  stage fuzzing
+  step "fuzzing for 60 seconds" fuzz/run.sh 60
+fi
+stage "more gates"
+step "headers compile alone" tests/headers_alone.sh
+step "naming and tidy" tests/tidy.sh
+finish
