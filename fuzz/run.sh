@@ -1,0 +1,27 @@
+#!/bin/bash
+# Fuzzes for the given number of seconds, starting from the seeds in fuzz/seeds: the parser all the time,
+# beside it the tokeniser and then the scripted host's file. A crash is kept in build/fuzzing/crashes; make it a named case of the tests.
+set -eu
+cd "$(dirname "$0")/.."
+seconds=$1
+build=build/fuzzing/fuzz
+mkdir -p build/fuzzing/crashes
+run_target() {
+  local target=$1 time=$2
+  local corpus="build/fuzzing/corpus/$target"
+  mkdir -p "$corpus"
+  "$build/$target" "$corpus" "fuzz/seeds/$target" -dict="$build/words.dict" \
+    -max_total_time="$time" -timeout=10 -rss_limit_mb=2048 -max_len=4096 -print_final_stats=1 \
+    -artifact_prefix="build/fuzzing/crashes/$target-" 2>&1 |
+    grep -E 'ERROR|SUMMARY|stat::number_of_executed_units|Test unit written|Base64|Failure' |
+    sed "s/^/$target: /"
+  return "${PIPESTATUS[0]}"
+}
+
+(run_target parser_fuzz "$seconds") &
+parser=$!
+status=0
+run_target tokenizer_fuzz $((seconds / 2)) || status=1
+run_target host_script_fuzz $((seconds - seconds / 2)) || status=1
+wait "$parser" || status=1
+exit "$status"
