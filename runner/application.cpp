@@ -101,6 +101,7 @@ int showHelp(const HelpOptions& options) {
     return kExitUsage;
   }
   std::cout << command->summary << "\n\n" << usageOf(*command);
+  if (!command->details.empty()) std::cout << "\n" << command->details;
   return kExitSuccess;
 }
 

@@ -14,6 +14,7 @@ struct Command {
   void (*run)();             ///< null for a command that this version does not have
   std::string_view summary;  ///< what it does, one sentence
   std::string_view usage;    ///< how it is written, where its grammar is a free list of words
+  std::string_view details;  ///< what its grammar cannot say, whole lines; may be empty
 };
 
 /// All commands of the language, in the order in which help lists them.

@@ -138,6 +138,7 @@ std::string languageReference() {
     if (!isAvailable(command)) continue;
     text += fmt::format("\n## {}\n\n{}\n\n```\n{}```\n", command.name, command.summary,
                         usageOf(command));
+    if (!command.details.empty()) text += fmt::format("\n{}", command.details);
   }
   return text;
 }
