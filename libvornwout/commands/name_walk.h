@@ -24,7 +24,8 @@ enum class BareNames {
 
 /// Reads NAME = name, MINIMIZED = value and a bare name; empty when the list has another shape. The
 /// keyword form replaces an earlier name, a bare name behind any name is refused.
-std::optional<NamedDocument> walkNameTokens(const std::vector<TokenInfoObj>& tokens, BareNames rule);
+std::optional<NamedDocument> walkNameTokens(const std::vector<TokenInfoObj>& tokens,
+                                            BareNames rule);
 
 /// The same for the whole content of a command's main subcommand; nothing given is an empty name.
 std::optional<NamedDocument> readNamedDocument(const CommandSpec& spec, BareNames rule);

@@ -16,8 +16,8 @@ namespace {
 /// By this name the output controller understands every open document.
 constexpr const char* kAllDocuments = "ALL";
 
-/// A single token, or exactly NAME = name; empty for any other shape. The second token is told by its
-/// text, deliberately: a quoted "=" does as well.
+/// A single token, or exactly NAME = name; empty for any other shape. The second token is told by
+/// its text, deliberately: a quoted "=" does as well.
 std::optional<std::string> readName(const CommandSpec& spec) {
   const SubComObj* main = spec.getSubComObj("");
   const ParamObj* list = main == nullptr ? nullptr : main->exportParamObj();

@@ -26,7 +26,8 @@ ParamDescriptor boldDescriptor() {
   return bold;
 }
 
-/// Reads a text and replaces its date and time tokens; false after reporting when it is no one text.
+/// Reads a text and replaces its date and time tokens; false after reporting when it is no one
+/// text.
 bool readText(const SubComObj& subcommand, const ParserMessage& messages, std::string& text) {
   const ParamObj* param = subcommand.getParamObj(kText);
   if (param == nullptr) return true;
@@ -71,9 +72,8 @@ int characterCount(const std::string& text) {
 bool hasHexDigit(const std::string& text) {
   constexpr std::string_view kHexDigits = "0123456789abcdefABCDEF";
   // Searched for as characters: a trail byte may have the value of a digit.
-  return std::any_of(kHexDigits.begin(), kHexDigits.end(), [&](char digit) {
-    return VORNMBstrchr_A(text.c_str(), digit) != nullptr;
-  });
+  return std::any_of(kHexDigits.begin(), kHexDigits.end(),
+                     [&](char digit) { return VORNMBstrchr_A(text.c_str(), digit) != nullptr; });
 }
 
 bool readLine(const SubComObj& subcommand, const ParserMessage& messages, lineInfo& line) {
@@ -156,10 +156,10 @@ bool isCommentColor(const std::string& value) {
   if (value.starts_with('#') && characterCount(value) == 7 && hasHexDigit(value)) return true;
   // The 26 names are compared exactly, each in two spellings: "Black" is deliberately none of them.
   static constexpr std::array<std::string_view, 26> kNames = {
-      "black",     "BLACK",      "blue",      "BLUE",  "cyan",    "CYAN",    "DARK_GRAY",
-      "darkGray",  "gray",       "GRAY",      "green", "GREEN",   "LIGHT_GRAY", "lightGray",
-      "magenta",   "MAGENTA",    "orange",    "ORANGE", "pink",   "PINK",    "red",
-      "RED",       "white",      "WHITE",     "yellow", "YELLOW"};
+      "black",    "BLACK",   "blue",   "BLUE",   "cyan",  "CYAN",       "DARK_GRAY",
+      "darkGray", "gray",    "GRAY",   "green",  "GREEN", "LIGHT_GRAY", "lightGray",
+      "magenta",  "MAGENTA", "orange", "ORANGE", "pink",  "PINK",       "red",
+      "RED",      "white",   "WHITE",  "yellow", "YELLOW"};
   return std::find(kNames.begin(), kNames.end(), value) != kNames.end();
 }
 

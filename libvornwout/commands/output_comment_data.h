@@ -1,7 +1,7 @@
 // The grammar and the values of OUTPUT COMMENT: the command's own keywords and its LINE subcommand.
 //
-// Both classes declare their subcommand on the command's descriptor and afterwards fill one vector of
-// lineInfo records from what was parsed.
+// Both classes declare their subcommand on the command's descriptor and afterwards fill one vector
+// of lineInfo records from what was parsed.
 #pragma once
 
 #include <optional>
@@ -55,8 +55,8 @@ class OutputCommentLineData {
                              std::vector<lineInfo>& lines);
 };
 
-/// True for a colour that OUTPUT COMMENT takes: "#" and six characters, or one of 26 names, compared
-/// exactly.
+/// True for a colour that OUTPUT COMMENT takes: "#" and six characters, or one of 26 names,
+/// compared exactly.
 bool isCommentColor(const std::string& value);
 
 }  // namespace vornwout

@@ -1,8 +1,8 @@
 // The frame that every entry point runs from call to return.
 //
-// An entry makes a CommandFrame, declares its grammar, calls parse(), and acts on what parse() left.
-// The members stand in the order in which the interface wants them made; they are destroyed in
-// reverse, also when an exception passes: parser, token sequence, descriptor, spec, messages,
+// An entry makes a CommandFrame, declares its grammar, calls parse(), and acts on what parse()
+// left. The members stand in the order in which the interface wants them made; they are destroyed
+// in reverse, also when an exception passes: parser, token sequence, descriptor, spec, messages,
 // procedure. Nothing is caught here.
 #pragma once
 
@@ -22,9 +22,9 @@ namespace vornwout {
 /// The names of a command. Which of them are upper case differs from command to command and is the
 /// system's settled behaviour.
 struct CommandNames {
-  const char* command;         ///< upper case, e.g. "OUTPUT NEW"
-  const char* procedureTitle;  ///< null for a command that makes no ParserMessage
-  const char* procedure;       ///< mixed case, names the output
+  const char* command;            ///< upper case, e.g. "OUTPUT NEW"
+  const char* procedureTitle;     ///< null for a command that makes no ParserMessage
+  const char* procedure;          ///< mixed case, names the output
   bool titledDescriptor = false;  ///< the descriptor is built from name and title
 };
 

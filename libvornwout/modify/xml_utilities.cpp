@@ -21,12 +21,12 @@ struct NamedColor {
 };
 
 constexpr std::array kColors = {
-    NamedColor{"BLACK", 0, 0, 0},         NamedColor{"BLUE", 0, 0, 255},
-    NamedColor{"CYAN", 0, 255, 255},      NamedColor{"DARKGRAY", 64, 64, 64},
-    NamedColor{"GRAY", 128, 128, 128},    NamedColor{"GREEN", 0, 255, 0},
+    NamedColor{"BLACK", 0, 0, 0},           NamedColor{"BLUE", 0, 0, 255},
+    NamedColor{"CYAN", 0, 255, 255},        NamedColor{"DARKGRAY", 64, 64, 64},
+    NamedColor{"GRAY", 128, 128, 128},      NamedColor{"GREEN", 0, 255, 0},
     NamedColor{"LIGHTGRAY", 192, 192, 192}, NamedColor{"MAGENTA", 255, 0, 255},
-    NamedColor{"ORANGE", 255, 200, 0},    NamedColor{"PINK", 255, 175, 175},
-    NamedColor{"RED", 255, 0, 0},         NamedColor{"WHITE", 255, 255, 255},
+    NamedColor{"ORANGE", 255, 200, 0},      NamedColor{"PINK", 255, 175, 175},
+    NamedColor{"RED", 255, 0, 0},           NamedColor{"WHITE", 255, 255, 255},
     NamedColor{"YELLOW", 255, 255, 0},
 };
 
@@ -45,7 +45,8 @@ constexpr std::array kMonthKeys = {"TFOJanuary",   "TFOFebruary", "TFOMarch",   
 
 std::string twoDigits(int value) { return (value <= 9 ? "0" : "") + std::to_string(value); }
 
-/// The hour of ")ETIME". The zero is put before every hour up to 11, deliberately: ten o'clock is 010.
+/// The hour of ")ETIME". The zero is put before every hour up to 11, deliberately: ten o'clock is
+/// 010.
 std::string hourOf24(int hour) { return (hour <= 11 ? "0" : "") + std::to_string(hour); }
 
 void replaceAll(std::string& text, std::string_view token, const std::string& replacement) {
@@ -107,12 +108,23 @@ std::string XMLUtilities::escapeHTML(const std::string& text) {
       continue;
     }
     switch (*at) {
-      case '"': escaped += "&quot;"; break;
-      case '&': escaped += "&amp;"; break;
-      case '\'': escaped += "&apos;"; break;
-      case '<': escaped += "&lt;"; break;
-      case '>': escaped += "&gt;"; break;
-      default: escaped += *at;
+      case '"':
+        escaped += "&quot;";
+        break;
+      case '&':
+        escaped += "&amp;";
+        break;
+      case '\'':
+        escaped += "&apos;";
+        break;
+      case '<':
+        escaped += "&lt;";
+        break;
+      case '>':
+        escaped += "&gt;";
+        break;
+      default:
+        escaped += *at;
     }
     ++at;
   }
@@ -144,7 +156,8 @@ std::string XMLUtilities::insertDateTime(const std::string& text, const std::tm&
 
   const std::string day = std::to_string(instant.tm_mday);
   const std::string month = std::to_string(instant.tm_mon + 1);
-  const std::string monthName = dictionary.LookUp(kMonthKeys[static_cast<std::size_t>(instant.tm_mon)]);
+  const std::string monthName =
+      dictionary.LookUp(kMonthKeys[static_cast<std::size_t>(instant.tm_mon)]);
   const std::string year = std::to_string(instant.tm_year + 1900);
   const std::string clock = ":" + twoDigits(instant.tm_min) + ":" + twoDigits(instant.tm_sec);
   // Noon and midnight both give 0 and no AM or PM is written, deliberately.

@@ -20,7 +20,8 @@ class XMLUtilities {
   /// Converts from the current encoding to UTF-8.
   static std::string genericToUTF8(const std::string& text);
 
-  /// Replaces the five XML special characters; characters of two or more bytes are copied as they are.
+  /// Replaces the five XML special characters; characters of two or more bytes are copied as they
+  /// are.
   static std::string escapeHTML(const std::string& text);
 
   /// Resolves the name of a table look or chart template: as it stands, else in the Looks folder of
@@ -28,8 +29,8 @@ class XMLUtilities {
   /// makes every name resolve, deliberately.
   static bool getFilePath(std::string& name, const char* extension);
 
-  /// A copy with ")DATE", ")ADATE", ")EDATE", ")SDATE", ")TIME" and ")ETIME" replaced by the current
-  /// local date and time, month names in the current language.
+  /// A copy with ")DATE", ")ADATE", ")EDATE", ")SDATE", ")TIME" and ")ETIME" replaced by the
+  /// current local date and time, month names in the current language.
   static std::string insertDateTime(const std::string& text);
 
   /// The same for a given instant.

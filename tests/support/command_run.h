@@ -24,8 +24,8 @@ struct SentRequest {
   OutputDocumentMinimized minimized{};
 
   static SentRequest of(const VornwMsgOutputControllerRequest& request) {
-    return {request.isLongForm(),  request.getId(),   request.getCommand(),
-            request.getName(), request.getText(), request.getMinimized()};
+    return {request.isLongForm(), request.getId(),   request.getCommand(),
+            request.getName(),    request.getText(), request.getMinimized()};
   }
 };
 
@@ -66,8 +66,8 @@ class CommandRun : public OutputSink {
     run(entry, text, host);
   }
 
-  /// Runs `entry` on `text`, a whole command with its name of two words. `host` may be null. What the
-  /// entry throws passes on; what was seen before is kept.
+  /// Runs `entry` on `text`, a whole command with its name of two words. `host` may be null. What
+  /// the entry throws passes on; what was seen before is kept.
   void run(void (*entry)(), const std::string& text, HostAdapter* host) {
     Tokenizer tokenizer(text);
     TokenizedCommand command;
