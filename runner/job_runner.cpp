@@ -13,6 +13,14 @@
 #include "platform/text/encoding.h"
 
 namespace vornwout {
+namespace {
+
+void reportLexicalErrors(const TokenizedCommand& command) {
+  const ParserMessage messages;
+  for (const LexicalError& error : command.errors()) reportLexicalError(messages, command, error);
+}
+
+}  // namespace
 
 void JobRunner::run(const Job& job) {
   Tokenizer tokenizer(job.text);
@@ -27,9 +35,7 @@ void JobRunner::run(const Job& job) {
 void JobRunner::runCommand(const TokenizedCommand& command) {
   if (command.tokens().empty()) {
     // Only a lexical error, such as a comment without end, comes without tokens.
-    const ParserMessage messages;
-    for (const LexicalError& error : command.errors()) reportLexicalError(messages, command, error);
-    return;
+    return reportLexicalErrors(command);
   }
   const Command* known = findCommand(command);
   if (known == nullptr || known->run == nullptr) return reportUnknown(command);
@@ -53,6 +59,7 @@ void JobRunner::reportUnknown(const TokenizedCommand& command) {
   const CurrentCommand current(command, 0);
   const ParserMessage messages;
   messages.report(MessageKey::kUnknownCommand, {name}, std::nullopt, hint);
+  reportLexicalErrors(command);
 }
 
 void JobRunner::callEntry(const Command& known, const TokenizedCommand& command) {

@@ -55,7 +55,8 @@ struct MessageEntry {
   std::string_view operation;  ///< the name of the ParserMessage operation
   MessageSeverity severity;
   std::string_view text;       ///< "^1" and so on stand for the arguments
-  std::string_view shortText;  ///< used when the last argument is empty; empty for "the same"
+  std::string_view shortText;  ///< used when the last argument is empty, or one of a list stands
+                               ///< alone; empty for "the same"
   std::string_view remedy;     ///< what the user can do about it
 };
 

@@ -1,5 +1,6 @@
 #include "platform/message/parser_message.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/parser/current_command.h"
@@ -137,7 +138,8 @@ void ParserMessage::report(MessageKey key, std::vector<std::string> arguments,
   record.arguments = inUtf8(std::move(arguments));
   record.place = place.value_or(currentPlace());
   if (key == MessageKey::kSubComRequired) {
-    record.text = fill(entry.text, {joined(record.arguments)});
+    const bool one = record.arguments.size() == 1;
+    record.text = fill(one ? entry.shortText : entry.text, {joined(record.arguments)});
   } else if (key == MessageKey::kParamNeedIntegerList && record.arguments.size() == 1) {
     record.text = fill(entry.shortText, record.arguments);
   } else {

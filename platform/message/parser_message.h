@@ -1,9 +1,9 @@
 // ParserMessage: how the parser and the commands report errors and warnings about a command's text.
 //
 // A command makes one ParserMessage; while it lives the parser reports through it. Every operation
-// sends one ParserMessageRecord to the output sinks at once and returns: whether the command goes on
-// is the command's decision. Arguments are in the current encoding. The place of a message is the
-// value or keyword that the command read last, unless the parser names one.
+// sends one ParserMessageRecord to the output sinks at once and returns: whether the command goes
+// on is the command's decision. Arguments are in the current encoding. The place of a message is
+// the value or keyword that the command read last, unless the parser names one.
 #pragma once
 
 #include <optional>
@@ -65,7 +65,8 @@ class ParserMessage {
     reportGeneric(MessageKey::kGenericWarning, text, {std::string(arguments)...});
   }
 
-  /// Reports a row of the catalogue. `place` where known; `hint` is a sentence shown behind the text.
+  /// Reports a row of the catalogue. `place` where known; `hint` is a sentence shown behind the
+  /// text.
   void report(MessageKey key, std::vector<std::string> arguments,
               std::optional<SourcePlace> place = std::nullopt, std::string_view hint = {}) const;
 

@@ -2,27 +2,15 @@
 
 #include "platform/message/parser_message.h"
 #include "platform/parser/current_command.h"
+#include "platform/parser/value_shape.h"
 #include "platform/text/multibyte.h"
 
 namespace vornwout {
 namespace {
 
-bool isOperator(const Token& token, OperatorCode code) { return token.code == code; }
+constexpr std::string_view kAllText = "ALL";
 
-/// True when the commas of this kind of value separate its members and do not reach the reader.
-bool commasSeparate(const ParamDescriptor& descriptor) {
-  switch (descriptor.spec()) {
-    case UPSpecTypes::kDeclaredList:
-    case UPSpecTypes::kLiteralList:
-    case UPSpecTypes::kNumber:
-    case UPSpecTypes::kNumberList:
-    case UPSpecTypes::kInteger:
-    case UPSpecTypes::kQualifiers:
-    case UPSpecTypes::kMeasure:
-    case UPSpecTypes::kQualifierLists: return true;
-    default: return descriptor.brackets() != UPSpecTypes::kBracketsRaw;
-  }
-}
+bool isOperator(const Token& token, OperatorCode code) { return token.code == code; }
 
 const SubComObj* firstNamed(std::span<const SubComObj> subcommands, std::string_view name) {
   for (const SubComObj& subcommand : subcommands) {
@@ -41,6 +29,22 @@ bool allNamed(std::span<const SubComObj> subcommands, std::string_view name,
 }
 
 }  // namespace
+
+bool commasSeparate(const ParamDescriptor& descriptor) {
+  switch (descriptor.spec()) {
+    case UPSpecTypes::kDeclaredList:
+    case UPSpecTypes::kLiteralList:
+    case UPSpecTypes::kNumber:
+    case UPSpecTypes::kNumberList:
+    case UPSpecTypes::kInteger:
+    case UPSpecTypes::kQualifiers:
+    case UPSpecTypes::kMeasure:
+    case UPSpecTypes::kQualifierLists:
+      return true;
+    default:
+      return descriptor.brackets() != UPSpecTypes::kBracketsRaw;
+  }
+}
 
 MeasureParts splitMeasure(const TokenizedCommand& command, const ParamDescriptor& measure,
                           std::span<const Token> value) {
@@ -228,8 +232,13 @@ bool ParamObj::isStringValueCase(std::string_view text) const {
 
 bool ParamObj::isOperatorValue(int code) const {
   const Token* token = onlyToken();
-  return token != nullptr && token->kind == TokenKind::kOperator &&
-         static_cast<int>(token->code) == code;
+  if (token == nullptr) return false;
+  // A declared value may be quoted, and this is the only way in which commands ask for ALL.
+  if (code == static_cast<int>(OperatorCode::kAll) && token->kind == TokenKind::kString) {
+    return command_->textEquals(*token, kAllText) &&
+           isDeclaredValue(*command_, *descriptor_, *token);
+  }
+  return token->kind == TokenKind::kOperator && static_cast<int>(token->code) == code;
 }
 
 bool ParamObj::isTokenList() const {
@@ -272,9 +281,8 @@ bool ParamObj::getStringQualList(const ParamDescriptor& declared, const ParserMe
   for (std::size_t i = 0; i < tokens.size();) {
     const Token& name = tokens[i++];
     if (isOperator(name, OperatorCode::kComma)) continue;
-    const std::size_t begin = i < tokens.size() && isOperator(tokens[i], OperatorCode::kLeftParen)
-                                  ? i + 1
-                                  : i;
+    const std::size_t begin =
+        i < tokens.size() && isOperator(tokens[i], OperatorCode::kLeftParen) ? i + 1 : i;
     std::size_t end = begin;
     if (begin > i) {
       while (end < tokens.size() && !isOperator(tokens[end], OperatorCode::kRightParen)) ++end;
@@ -327,7 +335,8 @@ const ParamObj* SubComObj::getParamObj(std::string_view name) const {
   for (const ParamObj& param : params()) {
     if (AreStringsEqualCase(param.getParamName(), name)) {
       // What the command reads now is what its next message will be about.
-      if (CurrentCommand* current = CurrentCommand::current()) current->noteRead(param.placeToken());
+      if (CurrentCommand* current = CurrentCommand::current())
+        current->noteRead(param.placeToken());
       return &param;
     }
   }

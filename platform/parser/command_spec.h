@@ -20,7 +20,8 @@ class ParserMessage;
 
 /// A keyword with its value, or a qualifier with what stands in its parentheses.
 ///
-/// A getter returns false, and leaves its out-value alone, when the value is not of the kind asked for.
+/// A getter returns false, and leaves its out-value alone, when the value is not of the kind asked
+/// for.
 class ParamObj {
  public:
   ParamObj() = default;
@@ -59,7 +60,7 @@ class ParamObj {
 
   /// True when the value is one token whose text equals `text` without regard to case.
   bool isStringValueCase(std::string_view text) const;
-  /// True when the value is one operator token of that code.
+  /// True when the value is one operator token of that code, or the declared value ALL in quotes.
   bool isOperatorValue(int code) const;
 
   /// True for a value that is a raw token list.
@@ -69,8 +70,8 @@ class ParamObj {
   /// The token at `index`, counted from 0; `index` must be below getTokenListSize().
   TokenInfoObj getTokenObj(int index) const;
 
-  /// The qualifiers of the value, as `declared` has them, each with its own value. An undeclared one
-  /// is reported with ParamNoSubCom and makes the result false.
+  /// The qualifiers of the value, as `declared` has them, each with its own value. An undeclared
+  /// one is reported with ParamNoSubCom and makes the result false.
   bool getStringQualList(const ParamDescriptor& declared, const ParserMessage& messages,
                          std::vector<ParamObj>& qualifiers) const;
   /// Splits a measure: `value` becomes the text of its values, joined by single blanks, `qualifier`
@@ -98,6 +99,9 @@ class ParamObj {
   const Token* keyword_ = nullptr;
   std::span<const Token> value_;
 };
+
+/// True when the commas of this kind of value separate its members and do not reach the reader.
+bool commasSeparate(const ParamDescriptor& descriptor);
 
 /// A measure's parts: "2 1 INCHES" and "INCHES(2 1)" are the same.
 struct MeasureParts {
@@ -158,7 +162,8 @@ class CommandSpec {
   CommandSpec(const CommandSpec&) = delete;
   CommandSpec& operator=(const CommandSpec&) = delete;
 
-  /// A subcommand of the command itself, the first one where it repeats; null when it was not given.
+  /// A subcommand of the command itself, the first one where it repeats; null when it was not
+  /// given.
   const SubComObj* getSubComObj(std::string_view name) const;
   bool getSubComObj(std::string_view name, std::vector<const SubComObj*>& subcommands) const;
   /// The subcommands that belong to the command itself.

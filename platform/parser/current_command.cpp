@@ -1,5 +1,7 @@
 #include "platform/parser/current_command.h"
 
+#include <algorithm>
+
 namespace vornwout {
 namespace {
 
@@ -17,7 +19,8 @@ CurrentCommand::~CurrentCommand() { innermost = previous_; }
 CurrentCommand* CurrentCommand::current() { return innermost; }
 
 std::span<const Token> CurrentCommand::argumentTokens() const {
-  return std::span(command_->tokens()).subspan(nameTokens_);
+  const std::span<const Token> tokens = command_->tokens();
+  return tokens.subspan(std::min(nameTokens_, tokens.size()));
 }
 
 SourcePlace CurrentCommand::place() const {

@@ -1,7 +1,7 @@
 // The command that is being carried out: its tokens and where in it a value was last read.
 //
-// The command processor makes a CurrentCommand around each call of an entry point; the entry reads it
-// through VORN_TokenSequence(true), and messages find their place through it.
+// The command processor makes a CurrentCommand around each call of an entry point; the entry reads
+// it through VORN_TokenSequence(true), and messages find their place through it.
 #pragma once
 
 #include <cstddef>

@@ -35,8 +35,10 @@ const ParamDescriptor* ParamDescriptor::findQualifier(std::string_view name) con
 }
 
 bool ParamDescriptor::withinBounds(double value) const {
-  const bool above = !lower_ || value > lower_->value || (lower_->inclusive && value == lower_->value);
-  const bool below = !upper_ || value < upper_->value || (upper_->inclusive && value == upper_->value);
+  const bool above =
+      !lower_ || value > lower_->value || (lower_->inclusive && value == lower_->value);
+  const bool below =
+      !upper_ || value < upper_->value || (upper_->inclusive && value == upper_->value);
   return above && below && value == value;
 }
 

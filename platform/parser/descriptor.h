@@ -1,9 +1,9 @@
 // The grammar of a command as data: what is declared here is what the parser accepts, what the help
 // and the language reference print, and what the fuzzers are fed with.
 //
-// A command declares its subcommands, each with its keywords; subcommands that repeat together stand
-// in a group. Declaring a name again replaces the earlier declaration in its place: commands do hand
-// over a descriptor twice, the second time with more in it.
+// A command declares its subcommands, each with its keywords; subcommands that repeat together
+// stand in a group. Declaring a name again replaces the earlier declaration in its place: commands
+// do hand over a descriptor twice, the second time with more in it.
 #pragma once
 
 #include <optional>
@@ -25,12 +25,12 @@ struct UPSpecTypes {
 
   /// What a keyword's value is.
   enum ParamSpec {
-    kNoValue = 1,          ///< the keyword stands alone
-    kRawTokens = 2,        ///< a raw token list, brackets and all; may be missing altogether
-    kDeclaredValue = 3,    ///< one of the declared values; any one word, number or string if none
-    kString = 4,           ///< one string: quoted, or one bare token
-    kDeclaredList = 5,     ///< a list of declared values
-    kLiteralList = 6,      ///< a list of quoted strings
+    kNoValue = 1,        ///< the keyword stands alone
+    kRawTokens = 2,      ///< a raw token list, brackets and all; may be missing altogether
+    kDeclaredValue = 3,  ///< one of the declared values; any one word, number or string if none
+    kString = 4,         ///< one string: quoted, or one bare token
+    kDeclaredList = 5,   ///< a list of declared values
+    kLiteralList = 6,    ///< a list of quoted strings
     kNumber = 7,
     kNumberList = 8,
     kInteger = 9,
@@ -41,8 +41,8 @@ struct UPSpecTypes {
 
   /// Whether "[" and "]" around a list reach the reader.
   enum BracketOptions {
-    kBracketsRaw = 0,           ///< the parser does not touch them
-    kBracketsOptional = 1,      ///< optional; neither they nor the commas of the list reach the reader
+    kBracketsRaw = 0,       ///< the parser does not touch them
+    kBracketsOptional = 1,  ///< optional; neither they nor the commas of the list reach the reader
     kBracketsOptionalList = 2,  ///< the same, for a list of quoted texts or qualifiers
   };
 };
@@ -53,8 +53,9 @@ enum UpperBdryOptions { kUpperExclusive = 0, kUpperInclusive = 1 };
 /// A keyword of a subcommand, or a qualifier of a keyword.
 class ParamDescriptor {
  public:
-  /// `required`: the keyword must be given; with kRawTokens the value is then a file specification and
-  /// must be quoted. `standard` is carried for the interface's sake; nothing here depends on it.
+  /// `required`: the keyword must be given; with kRawTokens the value is then a file specification
+  /// and must be quoted. `standard` is carried for the interface's sake; nothing here depends on
+  /// it.
   ParamDescriptor(std::string name, UPSpecTypes::ParamSpec spec, bool required, bool standard,
                   UPSpecTypes::BracketOptions brackets = UPSpecTypes::kBracketsRaw)
       : name_(std::move(name)),

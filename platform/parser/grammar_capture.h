@@ -1,8 +1,8 @@
 // Takes the grammar out of a command, so that help, the language reference and the fuzzers are made
 // from what the command itself declares.
 //
-// While a GrammarCapture lives, a parser hands its descriptor over instead of parsing and reports one
-// error, so that the command ends at once and does nothing.
+// While a GrammarCapture lives, a parser hands its descriptor over instead of parsing and reports
+// one error, so that the command ends at once and does nothing.
 #pragma once
 
 #include <optional>

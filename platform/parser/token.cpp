@@ -1,9 +1,17 @@
 #include "platform/parser/token.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "platform/text/encoding.h"
 #include "platform/text/multibyte.h"
 
 namespace vornwout {
+namespace {
+
+constexpr std::uint32_t kBytesPerMark = 256;
+
+}  // namespace
 
 std::string_view TokenizedCommand::rawText(const Token& token) const {
   std::string_view source = sourceText(token);
@@ -33,21 +41,27 @@ bool TokenizedCommand::textEquals(const Token& token, std::string_view text) con
 }
 
 SourcePlace TokenizedCommand::place(std::uint32_t offset, std::uint32_t line) const {
-  if (placeCache_.line != line || placeCache_.offset > offset) {
-    const std::size_t lineEnd = jobText_.find_last_of("\r\n", offset == 0 ? 0 : offset - 1);
-    const bool firstLine = offset == 0 || lineEnd == std::string_view::npos;
-    std::size_t start = firstLine ? 0 : lineEnd + 1;
+  if (markedLine_ != line) {
+    markedLine_ = line;
+    const std::size_t lineEnd =
+        offset == 0 ? std::string_view::npos : jobText_.find_last_of("\r\n", offset - 1);
     // The byte-order mark in front of a job is no character of its first line.
-    if (start == 0 && jobText_.starts_with("\xEF\xBB\xBF") && offset >= 3) start = 3;
-    placeCache_ = {line, static_cast<std::uint32_t>(start), 1};
+    const std::size_t jobStart =
+        jobText_.starts_with(kUtf8ByteOrderMark) ? kUtf8ByteOrderMark.size() : 0;
+    const std::size_t start = lineEnd == std::string_view::npos ? jobStart : lineEnd + 1;
+    columnMarks_.assign(1, {static_cast<std::uint32_t>(start), 1});
   }
+  const auto behind = std::upper_bound(
+      columnMarks_.begin() + 1, columnMarks_.end(), offset,
+      [](std::uint32_t wanted, const ColumnMark& mark) { return wanted < mark.offset; });
+  ColumnMark at = *std::prev(behind);
   const Encoding& encoding = currentEncoding();
-  while (placeCache_.offset < offset) {
-    const auto length = encoding.characterLength(jobText_.substr(placeCache_.offset));
-    placeCache_.offset += static_cast<std::uint32_t>(length);
-    ++placeCache_.column;
+  while (at.offset < offset) {
+    at.offset += static_cast<std::uint32_t>(encoding.characterLength(jobText_.substr(at.offset)));
+    ++at.column;
+    if (at.offset >= columnMarks_.back().offset + kBytesPerMark) columnMarks_.push_back(at);
   }
-  return {static_cast<int>(line), placeCache_.column};
+  return {static_cast<int>(line), at.column};
 }
 
 }  // namespace vornwout

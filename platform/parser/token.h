@@ -1,7 +1,8 @@
 // Tokens of a command: what the tokeniser makes and the parser reads.
 //
 // A token is 16 bytes and holds no text of its own; its texts are views into the job's text or made
-// on demand, because a long command has millions of tokens and few of them are ever looked at twice.
+// on demand, because a long command has millions of tokens and few of them are ever looked at
+// twice.
 #pragma once
 
 #include <cstdint>
@@ -12,6 +13,9 @@
 #include "platform/adapter/output_sink.h"
 
 namespace vornwout {
+
+/// What may stand in front of a job and is no part of its text.
+inline constexpr std::string_view kUtf8ByteOrderMark = "\xEF\xBB\xBF";
 
 enum class TokenKind : std::uint8_t { kWord, kNumber, kString, kOperator };
 
@@ -98,13 +102,14 @@ class TokenizedCommand {
   std::size_t begin_ = 0;
   std::size_t end_ = 0;
 
-  /// The last place asked for: places are asked for in ascending order, and a line may be long.
-  struct PlaceCache {
-    std::uint32_t line = 0;
-    std::uint32_t offset = 0;
-    int column = 1;
+  /// Columns of the line that was asked for last, one every so many bytes: places are asked for in
+  /// any order, and a whole job may be one line.
+  struct ColumnMark {
+    std::uint32_t offset;
+    int column;
   };
-  mutable PlaceCache placeCache_;
+  mutable std::vector<ColumnMark> columnMarks_;
+  mutable std::uint32_t markedLine_ = 0;
 };
 
 }  // namespace vornwout

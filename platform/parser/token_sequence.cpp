@@ -11,15 +11,20 @@
 namespace vornwout {
 namespace {
 
-/// std::from_chars takes no plus sign.
-std::string_view withoutPlus(std::string_view text) {
-  if (text.starts_with('+')) text.remove_prefix(1);
+bool isDigitOrPoint(char c) { return (c >= '0' && c <= '9') || c == '.'; }
+
+/// The text as std::from_chars takes it, which takes no plus sign; empty for what is no number here
+/// but one there, such as "nan".
+std::string_view digitsOf(std::string_view text) {
+  const std::size_t begin = text.starts_with('+') || text.starts_with('-') ? 1 : 0;
+  if (begin == text.size() || !isDigitOrPoint(text[begin])) return {};
+  if (text[0] == '+') text.remove_prefix(1);
   return text;
 }
 
 template <typename Value>
 bool readWhole(std::string_view text, Value& value) {
-  text = withoutPlus(text);
+  text = digitsOf(text);
   Value read{};
   const char* end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, read);

@@ -50,6 +50,8 @@ class TokenInfoObj {
   /// The number's value; 0 for a token that is no number.
   double getNumber() const;
 
+  /// Line and column, both from 1.
+  SourcePlace place() const { return command_->place(*token_); }
   const Token& token() const { return *token_; }
 
  private:

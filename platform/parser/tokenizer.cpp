@@ -7,24 +7,35 @@
 namespace vornwout {
 namespace {
 
-constexpr std::string_view kUtf8ByteOrderMark = "\xEF\xBB\xBF";
-
 OperatorCode operatorCode(char first, char second, std::size_t& length) {
   length = 1;
   switch (first) {
-    case '=': return OperatorCode::kEquals;
-    case '*': return OperatorCode::kAsterisk;
-    case '(': return OperatorCode::kLeftParen;
-    case ')': return OperatorCode::kRightParen;
-    case ',': return OperatorCode::kComma;
-    case '/': return OperatorCode::kSlash;
-    case '[': return OperatorCode::kLeftBracket;
-    case ']': return OperatorCode::kRightBracket;
-    case '&': return OperatorCode::kAmpersand;
-    case '|': return OperatorCode::kBar;
-    case '+': return OperatorCode::kPlus;
-    case '-': return OperatorCode::kMinus;
-    case '.': return OperatorCode::kPeriod;
+    case '=':
+      return OperatorCode::kEquals;
+    case '*':
+      return OperatorCode::kAsterisk;
+    case '(':
+      return OperatorCode::kLeftParen;
+    case ')':
+      return OperatorCode::kRightParen;
+    case ',':
+      return OperatorCode::kComma;
+    case '/':
+      return OperatorCode::kSlash;
+    case '[':
+      return OperatorCode::kLeftBracket;
+    case ']':
+      return OperatorCode::kRightBracket;
+    case '&':
+      return OperatorCode::kAmpersand;
+    case '|':
+      return OperatorCode::kBar;
+    case '+':
+      return OperatorCode::kPlus;
+    case '-':
+      return OperatorCode::kMinus;
+    case '.':
+      return OperatorCode::kPeriod;
     case '<':
       if (second == '=' || second == '>') length = 2;
       if (second == '=') return OperatorCode::kLessEqual;
@@ -37,7 +48,8 @@ OperatorCode operatorCode(char first, char second, std::size_t& length) {
       if (second != '=') return OperatorCode::kTilde;
       length = 2;
       return OperatorCode::kNotEqual;
-    default: return OperatorCode::kOther;
+    default:
+      return OperatorCode::kOther;
   }
 }
 
@@ -47,9 +59,11 @@ Tokenizer::Tokenizer(std::string_view jobText) : text_(jobText), encoding_(&curr
   if (jobText.size() > kMaxJobSize) throw std::length_error("a job of more than 4 GB");
   classes_.fill(ByteClass::kOperator);
   // Control characters other than the line ends separate tokens as a blank does.
-  for (int byte = 1; byte <= ' '; ++byte) classes_[static_cast<std::size_t>(byte)] = ByteClass::kBlank;
+  for (int byte = 1; byte <= ' '; ++byte)
+    classes_[static_cast<std::size_t>(byte)] = ByteClass::kBlank;
   classes_['\n'] = classes_['\r'] = ByteClass::kLineEnd;
-  for (int byte = '0'; byte <= '9'; ++byte) classes_[static_cast<std::size_t>(byte)] = ByteClass::kDigit;
+  for (int byte = '0'; byte <= '9'; ++byte)
+    classes_[static_cast<std::size_t>(byte)] = ByteClass::kDigit;
   for (int byte = 'A'; byte <= 'Z'; ++byte) {
     classes_[static_cast<std::size_t>(byte)] = ByteClass::kWordStart;
     classes_[static_cast<std::size_t>(byte + 'a' - 'A')] = ByteClass::kWordStart;
@@ -64,7 +78,8 @@ Tokenizer::Tokenizer(std::string_view jobText) : text_(jobText), encoding_(&curr
 
 bool Tokenizer::next(TokenizedCommand& command) {
   command.jobText_ = text_;
-  command.placeCache_ = {};
+  command.markedLine_ = 0;
+  nulReported_ = false;
   do {
     command.tokens_.clear();
     command.errors_.clear();
@@ -96,14 +111,30 @@ void Tokenizer::skipToCommandStart(TokenizedCommand& command) {
 
 void Tokenizer::skipCommentCommand() {
   while (!atEnd()) {
-    std::size_t lastNonBlank = std::string_view::npos;
-    for (; !atEnd() && classOf(position_) != ByteClass::kLineEnd; ++position_) {
-      if (classOf(position_) != ByteClass::kBlank) lastNonBlank = position_;
-    }
+    const std::size_t begin = position_;
+    while (!atEnd() && classOf(position_) != ByteClass::kLineEnd) ++position_;
+    const std::string_view line = text_.substr(begin, position_ - begin);
     if (!atEnd()) skipLineEnd();
     // An empty line, or a period at a line's end. A trail byte is never a period.
-    if (lastNonBlank == std::string_view::npos || text_[lastNonBlank] == '.') return;
+    if (withoutBlanksBehind(line).empty() || withoutCommentsBehind(line).ends_with('.')) return;
   }
+}
+
+std::string_view Tokenizer::withoutBlanksBehind(std::string_view line) const {
+  while (!line.empty() && classes_[static_cast<unsigned char>(line.back())] == ByteClass::kBlank) {
+    line.remove_suffix(1);
+  }
+  return line;
+}
+
+std::string_view Tokenizer::withoutCommentsBehind(std::string_view line) const {
+  line = withoutBlanksBehind(line);
+  while (line.size() >= 4 && line.ends_with("*/")) {
+    const std::size_t begin = line.rfind("/*", line.size() - 4);
+    if (begin == std::string_view::npos) break;
+    line = withoutBlanksBehind(line.substr(0, begin));
+  }
+  return line;
 }
 
 void Tokenizer::skipLineEnd() {
@@ -117,10 +148,14 @@ void Tokenizer::skipComment(TokenizedCommand& command) {
       commentEndsAhead_ ? text_.find("*/", position_ + 2) : std::string_view::npos;
   if (end == std::string_view::npos) {
     commentEndsAhead_ = false;
-    command.errors_.push_back({LexicalError::Kind::kUnterminatedComment,
-                               static_cast<std::uint32_t>(position_), line_});
-    // Only the comment's own line is given up, so that a forgotten end costs one command, not the job.
+    command.errors_.push_back(
+        {LexicalError::Kind::kUnterminatedComment, static_cast<std::uint32_t>(position_), line_});
+    // Only the comment's own line is given up, and the period at its end still ends the command: a
+    // forgotten end costs one command, not the job.
+    const std::size_t begin = position_;
     while (!atEnd() && classOf(position_) != ByteClass::kLineEnd) ++position_;
+    const std::string_view line = withoutBlanksBehind(text_.substr(begin, position_ - begin));
+    if (line.ends_with('.')) position_ = begin + line.size() - 1;
     return;
   }
   while (position_ < end) {
@@ -164,13 +199,15 @@ bool Tokenizer::restOfLineIsBlank(std::size_t position) const {
 std::size_t Tokenizer::wordCharacterLength(std::size_t position) const {
   switch (classOf(position)) {
     case ByteClass::kWordStart:
-    case ByteClass::kDigit: return 1;
+    case ByteClass::kDigit:
+      return 1;
     case ByteClass::kLead: {
       const int length = encoding_->characterLength(text_.substr(position));
       const bool letter = encoding_->isLetterByte(static_cast<unsigned char>(text_[position]));
       return length >= 2 || letter ? static_cast<std::size_t>(length) : 0;
     }
-    default: return text_[position] == '.' ? 1 : 0;
+    default:
+      return text_[position] == '.' ? 1 : 0;
   }
 }
 
@@ -189,14 +226,22 @@ bool Tokenizer::signBelongsToNumber(const TokenizedCommand& command) const {
 void Tokenizer::readTokens(TokenizedCommand& command) {
   while (!atEnd()) {
     switch (classOf(position_)) {
-      case ByteClass::kBlank: ++position_; continue;
+      case ByteClass::kBlank:
+        ++position_;
+        continue;
       case ByteClass::kLineEnd:
         skipLineEnd();
         if (nextLineIsEmpty()) return;
         continue;
-      case ByteClass::kWordStart: readWord(command); continue;
-      case ByteClass::kDigit: readNumber(command); continue;
-      case ByteClass::kQuote: readString(command); continue;
+      case ByteClass::kWordStart:
+        readWord(command);
+        continue;
+      case ByteClass::kDigit:
+        readNumber(command);
+        continue;
+      case ByteClass::kQuote:
+        readString(command);
+        continue;
       case ByteClass::kLead:
         if (wordCharacterLength(position_) > 0) {
           readWord(command);
@@ -204,14 +249,17 @@ void Tokenizer::readTokens(TokenizedCommand& command) {
           readOperator(command);
         }
         continue;
-      case ByteClass::kOperator: break;
+      case ByteClass::kOperator:
+        break;
     }
     const char character = text_[position_];
     if (character == '.' && restOfLineIsBlank(position_ + 1)) {
       ++position_;
       return;
     }
-    if (startsWith("/*")) {
+    if (character == '\0') {
+      noteNul(command, position_++);
+    } else if (startsWith("/*")) {
       skipComment(command);
     } else if (character == '.' && digitAt(position_ + 1)) {
       readNumber(command);
@@ -277,10 +325,7 @@ void Tokenizer::readString(TokenizedCommand& command) {
         return;
       }
     }
-    if (text_[end] == '\0') {
-      command.errors_.push_back(
-          {LexicalError::Kind::kNulCharacter, static_cast<std::uint32_t>(end), line_});
-    }
+    if (text_[end] == '\0') noteNul(command, end);
     end += byteClass == ByteClass::kLead
                ? static_cast<std::size_t>(encoding_->characterLength(text_.substr(end)))
                : 1;
@@ -298,13 +343,17 @@ void Tokenizer::readString(TokenizedCommand& command) {
 void Tokenizer::readOperator(TokenizedCommand& command) {
   const char first = text_[position_];
   const char second = position_ + 1 < text_.size() ? text_[position_ + 1] : '\0';
-  if (first == '\0') {
-    command.errors_.push_back(
-        {LexicalError::Kind::kNulCharacter, static_cast<std::uint32_t>(position_), line_});
-  }
   std::size_t length = 1;
   const OperatorCode code = operatorCode(first, second, length);
   addToken(command, TokenKind::kOperator, code, position_ + length);
+}
+
+void Tokenizer::noteNul(TokenizedCommand& command, std::size_t position) {
+  // One is enough: a text in the wrong encoding has one at every other byte.
+  if (nulReported_) return;
+  nulReported_ = true;
+  command.errors_.push_back(
+      {LexicalError::Kind::kNulCharacter, static_cast<std::uint32_t>(position), line_});
 }
 
 void Tokenizer::addToken(TokenizedCommand& command, TokenKind kind, OperatorCode code,

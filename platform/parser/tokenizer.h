@@ -1,8 +1,9 @@
 // Splits the text of a job into commands and each command into tokens, in one pass.
 //
-// Entry point: Tokenizer::next(), called until it returns false. A command ends with a period that is
-// the last non-blank character of its line, with an empty line, or with the end of the job; where a
-// command would start, a line that begins with "*" is a comment up to the same kind of end, and
+// Entry point: Tokenizer::next(), called until it returns false. A command ends with a period that
+// is the last non-blank character of its line, with an empty line, or with the end of the job;
+// where a command would start, a line that begins with "*" is a comment up to the same kind of end,
+// and
 // "/* ... */" is a comment wherever a blank may stand. Every byte is looked at a bounded number of
 // times, whatever the text holds; fuzz/tokenizer_fuzz.cpp drives it with arbitrary bytes.
 #pragma once
@@ -25,8 +26,8 @@ class Tokenizer {
   /// `jobText` is in the current encoding; a UTF-8 byte-order mark in front is passed over.
   explicit Tokenizer(std::string_view jobText);
 
-  /// Reads the next command into `command`; false at the end of the job. A command without tokens is
-  /// returned only when it holds a lexical error, so that no error is lost.
+  /// Reads the next command into `command`; false at the end of the job. A command without tokens
+  /// is returned only when it holds a lexical error, so that no error is lost.
   bool next(TokenizedCommand& command);
 
  private:
@@ -53,6 +54,9 @@ class Tokenizer {
 
   void skipToCommandStart(TokenizedCommand& command);
   void skipCommentCommand();
+  std::string_view withoutBlanksBehind(std::string_view line) const;
+  /// Without the comments that begin and end at the end of the line, and without blanks.
+  std::string_view withoutCommentsBehind(std::string_view line) const;
   void skipLineEnd();
   void skipComment(TokenizedCommand& command);
   bool nextLineIsEmpty() const;
@@ -66,6 +70,7 @@ class Tokenizer {
   void readNumber(TokenizedCommand& command);
   void readString(TokenizedCommand& command);
   void readOperator(TokenizedCommand& command);
+  void noteNul(TokenizedCommand& command, std::size_t position);
   void addToken(TokenizedCommand& command, TokenKind kind, OperatorCode code, std::size_t end);
 
   std::string_view text_;
@@ -75,6 +80,7 @@ class Tokenizer {
   std::uint32_t line_ = 1;
   /// False once a search found no further "*/": it is not searched for again at every "/*".
   bool commentEndsAhead_ = true;
+  bool nulReported_ = false;  ///< in the command that is being read
 };
 
 }  // namespace vornwout

@@ -1,5 +1,6 @@
 #include "platform/parser/universal_parser.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/message/parser_message.h"
@@ -14,6 +15,25 @@ namespace {
 
 /// What the group counter of a subcommand holds before it stood anywhere.
 constexpr std::uint32_t kNever = 0;
+
+/// The partner of a bracket that has none.
+constexpr std::uint32_t kNoPartner = 0xFFFFFFFF;
+
+/// The end of a text that is searched for lexical errors.
+constexpr std::uint32_t kEndOfText = 0xFFFFFFFF;
+
+/// What stands behind a keyword that is not declared: a value, or nothing.
+const ParamDescriptor kUnknownWithValue("", UPSpecTypes::kRawTokens, false, false);
+const ParamDescriptor kUnknownAlone("", UPSpecTypes::kNoValue, false, false);
+
+bool isOpeningBracket(const Token& token) {
+  return token.code == OperatorCode::kLeftParen || token.code == OperatorCode::kLeftBracket;
+}
+
+bool isBracket(const Token& token) {
+  return isOpeningBracket(token) || token.code == OperatorCode::kRightParen ||
+         token.code == OperatorCode::kRightBracket;
+}
 
 }  // namespace
 
@@ -42,6 +62,11 @@ int UniversalParser::getCommandSpecifications() {
     seenInGroup_.emplace_back(group.subcommands().size(), kNever);
   }
   reportLexicalErrors();
+  // A zero byte says that this is no plain text: what else could be said of it would mislead.
+  for (const LexicalError& lexical : command_->errors()) {
+    if (lexical.kind == LexicalError::Kind::kNulCharacter) return errors_;
+  }
+  matchBrackets();
   parseMainSubcommand();
   parseSubcommands();
   checkRequired();
@@ -69,6 +94,59 @@ void UniversalParser::reportLexicalErrors() {
   for (const LexicalError& lexical : command_->errors()) {
     ++errors_;
     reportLexicalError(*messages_, *command_, lexical);
+    const std::string_view job = command_->jobText();
+    const std::size_t lineEnd = std::min(job.find_first_of("\r\n", lexical.offset), job.size());
+    lostText_ += toUpperCase(job.substr(lexical.offset, lineEnd - lexical.offset));
+    lostText_ += '\n';
+  }
+}
+
+bool UniversalParser::textLost(std::uint32_t from, std::uint32_t to) const {
+  const std::vector<LexicalError>& lost = command_->errors();
+  const auto next = std::lower_bound(
+      lost.begin(), lost.end(), from,
+      [](const LexicalError& error, std::uint32_t offset) { return error.offset < offset; });
+  return next != lost.end() && next->offset < to;
+}
+
+bool UniversalParser::nameLost(const std::string& name) {
+  if (lostText_.empty()) return false;
+  const auto [known, isNew] = lostNames_.try_emplace(name, false);
+  if (isNew) known->second = lostText_.find(toUpperCase(name)) != std::string::npos;
+  return known->second;
+}
+
+std::uint32_t UniversalParser::offsetOf(std::size_t i) const {
+  return i < tokens_.size() ? tokens_[i].offset : kEndOfText;
+}
+
+void UniversalParser::matchBrackets() {
+  partners_.assign(tokens_.size(), kNoPartner);
+  std::vector<std::uint32_t> open;
+  std::size_t openParens = 0;
+  const auto isParen = [](OperatorCode code) {
+    return code == OperatorCode::kLeftParen || code == OperatorCode::kRightParen;
+  };
+  for (std::uint32_t i = 0; i < tokens_.size(); ++i) {
+    const OperatorCode code = tokens_[i].code;
+    if (isOpeningBracket(tokens_[i])) {
+      open.push_back(i);
+      if (isParen(code)) ++openParens;
+    } else if (isBracket(tokens_[i])) {
+      if ((isParen(code) ? openParens : open.size() - openParens) == 0) continue;
+      while (isParen(tokens_[open.back()].code) != isParen(code)) {
+        if (!isParen(code)) --openParens;
+        open.pop_back();
+      }
+      partners_[i] = open.back();
+      partners_[open.back()] = i;
+      open.pop_back();
+      if (isParen(code)) --openParens;
+    } else if (code == OperatorCode::kSlash && !open.empty() && isDeclaredSubcommand(i + 1)) {
+      // A division may stand in brackets; a subcommand cannot, so the brackets were forgotten.
+      open.clear();
+      openParens = 0;
+    }
   }
 }
 
@@ -78,12 +156,7 @@ void UniversalParser::parseMainSubcommand() {
     SubComObj& object = spec_.commandSubComs_.emplace_back();
     object.spec_ = &spec_;
     object.descriptor_ = main;
-    object.firstParam_ = static_cast<std::uint32_t>(spec_.params_.size());
-    object.paramCount_ = 1;
-    static const ParamDescriptor kFreeList("", UPSpecTypes::kRawTokens, false, true);
-    spec_.params_.emplace_back(&kFreeList, command_, nullptr, tokens_);
-    position_ = tokens_.size();
-    return;
+    return takeRest(object, nullptr);
   }
   if (atEnd(position_) || isOperator(position_, OperatorCode::kSlash)) return;
   if (main == nullptr) {
@@ -97,6 +170,14 @@ void UniversalParser::parseMainSubcommand() {
   parseContent(*main, object, nullptr);
 }
 
+void UniversalParser::takeRest(SubComObj& object, const Token* name) {
+  static const ParamDescriptor kFreeList("", UPSpecTypes::kRawTokens, false, true);
+  object.firstParam_ = static_cast<std::uint32_t>(spec_.params_.size());
+  object.paramCount_ = 1;
+  spec_.params_.emplace_back(&kFreeList, command_, name, tokens_.subspan(position_));
+  position_ = tokens_.size();
+}
+
 void UniversalParser::parseSubcommands() {
   while (!atEnd(position_)) parseOneSubcommand();
 }
@@ -104,6 +185,11 @@ void UniversalParser::parseSubcommands() {
 void UniversalParser::parseOneSubcommand() {
   const Token& slash = tokens_[position_++];
   if (!isName(position_)) {
+    // A run of slashes is one mistake.
+    while (isOperator(position_, OperatorCode::kSlash) &&
+           isOperator(position_ + 1, OperatorCode::kSlash)) {
+      ++position_;
+    }
     error(MessageKey::kUnknownSubCom, {""}, &slash);
     return skipToSubcommand();
   }
@@ -161,7 +247,8 @@ std::string UniversalParser::closestSubcommand(std::string_view name) const {
     if (!subcommand.name().empty()) names.push_back(subcommand.name());
   }
   for (const GroupComDescriptor& group : descriptor_.groups()) {
-    for (const SubComDescriptor& subcommand : group.subcommands()) names.push_back(subcommand.name());
+    for (const SubComDescriptor& subcommand : group.subcommands())
+      names.push_back(subcommand.name());
   }
   return suggestion(name, names);
 }
@@ -188,6 +275,7 @@ SubComObj* UniversalParser::beginInGroup(const Declaration& declaration, const T
     group.spec_ = &spec_;
     group.descriptor_ = declaration.group;
     group.firstSubCom_ = static_cast<std::uint32_t>(spec_.groupSubComs_.size());
+    leaders_.push_back(&name);
   } else if (spec_.groups_.empty() || spec_.groups_.back().descriptor_ != declaration.group) {
     error(MessageKey::kSubComNeedsGroup, {subcommand.name(), declaration.group->leader()->name()},
           &name);
@@ -209,6 +297,7 @@ SubComObj* UniversalParser::beginInGroup(const Declaration& declaration, const T
 
 void UniversalParser::parseContent(const SubComDescriptor& subcommand, SubComObj& object,
                                    const Token* name) {
+  if (subcommand.spec() == UPSpecTypes::kTokenList) return takeRest(object, name);
   object.firstParam_ = static_cast<std::uint32_t>(spec_.params_.size());
   while (!atEnd(position_) && !isOperator(position_, OperatorCode::kSlash)) {
     parseKeyword(subcommand, object);
@@ -218,24 +307,48 @@ void UniversalParser::parseContent(const SubComDescriptor& subcommand, SubComObj
 
 void UniversalParser::parseKeyword(const SubComDescriptor& subcommand, SubComObj& object) {
   const Token& keyword = tokens_[position_];
-  const ParamDescriptor* param = isName(position_) ? subcommand.findParam(source(position_)) : nullptr;
+  const ParamDescriptor* param =
+      isName(position_) ? subcommand.findParam(source(position_)) : nullptr;
   if (param == nullptr) return skipUnknown(subcommand);
   ++position_;
   if (isOperator(position_, OperatorCode::kEquals)) {
     ++position_;
     return parseValue(subcommand, *param, object, keyword);
   }
-  if (param->valueMayBeMissing()) {
-    return addParam(object, *param, keyword, position_, position_, subcommand);
-  }
   // A value without its equals sign is passed over, so that it is no error of its own.
-  const bool valueFollows = !atEnd(position_) && !isOperator(position_, OperatorCode::kSlash) &&
-                            !(isName(position_) && subcommand.findParam(source(position_)));
-  error(valueFollows ? MessageKey::kEqualSignRequired : MessageKey::kParamValueRequired,
-        {param->name(), subcommand.name()}, &keyword);
-  bool balanced = true;
-  if (valueFollows) position_ = findValueEnd(subcommand, *param, position_, balanced);
+  const bool valueFollows = startsValue(subcommand, *param, position_);
+  if (valueFollows) {
+    error(MessageKey::kEqualSignRequired, {param->name(), subcommand.name()}, &keyword);
+    bool balanced = true;
+    position_ = findValueEnd(subcommand, *param, position_, balanced);
+  } else if (!param->valueMayBeMissing()) {
+    reportMissingValue(subcommand, *param, keyword);
+  }
   addParam(object, *param, keyword, position_, position_, subcommand);
+}
+
+bool UniversalParser::startsValue(const SubComDescriptor& subcommand, const ParamDescriptor& param,
+                                  std::size_t i) const {
+  if (param.spec() == UPSpecTypes::kNoValue || atEnd(i)) return false;
+  if (isName(i)) {
+    if (isOperator(i + 1, OperatorCode::kEquals)) return false;
+    if (isDeclaredValue(*command_, param, tokens_[i]) || param.findQualifier(source(i)))
+      return true;
+    // Behind a keyword that may stand alone an unknown word is taken for a misspelt keyword.
+    return !param.valueMayBeMissing() && subcommand.findParam(source(i)) == nullptr;
+  }
+  const bool closes = isBracket(tokens_[i]) && !isOpeningBracket(tokens_[i]);
+  return !closes && !isOperator(i, OperatorCode::kSlash) && !isOperator(i, OperatorCode::kComma);
+}
+
+void UniversalParser::reportMissingValue(const SubComDescriptor& subcommand,
+                                         const ParamDescriptor& param, const Token& keyword) {
+  if (textLost(keyword.offset, offsetOf(position_))) return;
+  error(MessageKey::kParamValueRequired, {param.name(), subcommand.name()}, &keyword,
+        isOperator(position_, OperatorCode::kSlash) &&
+                isOperator(position_ - 1, OperatorCode::kEquals)
+            ? "A value that holds a slash must stand in quotes."
+            : "");
 }
 
 void UniversalParser::parseValue(const SubComDescriptor& subcommand, const ParamDescriptor& param,
@@ -246,8 +359,8 @@ void UniversalParser::parseValue(const SubComDescriptor& subcommand, const Param
   if (param.spec() == UPSpecTypes::kNoValue) {
     error(MessageKey::kParamNoValue, {param.name(), subcommand.name()}, &keyword);
   } else if (position_ == begin) {
-    error(MessageKey::kParamValueRequired, {param.name(), subcommand.name()}, &keyword);
-  } else if (balanced) {
+    reportMissingValue(subcommand, param, keyword);
+  } else if (balanced && !textLost(keyword.offset, offsetOf(position_))) {
     const auto value = tokens_.subspan(begin, position_ - begin);
     checkValueShape(*command_, param, subcommand.name(), value, [this](ShapeError shape) {
       error(shape.key, std::move(shape.arguments), shape.token, shape.hint);
@@ -271,93 +384,76 @@ void UniversalParser::addParam(SubComObj& object, const ParamDescriptor& param,
 
 void UniversalParser::skipUnknown(const SubComDescriptor& subcommand) {
   const Token& token = tokens_[position_];
-  const bool closesBracket =
-      token.code == OperatorCode::kRightParen || token.code == OperatorCode::kRightBracket;
+  const bool hasNoPartner = isBracket(token) && partners_[position_] == kNoPartner;
   if (token.kind == TokenKind::kWord) {
     std::vector<std::string_view> names;
     for (const ParamDescriptor& param : subcommand.params()) names.push_back(param.name());
     error(MessageKey::kUnknownParam, {text(position_), subcommand.name()}, &token,
           suggestion(source(position_), names));
-  } else if (!closesBracket) {  // of that the search for the end tells below
+  } else if (!hasNoPartner) {  // of that the search for the end tells below
     error(MessageKey::kUnexpectedToken, {text(position_), subcommand.name()}, &token);
   }
   // What belongs to the unknown keyword goes with it.
-  static const ParamDescriptor kUnknown("", UPSpecTypes::kRawTokens, false, false);
   const bool hasValue = isOperator(position_ + 1, OperatorCode::kEquals);
   const std::size_t begin = hasValue ? position_ + 2 : position_;
   bool balanced = true;
-  position_ = std::max(findValueEnd(subcommand, kUnknown, begin, balanced), begin);
-  if (position_ == begin && !hasValue) ++position_;
+  position_ =
+      findValueEnd(subcommand, hasValue ? kUnknownWithValue : kUnknownAlone, begin, balanced);
 }
 
 void UniversalParser::skipToSubcommand() {
   while (!atEnd(position_) && !isOperator(position_, OperatorCode::kSlash)) {
-    std::size_t stop = position_ + 1;
-    const bool opens = isOperator(position_, OperatorCode::kLeftParen) ||
-                       isOperator(position_, OperatorCode::kLeftBracket);
-    position_ = opens ? behindPartner(position_, stop).value_or(stop) : position_ + 1;
+    const bool pairs = isOpeningBracket(tokens_[position_]) && partners_[position_] != kNoPartner;
+    position_ = pairs ? partners_[position_] + 1 : position_ + 1;
   }
 }
 
 std::size_t UniversalParser::findValueEnd(const SubComDescriptor& subcommand,
                                           const ParamDescriptor& param, std::size_t begin,
                                           bool& balanced) {
+  bool bracketLeftOpen = false;
   std::size_t i = begin;
-  while (!atEnd(i) && !isOperator(i, OperatorCode::kSlash)) {
-    const OperatorCode code = tokens_[i].code;
+  for (; !atEnd(i) && !isOperator(i, OperatorCode::kSlash); ++i) {
     if (isName(i)) {
-      const bool declared = param.spec() == UPSpecTypes::kDeclaredList &&
-                            isDeclaredValue(*command_, param, tokens_[i]);
-      // The first token belongs to the value whatever it is called, unless it is a keyword with its
-      // own equals sign: then the value is missing.
-      const bool startsKeyword = isOperator(i + 1, OperatorCode::kEquals);
-      const bool isKeyword = i > begin && subcommand.findParam(source(i)) != nullptr;
-      if (!declared && (startsKeyword || isKeyword)) return i;
-    } else if (code == OperatorCode::kLeftParen || code == OperatorCode::kLeftBracket) {
-      std::size_t stop = i;
-      const std::optional<std::size_t> behind = behindPartner(i, stop);
-      if (!behind) {
-        error(MessageKey::kUnbalancedBracket, {text(i)}, &tokens_[i]);
-        balanced = false;
-        return stop;
+      if (endsValue(subcommand, param, begin, i, bracketLeftOpen)) return i;
+    } else if (isBracket(tokens_[i]) && partners_[i] == kNoPartner) {
+      reportUnbalanced(i, balanced);
+      bracketLeftOpen = bracketLeftOpen || isOpeningBracket(tokens_[i]);
+    } else if (isOpeningBracket(tokens_[i])) {
+      const std::size_t partner = partners_[i];
+      for (++i; i < partner; ++i) {
+        if (isBracket(tokens_[i]) && partners_[i] == kNoPartner) reportUnbalanced(i, balanced);
       }
-      i = *behind;
-      continue;
-    } else if (code == OperatorCode::kRightParen || code == OperatorCode::kRightBracket) {
-      if (balanced) error(MessageKey::kUnbalancedBracket, {text(i)}, &tokens_[i]);
-      balanced = false;
     }
-    ++i;
   }
   return i;
 }
 
-std::optional<std::size_t> UniversalParser::behindPartner(std::size_t open,
-                                                          std::size_t& stop) const {
-  std::vector<OperatorCode> expected;
-  bool matched = true;
-  for (std::size_t i = open; i < tokens_.size(); ++i) {
-    switch (tokens_[i].code) {
-      case OperatorCode::kLeftParen: expected.push_back(OperatorCode::kRightParen); break;
-      case OperatorCode::kLeftBracket: expected.push_back(OperatorCode::kRightBracket); break;
-      case OperatorCode::kRightParen:
-      case OperatorCode::kRightBracket:
-        matched = matched && expected.back() == tokens_[i].code;
-        if (matched) expected.pop_back();
-        if (matched && expected.empty()) return i + 1;
-        break;
-      case OperatorCode::kSlash:
-        // A division may stand in brackets; a subcommand cannot, so the bracket was forgotten.
-        if (isDeclaredSubcommand(i + 1)) {
-          stop = i;
-          return std::nullopt;
-        }
-        break;
-      default: break;
-    }
+bool UniversalParser::endsValue(const SubComDescriptor& subcommand, const ParamDescriptor& param,
+                                std::size_t begin, std::size_t i, bool bracketLeftOpen) const {
+  const bool isDeclared = subcommand.findParam(source(i)) != nullptr;
+  // A keyword with its own equals sign is no value, not even as the first token: then the value is
+  // missing. In a bracket that was left open it is the first sure sign of where the value ends.
+  if (isOperator(i + 1, OperatorCode::kEquals)) return isDeclared || !bracketLeftOpen;
+  if (i == begin || bracketLeftOpen) return false;
+  // In a list of keywords every word is one of its own.
+  if (subcommand.spec() == UPSpecTypes::kKeywordList && param.spec() == UPSpecTypes::kNoValue) {
+    return true;
   }
-  stop = tokens_.size();
-  return std::nullopt;
+  // A list in brackets ends with its bracket.
+  const bool listIsClosed = param.brackets() != UPSpecTypes::kBracketsRaw &&
+                            isOperator(begin, OperatorCode::kLeftBracket);
+  const bool belongs = param.spec() == UPSpecTypes::kDeclaredList && !listIsClosed &&
+                       isDeclaredValue(*command_, param, tokens_[i]);
+  return isDeclared && !belongs;
+}
+
+void UniversalParser::reportUnbalanced(std::size_t i, bool& balanced) {
+  // The partner may stand in a text that was lost with a missing quote.
+  const bool partnerLost = isOpeningBracket(tokens_[i]) ? textLost(tokens_[i].offset, kEndOfText)
+                                                        : textLost(0, tokens_[i].offset);
+  if (balanced && !partnerLost) error(MessageKey::kUnbalancedBracket, {text(i)}, &tokens_[i]);
+  balanced = false;
 }
 
 void UniversalParser::checkRequired() {
@@ -366,6 +462,7 @@ void UniversalParser::checkRequired() {
     const SubComDescriptor& subcommand = descriptor_.subcommands()[i];
     if (!subcommand.required() || seen_[i]) continue;
     if (&subcommand != main) {
+      if (nameLost(subcommand.name())) continue;
       error(MessageKey::kSubComRequired, {subcommand.name()}, nullptr);
     } else if (spec_.getSubComObj("") == nullptr) {
       // Nothing stands behind the command's name: what is missing are its required keywords.
@@ -375,10 +472,12 @@ void UniversalParser::checkRequired() {
       checkRequiredKeywords(absent, nullptr);
     }
   }
-  for (const GroupComObj& group : spec_.groups_) {
+  for (std::size_t g = 0; g < spec_.groups_.size(); ++g) {
+    const GroupComObj& group = spec_.groups_[g];
     for (const SubComDescriptor& subcommand : group.descriptor_->subcommands()) {
-      if (subcommand.required() && group.getSubComObj(subcommand.name()) == nullptr) {
-        error(MessageKey::kSubComRequired, {subcommand.name()}, nullptr);
+      if (subcommand.required() && group.getSubComObj(subcommand.name()) == nullptr &&
+          !nameLost(subcommand.name())) {
+        error(MessageKey::kSubComRequired, {subcommand.name()}, leaders_[g]);
       }
     }
   }
@@ -390,7 +489,7 @@ void UniversalParser::checkRequiredKeywords(const SubComObj& object, const Token
     if (!param.required()) continue;
     bool given = false;
     for (const ParamObj& present : object.params()) given |= present.descriptor() == &param;
-    if (!given) {
+    if (!given && !nameLost(param.name())) {
       error(MessageKey::kParamRequiredForSubCom, {param.name(), object.descriptor_->name()}, name);
     }
   }

@@ -1,13 +1,17 @@
 // Parses any command by its declared grammar.
 //
-// Entry point: UniversalParser::getCommandSpecifications(). It reads the token sequence once, fills the
-// CommandSpec, reports every independent error through the current ParserMessage (its own when the
-// command has none) and returns their number. It checks names, repetition, brackets, declared values
-// and the shape of values; numbers are left to the getters, so that the command's own message about a
-// bad number is the one that the user sees.
+// Entry point: UniversalParser::getCommandSpecifications(). It reads the token sequence once, fills
+// the CommandSpec, reports every independent error through the current ParserMessage (its own when
+// the command has none) and returns their number. It checks names, repetition, brackets, declared
+// values and the shape of values; numbers are left to the getters, so that the command's own
+// message about a bad number is the one that the user sees.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,8 +31,8 @@ class UniversalParser {
   UniversalParser(const VORN_TokenSequence& tokens, CommandSpec& spec,
                   const CommandDescriptor& descriptor);
 
-  /// Fills the spec. Zero when there was no error; otherwise the number of errors, all reported, and
-  /// the spec holds what could be read.
+  /// Fills the spec. Zero when there was no error; otherwise the number of errors, all reported,
+  /// and the spec holds what could be read.
   int getCommandSpecifications();
 
  private:
@@ -53,7 +57,16 @@ class UniversalParser {
              std::string_view hint = {});
 
   void reportLexicalErrors();
+  /// True when a lexical error starts between the offsets: what is missing there may be lost in it.
+  bool textLost(std::uint32_t from, std::uint32_t to) const;
+  /// True when `name` stands in a text or comment that was never closed.
+  bool nameLost(const std::string& name);
+  std::uint32_t offsetOf(std::size_t i) const;
+  /// Fills partners_, once for all values, so that no bracket is searched for twice.
+  void matchBrackets();
   void parseMainSubcommand();
+  /// Gives all that is left to a subcommand that is one free token list.
+  void takeRest(SubComObj& object, const Token* name);
   void parseSubcommands();
   void parseOneSubcommand();
   Declaration find(std::string_view name) const;
@@ -65,6 +78,11 @@ class UniversalParser {
   SubComObj* beginInGroup(const Declaration& declaration, const Token& name);
   void parseContent(const SubComDescriptor& subcommand, SubComObj& object, const Token* name);
   void parseKeyword(const SubComDescriptor& subcommand, SubComObj& object);
+  /// True when the token can only be the value of `param`, whose equals sign is missing.
+  bool startsValue(const SubComDescriptor& subcommand, const ParamDescriptor& param,
+                   std::size_t i) const;
+  void reportMissingValue(const SubComDescriptor& subcommand, const ParamDescriptor& param,
+                          const Token& keyword);
   void parseValue(const SubComDescriptor& subcommand, const ParamDescriptor& param,
                   SubComObj& object, const Token& keyword);
   void addParam(SubComObj& object, const ParamDescriptor& param, const Token& keyword,
@@ -75,8 +93,11 @@ class UniversalParser {
   /// The end of the value that begins at `begin`; clears `balanced` after reporting a bad bracket.
   std::size_t findValueEnd(const SubComDescriptor& subcommand, const ParamDescriptor& param,
                            std::size_t begin, bool& balanced);
-  /// The token behind the partner of the bracket at `open`; none, and `stop` is where the search ended.
-  std::optional<std::size_t> behindPartner(std::size_t open, std::size_t& stop) const;
+  /// True when the word at `i`, outside brackets, is no part of the value at `begin`.
+  bool endsValue(const SubComDescriptor& subcommand, const ParamDescriptor& param,
+                 std::size_t begin, std::size_t i, bool bracketLeftOpen) const;
+  /// Reports a bracket without partner, one per value, and clears `balanced`.
+  void reportUnbalanced(std::size_t i, bool& balanced);
 
   void checkRequired();
   void checkRequiredKeywords(const SubComObj& object, const Token* name);
@@ -89,9 +110,17 @@ class UniversalParser {
   std::size_t position_ = 0;
   int errors_ = 0;
 
-  /// For every subcommand of the command, and of every group: whether (in which group) it stood last.
+  /// For every subcommand of the command, and of every group: whether (in which group) it stood
+  /// last.
   std::vector<bool> seen_;
   std::vector<std::vector<std::uint32_t>> seenInGroup_;
+  /// The subcommand that began each group of the spec.
+  std::vector<const Token*> leaders_;
+  /// For every token, the bracket that closes or opens it.
+  std::vector<std::uint32_t> partners_;
+  /// In upper case, what texts and comments without end took with them.
+  std::string lostText_;
+  std::map<std::string, bool> lostNames_;
 };
 
 }  // namespace vornwout

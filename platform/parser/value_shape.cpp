@@ -17,33 +17,59 @@ class ShapeCheck {
       : command_(command), param_(param), subcommand_(subcommand), value_(value), report_(report) {}
 
   void run() {
-    stripBrackets();
+    if (consistsOfCommas()) {
+      return fail(MessageKey::kParamValueRequired, {param_.name(), std::string(subcommand_)},
+                  value_.front());
+    }
+    if (!stripBrackets()) return;
     switch (param_.spec()) {
       case UPSpecTypes::kNoValue:
-      case UPSpecTypes::kRawTokens: return;
-      case UPSpecTypes::kDeclaredValue: return checkDeclaredValue();
+      case UPSpecTypes::kRawTokens:
+        return;
+      case UPSpecTypes::kDeclaredValue:
+        return checkDeclaredValue();
       case UPSpecTypes::kString:
       case UPSpecTypes::kNumber:
       case UPSpecTypes::kInteger: {
         single();
         return;
       }
-      case UPSpecTypes::kDeclaredList: return checkDeclaredList();
-      case UPSpecTypes::kLiteralList: return checkLiterals(value_);
-      case UPSpecTypes::kNumberList: return;
-      case UPSpecTypes::kMeasure: return checkMeasure();
+      case UPSpecTypes::kDeclaredList:
+        return checkDeclaredList();
+      case UPSpecTypes::kLiteralList:
+        return checkLiterals(value_);
+      case UPSpecTypes::kNumberList:
+        return;
+      case UPSpecTypes::kMeasure:
+        return checkMeasure();
       case UPSpecTypes::kQualifiers:
-      case UPSpecTypes::kQualifierLists: return checkQualifiers();
+      case UPSpecTypes::kQualifierLists:
+        return checkQualifiers();
     }
   }
 
  private:
-  void stripBrackets() {
-    if (param_.brackets() == UPSpecTypes::kBracketsRaw || value_.size() < 2) return;
-    if (value_.front().code == OperatorCode::kLeftBracket &&
-        value_.back().code == OperatorCode::kRightBracket) {
-      value_ = value_.subspan(1, value_.size() - 2);
+  /// True for commas that separate nothing; no reader would see them.
+  bool consistsOfCommas() const {
+    return commasSeparate(param_) && !value_.empty() &&
+           std::all_of(value_.begin(), value_.end(),
+                       [](const Token& token) { return token.code == OperatorCode::kComma; });
+  }
+
+  /// Takes the brackets off a list; false, after reporting it, when something stands behind them.
+  bool stripBrackets() {
+    const bool inBrackets = param_.brackets() != UPSpecTypes::kBracketsRaw &&
+                            param_.spec() != UPSpecTypes::kRawTokens && !value_.empty() &&
+                            value_.front().code == OperatorCode::kLeftBracket;
+    if (!inBrackets) return true;
+    const std::size_t end =
+        endOfBrackets(0, OperatorCode::kLeftBracket, OperatorCode::kRightBracket);
+    if (end < value_.size()) {
+      fail(MessageKey::kUnexpectedToken, {command_.text(value_[end]), param_.name()}, value_[end]);
+      return false;
     }
+    value_ = value_.subspan(1, end - 2);
+    return true;
   }
 
   void fail(MessageKey key, std::vector<std::string> arguments, const Token& token,
@@ -71,10 +97,7 @@ class ShapeCheck {
     const Token* extra = nullptr;
     std::size_t count = 0;
     for (const Token& token : value_) {
-      const bool separates = token.code == OperatorCode::kComma &&
-                             param_.spec() != UPSpecTypes::kString &&
-                             param_.spec() != UPSpecTypes::kDeclaredValue;
-      if (separates) continue;
+      if (token.code == OperatorCode::kComma && commasSeparate(param_)) continue;
       if (++count == 2) extra = &token;
     }
     if (extra == nullptr) return true;
@@ -83,46 +106,79 @@ class ShapeCheck {
   }
 
   void checkDeclaredValue() {
-    if (value_.empty() || !single()) return;
+    if (value_.empty()) return;
     const Token& token = value_.front();
     if (param_.values().empty()) {
-      if (token.kind != TokenKind::kOperator) return;
+      if (token.kind != TokenKind::kOperator) {
+        single();
+        return;
+      }
       // ALL is a reserved word of the language; quoted it is a text like any other.
       failValue(token, token.code == OperatorCode::kAll
                            ? "ALL is a reserved word; write it in quotes."
                            : "A word, a number or a quoted text is needed.");
     } else if (!isDeclaredValue(command_, param_, token)) {
       failValue(token, allowedValues());
+    } else {
+      single();
     }
   }
 
   void checkDeclaredList() {
     for (const Token& token : value_) {
-      if (token.code == OperatorCode::kComma) continue;
+      // A closing bracket goes with the opening one, which is refused.
+      if (token.code == OperatorCode::kComma || token.code == OperatorCode::kRightParen ||
+          token.code == OperatorCode::kRightBracket) {
+        continue;
+      }
       if (!isDeclaredValue(command_, param_, token)) failValue(token, allowedValues());
     }
   }
 
   void checkLiterals(std::span<const Token> tokens) {
+    // Several tokens in a row are one text whose quotes are missing.
+    bool inUnquoted = false;
     for (const Token& token : tokens) {
-      if (token.code == OperatorCode::kComma || token.kind == TokenKind::kString) continue;
-      fail(MessageKey::kParamNeedLiteral,
-           {command_.text(token), param_.name(), std::string(subcommand_)}, token);
-      return;
+      const bool quoted = token.code == OperatorCode::kComma || token.kind == TokenKind::kString;
+      if (!quoted && !inUnquoted) {
+        fail(MessageKey::kParamNeedLiteral,
+             {command_.text(token), param_.name(), std::string(subcommand_)}, token);
+      }
+      inUnquoted = !quoted;
     }
   }
 
   void checkMeasure() {
     const MeasureParts parts = splitMeasure(command_, param_, value_);
-    if (parts.unit != nullptr) return;
+    if (parts.unit != nullptr) return checkUnitText(*parts.unit, parts.values);
     if (value_.size() >= 2 && value_[1].code == OperatorCode::kLeftParen &&
         value_.front().kind == TokenKind::kWord) {
-      return failQualifier(value_.front());
+      const ParamDescriptor* unit = param_.findQualifier(command_.sourceText(value_.front()));
+      if (unit == nullptr) return failQualifier(value_.front());
+      const Token& behind =
+          value_[endOfBrackets(1, OperatorCode::kLeftParen, OperatorCode::kRightParen)];
+      return fail(MessageKey::kUnexpectedToken, {command_.text(behind), unit->name()}, behind);
     }
-    if (value_.empty() || param_.values().empty() || !single()) return;
-    if (!isDeclaredValue(command_, param_, value_.front())) {
-      failValue(value_.front(), allowedValues());
-    }
+    if (!param_.values().empty()) checkDeclaredValue();
+  }
+
+  /// A unit with numbers is left to its reader; a text would be passed over without a word.
+  void checkUnitText(const ParamDescriptor& unit, std::span<const Token> text) {
+    if (unit.spec() != UPSpecTypes::kString) return;
+    if (text.empty()) return fail(MessageKey::kParenRequired, {unit.name()}, value_.front());
+    ShapeCheck(command_, unit, subcommand_, text, report_).run();
+  }
+
+  /// The index behind the partner of the bracket at `open`, which has one.
+  std::size_t endOfBrackets(std::size_t open, OperatorCode opening, OperatorCode closing) const {
+    std::size_t depth = 0;
+    std::size_t i = open;
+    do {
+      if (value_[i].code == opening) ++depth;
+      if (value_[i].code == closing) --depth;
+      ++i;
+    } while (depth > 0 && i < value_.size());
+    return i;
   }
 
   void failQualifier(const Token& token) {
@@ -142,8 +198,7 @@ class ShapeCheck {
         return;
       }
       std::span<const Token> arguments;
-      const bool inParentheses =
-          i < value_.size() && value_[i].code == OperatorCode::kLeftParen;
+      const bool inParentheses = i < value_.size() && value_[i].code == OperatorCode::kLeftParen;
       if (inParentheses) {
         std::size_t end = i + 1;
         while (end < value_.size() && value_[end].code != OperatorCode::kRightParen) ++end;
@@ -153,8 +208,10 @@ class ShapeCheck {
       const ParamDescriptor* qualifier = param_.findQualifier(command_.sourceText(name));
       if (qualifier == nullptr) {
         failQualifier(name);
-      } else if (qualifier->spec() != UPSpecTypes::kNoValue &&
-                 (!inParentheses || arguments.empty())) {
+      } else if (qualifier->spec() == UPSpecTypes::kNoValue) {
+        if (inParentheses)
+          fail(MessageKey::kParamNoValue, {qualifier->name(), param_.name()}, name);
+      } else if (!inParentheses || arguments.empty()) {
         fail(MessageKey::kParenRequired, {qualifier->name()}, name);
       } else if (qualifier->spec() == UPSpecTypes::kLiteralList) {
         ShapeCheck(command_, *qualifier, subcommand_, arguments, report_).run();

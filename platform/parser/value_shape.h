@@ -1,7 +1,8 @@
-// Checks that a value has the shape of its kind: how many tokens, of which sort, and declared values.
+// Checks that a value has the shape of its kind: how many tokens, of which sort, and declared
+// values.
 //
-// Entry point: checkValueShape(), called by the parser for every value. What a value means is left to
-// the command that reads it, and so are numbers.
+// Entry point: checkValueShape(), called by the parser for every value. What a value means is left
+// to the command that reads it, and so are numbers.
 #pragma once
 
 #include <functional>
@@ -24,8 +25,8 @@ struct ShapeError {
   std::string hint;
 };
 
-/// Calls `report` for everything that is wrong with the shape of `value`, the tokens behind the "=" of
-/// `param` (brackets balanced). `subcommand` is the name that messages give.
+/// Calls `report` for everything that is wrong with the shape of `value`, the tokens behind the "="
+/// of `param` (brackets balanced). `subcommand` is the name that messages give.
 void checkValueShape(const TokenizedCommand& command, const ParamDescriptor& param,
                      std::string_view subcommand, std::span<const Token> value,
                      const std::function<void(ShapeError)>& report);

@@ -1,0 +1,80 @@
+// The command that is being carried out, and the place of what was read last.
+#include "platform/parser/current_command.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/parsed_command.h"
+
+namespace vornwout {
+namespace {
+
+using testing::IsEmpty;
+using testing::SizeIs;
+
+TEST(CurrentCommand, IsNoneBeforeAndAfter) {
+  EXPECT_EQ(CurrentCommand::current(), nullptr);
+  {
+    const TokenizedText text("A b.");
+    CurrentCommand command(text.command(), 1);
+    EXPECT_EQ(CurrentCommand::current(), &command);
+  }
+  EXPECT_EQ(CurrentCommand::current(), nullptr);
+}
+
+TEST(CurrentCommand, InsideAnotherIsCurrentUntilItEnds) {
+  const TokenizedText text("A b.");
+  CurrentCommand outer(text.command(), 1);
+  {
+    CurrentCommand inner(text.command(), 1);
+    EXPECT_EQ(CurrentCommand::current(), &inner);
+  }
+  EXPECT_EQ(CurrentCommand::current(), &outer);
+}
+
+TEST(CurrentCommand, HasTheTokensBehindItsName) {
+  const TokenizedText text("OUTPUT NEW NAME=a.");
+  EXPECT_THAT(CurrentCommand(text.command(), 0).argumentTokens(), SizeIs(5));
+  EXPECT_THAT(CurrentCommand(text.command(), 2).argumentTokens(), SizeIs(3));
+  EXPECT_THAT(CurrentCommand(text.command(), 5).argumentTokens(), IsEmpty());
+}
+
+TEST(CurrentCommand, ShorterThanItsNameHasNoTokens) {
+  const TokenizedText text("OUTPUT.");
+  EXPECT_THAT(CurrentCommand(text.command(), 2).argumentTokens(), IsEmpty());
+}
+
+TEST(CurrentCommandPlace, IsTheCommandUntilSomethingIsRead) {
+  const TokenizedText text("\n  A b\n c.");
+  CurrentCommand command(text.command(), 1);
+  EXPECT_EQ(command.place(), (SourcePlace{2, 3}));
+  command.noteRead(&text.command().tokens()[2]);
+  EXPECT_EQ(command.place(), (SourcePlace{3, 2}));
+  command.noteRead(nullptr);
+  EXPECT_EQ(command.place(), (SourcePlace{2, 3}));
+}
+
+TEST(CurrentCommandPlace, OfACommandWithoutTokensIsUnknown) {
+  const TokenizedText text("/* never closed");
+  EXPECT_EQ(CurrentCommand(text.command(), 0).place(), SourcePlace{});
+}
+
+TEST(CurrentCommandPlace, IsTheValueThatWasReadLastThenTheKeyword) {
+  CommandDescriptor grammar("GO");
+  SubComDescriptor main("", UPSpecTypes::kKeywords, false, false);
+  main.addParamDesc("NAME", UPSpecTypes::kDeclaredValue, false, true);
+  main.addParamDesc("DEBUG", UPSpecTypes::kRawTokens, false, true);
+  grammar.addSubComDesc(main);
+  const ParsedCommand parsed(grammar, "NAME = a DEBUG");
+  const SubComObj* subcommand = parsed.spec().getSubComObj("");
+  ASSERT_NE(subcommand, nullptr);
+  ASSERT_NE(subcommand->getParamObj("name"), nullptr);
+  EXPECT_EQ(CurrentCommand::current()->place(), (SourcePlace{1, 11}));
+  ASSERT_NE(subcommand->getParamObj("DEBUG"), nullptr);
+  EXPECT_EQ(CurrentCommand::current()->place(), (SourcePlace{1, 13}));
+  ASSERT_EQ(subcommand->getParamObj("MISSING"), nullptr);
+  EXPECT_EQ(CurrentCommand::current()->place(), (SourcePlace{1, 13})) << "nothing was read";
+}
+
+}  // namespace
+}  // namespace vornwout
