@@ -42,7 +42,6 @@ bool TokenizedCommand::textEquals(const Token& token, std::string_view text) con
 
 SourcePlace TokenizedCommand::place(std::uint32_t offset, std::uint32_t line) const {
   if (markedLine_ != line) {
-    markedLine_ = line;
     const std::size_t lineEnd =
         offset == 0 ? std::string_view::npos : jobText_.find_last_of("\r\n", offset - 1);
     // The byte-order mark in front of a job is no character of its first line.
@@ -50,6 +49,7 @@ SourcePlace TokenizedCommand::place(std::uint32_t offset, std::uint32_t line) co
         jobText_.starts_with(kUtf8ByteOrderMark) ? kUtf8ByteOrderMark.size() : 0;
     const std::size_t start = lineEnd == std::string_view::npos ? jobStart : lineEnd + 1;
     columnMarks_.assign(1, {static_cast<std::uint32_t>(start), 1});
+    markedLine_ = line;  // only now: the marks may have found no memory
   }
   const auto behind = std::upper_bound(
       columnMarks_.begin() + 1, columnMarks_.end(), offset,
