@@ -15,7 +15,8 @@ void tokenize(benchmark::State& state, const std::string& job) {
     while (tokenizer.next(command)) tokens += command.tokens().size();
   }
   state.SetBytesProcessed(static_cast<std::int64_t>(job.size()) * state.iterations());
-  state.counters["tokens"] = benchmark::Counter(static_cast<double>(tokens), benchmark::Counter::kIsRate);
+  state.counters["tokens"] =
+      benchmark::Counter(static_cast<double>(tokens), benchmark::Counter::kIsRate);
 }
 
 void tokenizeAscii(benchmark::State& state) {

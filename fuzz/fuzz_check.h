@@ -4,10 +4,10 @@
 #include <cstdio>
 #include <cstdlib>
 
-#define VORN_FUZZ_CHECK(property)                                                      \
-  do {                                                                                 \
-    if (!(property)) {                                                                 \
-      std::fprintf(stderr, "%s:%d: Failure: %s\n", __FILE__, __LINE__, #property);     \
-      std::abort();                                                                    \
-    }                                                                                  \
+#define VORN_FUZZ_CHECK(property)                                                  \
+  do {                                                                             \
+    if (!(property)) {                                                             \
+      std::fprintf(stderr, "%s:%d: Failure: %s\n", __FILE__, __LINE__, #property); \
+      std::abort();                                                                \
+    }                                                                              \
   } while (false)

@@ -1,4 +1,5 @@
-// Arbitrary bytes as a scripted host's file: read, or refused with a reason and a place in the file.
+// Arbitrary bytes as a scripted host's file: read, or refused with a reason and a place in the
+// file.
 #include <algorithm>
 #include <cstdint>
 #include <string>

@@ -1,5 +1,5 @@
-// Prints a libFuzzer dictionary: every name and value that the commands declare, and the marks of the
-// language.
+// Prints a libFuzzer dictionary: every name and value that the commands declare, and the marks of
+// the language.
 #include <iostream>
 #include <set>
 #include <string>
@@ -36,7 +36,8 @@ std::string escaped(const std::string& word) {
 }  // namespace
 
 int main() {
-  std::set<std::string> words = {"RGB(", "POSITION(", ".\n", "\n\n", "/*", "*/", "''", "\"\"", "[", "]"};
+  std::set<std::string> words = {"RGB(", "POSITION(", ".\n",  "\n\n", "/*",
+                                 "*/",   "''",        "\"\"", "[",    "]"};
   for (const vornwout::Command& command : vornwout::commandTable()) {
     words.insert(std::string(command.name));
     if (command.run == nullptr) continue;

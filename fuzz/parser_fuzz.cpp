@@ -1,8 +1,9 @@
-// Arbitrary bytes as commands: first the entry points themselves, then a grammar that has every kind
-// of value, whose values are read by every getter.
+// Arbitrary bytes as commands: first the entry points themselves, then a grammar that has every
+// kind of value, whose values are read by every getter.
 //
-// Properties: the parser's result is the number of errors that it reported; a command that parses is
-// printed, and parsed again gives no error and the same text; a refused command always says something.
+// Properties: the parser's result is the number of errors that it reported; a command that parses
+// is printed, and parsed again gives no error and the same text; a refused command always says
+// something.
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -77,7 +78,8 @@ CommandDescriptor everyKind() {
   size.addQualifDesc(ParamDescriptor("INCHES", Types::kNumberList, false, true));
   size.addQualifDesc(ParamDescriptor("POINTS", Types::kNumberList, false, true));
   change.addParamDesc(size);
-  ParamDescriptor labels("LABELS", Types::kQualifierLists, false, true, Types::kBracketsOptionalList);
+  ParamDescriptor labels("LABELS", Types::kQualifierLists, false, true,
+                         Types::kBracketsOptionalList);
   labels.addQualifDesc(ParamDescriptor("EXACT", Types::kLiteralList, false, true));
   labels.addQualifDesc(ParamDescriptor("BEGINS", Types::kLiteralList, false, true));
   change.addParamDesc(labels);

@@ -1,7 +1,8 @@
 // Arbitrary bytes as a job, in an encoding that the first byte chooses.
 //
-// Properties: tokens are in order, do not overlap, lie within the job and are not empty; lines never
-// go back; every place counts from 1; the texts of a token are valid; the end is always reached.
+// Properties: tokens are in order, do not overlap, lie within the job and are not empty; lines
+// never go back; every place counts from 1; the texts of a token are valid; the end is always
+// reached.
 #include <array>
 #include <cstdint>
 #include <string>

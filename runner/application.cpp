@@ -31,7 +31,8 @@ struct Written {
 
 std::string checkEncoding(const std::string& name) {
   if (Encoding::find(name) != nullptr) return {};
-  return "there is no encoding " + name + "; UTF-8, windows-1252, Shift-JIS, Big5, GB18030 and "
+  return "there is no encoding " + name +
+         "; UTF-8, windows-1252, Shift-JIS, Big5, GB18030 and "
          "EUC-KR are some of those there are";
 }
 
@@ -96,8 +97,10 @@ int showHelp(const HelpOptions& options) {
   const std::string name = fmt::format("{}", fmt::join(options.command, " "));
   const Command* command = findCommand(name);
   if (command == nullptr || command->run == nullptr) {
-    std::cerr << fmt::format("vornwout: error: There is no command {} in this version. "
-                             "vornwout help lists those there are.\n", name);
+    std::cerr << fmt::format(
+        "vornwout: error: There is no command {} in this version. "
+        "vornwout help lists those there are.\n",
+        name);
     return kExitUsage;
   }
   std::cout << command->summary << "\n\n" << usageOf(*command);

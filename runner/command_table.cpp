@@ -9,17 +9,23 @@ namespace vornwout {
 namespace {
 
 constexpr std::string_view kNameDetails =
-    "A document's name starts with a letter and goes on with letters, digits and . _ $ # @; it is at\n"
-    "most 64 bytes long and does not end with a period. Names are compared without regard to case.\n";
+    "A document's name starts with a letter and goes on with letters, digits and . _ $ # @; it is "
+    "at\n"
+    "most 64 bytes long and does not end with a period. Names are compared without regard to "
+    "case.\n";
 
 constexpr std::string_view kCommentDetails =
     "The command's own TEXT is the first line, each /LINE adds one; what a line does not say of\n"
-    "colours and boldness, the command's own keywords say. WIDTH is the column's width in points, an\n"
+    "colours and boldness, the command's own keywords say. WIDTH is the column's width in points, "
+    "an\n"
     "integer from 10 to 1000. A colour is \"#\" and six hexadecimal digits or one of these names,\n"
     "written exactly so: black BLACK blue BLUE cyan CYAN DARK_GRAY darkGray gray GRAY green GREEN\n"
-    "LIGHT_GRAY lightGray magenta MAGENTA orange ORANGE pink PINK red RED white WHITE yellow YELLOW.\n"
-    "In a text these are replaced by the current date and time: )DATE 5-March-2024, )ADATE 3/5/2024,\n"
-    ")EDATE 5.3.2024, )SDATE 2024/3/5, )TIME hours from 0 to 11, )ETIME hours from 00 to 23 (ten and\n"
+    "LIGHT_GRAY lightGray magenta MAGENTA orange ORANGE pink PINK red RED white WHITE yellow "
+    "YELLOW.\n"
+    "In a text these are replaced by the current date and time: )DATE 5-March-2024, )ADATE "
+    "3/5/2024,\n"
+    ")EDATE 5.3.2024, )SDATE 2024/3/5, )TIME hours from 0 to 11, )ETIME hours from 00 to 23 (ten "
+    "and\n"
     "eleven o'clock come as 010 and 011).\n";
 
 constexpr std::array kCommands = {
@@ -32,10 +38,11 @@ constexpr std::array kCommands = {
             "Makes an open output document the active one.",
             "OUTPUT ACTIVATE [NAME=]{name | *} [MINIMIZED={YES | NO}].",
             "The asterisk stands for the document that is active already.\n"},
-    Command{"OUTPUT CLOSE", "outclose_", outclose_,
-            "Closes an output document, the active one (*) or all of them (ALL).",
-            "OUTPUT CLOSE [NAME=]{name | * | ALL}.",
-            "When the active document is closed, the one that was active before it is active again.\n"},
+    Command{
+        "OUTPUT CLOSE", "outclose_", outclose_,
+        "Closes an output document, the active one (*) or all of them (ALL).",
+        "OUTPUT CLOSE [NAME=]{name | * | ALL}.",
+        "When the active document is closed, the one that was active before it is active again.\n"},
     Command{"OUTPUT DISPLAY", "outdisp_", outdisp_,
             "Lists the open output documents and marks the active one.", "", ""},
     Command{"OUTPUT COMMENT", "outcomnt_", outcomnt_, "Writes lines of text into the output.", "",

@@ -35,17 +35,25 @@ std::string alternatives(const ParamDescriptor& param) {
 /// A keyword's value as it is written, for a reader.
 std::string valueForm(const ParamDescriptor& param) {
   switch (param.spec()) {
-    case UPSpecTypes::kNoValue: return "";
+    case UPSpecTypes::kNoValue:
+      return "";
     case UPSpecTypes::kRawTokens:
       if (!param.values().empty()) return alternatives(param);
       return param.required() ? "'file'" : "value";
-    case UPSpecTypes::kDeclaredValue: return param.values().empty() ? "name" : alternatives(param);
-    case UPSpecTypes::kString: return "'text'";
-    case UPSpecTypes::kDeclaredList: return alternatives(param) + " ...";
-    case UPSpecTypes::kLiteralList: return "'text' ...";
-    case UPSpecTypes::kNumber: return "number" + bounds(param);
-    case UPSpecTypes::kNumberList: return "number ..." + bounds(param);
-    case UPSpecTypes::kInteger: return "integer" + bounds(param);
+    case UPSpecTypes::kDeclaredValue:
+      return param.values().empty() ? "name" : alternatives(param);
+    case UPSpecTypes::kString:
+      return "'text'";
+    case UPSpecTypes::kDeclaredList:
+      return alternatives(param) + " ...";
+    case UPSpecTypes::kLiteralList:
+      return "'text' ...";
+    case UPSpecTypes::kNumber:
+      return "number" + bounds(param);
+    case UPSpecTypes::kNumberList:
+      return "number ..." + bounds(param);
+    case UPSpecTypes::kInteger:
+      return "integer" + bounds(param);
     case UPSpecTypes::kQualifiers:
     case UPSpecTypes::kQualifierLists: {
       std::vector<std::string> forms;
@@ -57,7 +65,8 @@ std::string valueForm(const ParamDescriptor& param) {
     }
     case UPSpecTypes::kMeasure: {
       std::vector<std::string> forms(param.values());
-      for (const ParamDescriptor& unit : param.qualifiers()) forms.push_back(unit.name() + "(value)");
+      for (const ParamDescriptor& unit : param.qualifiers())
+        forms.push_back(unit.name() + "(value)");
       return "{" + joined(forms, " | ") + "}";
     }
   }
@@ -105,9 +114,12 @@ bool isAvailable(const Command& command) { return command.run != nullptr; }
 
 std::string_view severityName(MessageSeverity severity) {
   switch (severity) {
-    case MessageSeverity::kError: return "error";
-    case MessageSeverity::kWarning: return "warning";
-    case MessageSeverity::kInformation: break;
+    case MessageSeverity::kError:
+      return "error";
+    case MessageSeverity::kWarning:
+      return "warning";
+    case MessageSeverity::kInformation:
+      break;
   }
   return "note";
 }
@@ -130,9 +142,11 @@ std::string commandOverview() {
 std::string languageReference() {
   std::string text =
       "# Language reference\n\n"
-      "Printed by `vornwout help --markdown` from the grammar that each command declares. Keywords in\n"
+      "Printed by `vornwout help --markdown` from the grammar that each command declares. Keywords "
+      "in\n"
       "square brackets may be left out, of values in braces one is chosen, `...` means that what\n"
-      "stands before it may repeat. Keywords and their values are written in any case; a command ends\n"
+      "stands before it may repeat. Keywords and their values are written in any case; a command "
+      "ends\n"
       "with a period at the end of a line or with an empty line.\n";
   for (const Command& command : commandTable()) {
     if (!isAvailable(command)) continue;
@@ -146,13 +160,15 @@ std::string languageReference() {
 std::string messageReference() {
   std::string text =
       "# Messages\n\n"
-      "Printed by `vornwout help --messages` from the message catalogue. `^1`, `^2` and so on stand\n"
+      "Printed by `vornwout help --messages` from the message catalogue. `^1`, `^2` and so on "
+      "stand\n"
       "for what a message is about; the operation is what traces call it.\n\n"
       "| Operation | Severity | Text | What to do |\n|---|---|---|---|\n";
   for (const MessageEntry& entry : messageCatalogue()) {
     const std::string_view shown = entry.text.empty() ? "the command's own text" : entry.text;
     std::string cell(shown);
-    for (std::size_t bar = cell.find('|'); bar != std::string::npos; bar = cell.find('|', bar + 2)) {
+    for (std::size_t bar = cell.find('|'); bar != std::string::npos;
+         bar = cell.find('|', bar + 2)) {
       cell.insert(bar, "\\");
     }
     text += fmt::format("| `{}` | {} | {} | {} |\n", entry.operation, severityName(entry.severity),

@@ -1,14 +1,13 @@
 #include "runner/job.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstring>
 #include <string_view>
 
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace vornwout {
 namespace {
@@ -57,8 +56,8 @@ std::variant<Job, JobError> readJob(const std::string& path) {
   }
   const std::string_view text = job.text;
   if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
-    return JobError{fmt::format(
-        "The job {} cannot be read: it is UTF-16 text. Save it as UTF-8.", job.name)};
+    return JobError{
+        fmt::format("The job {} cannot be read: it is UTF-16 text. Save it as UTF-8.", job.name)};
   }
   return job;
 }

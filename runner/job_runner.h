@@ -1,7 +1,7 @@
 // Runs jobs: reads command after command and calls the entry point of each.
 //
-// Whatever a command does, the job goes on with the next one: an error is a message and a status, and
-// an exception that leaves an entry point is reported here.
+// Whatever a command does, the job goes on with the next one: an error is a message and a status,
+// and an exception that leaves an entry point is reported here.
 #pragma once
 
 #include "platform/parser/token.h"

@@ -1,14 +1,13 @@
 // Sets up a run: encoding, language, paths, host, trace and what shows output; then runs the jobs.
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstring>
 #include <iostream>
 #include <optional>
 #include <variant>
 
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include "host/controller/embedded_host.h"
 #include "platform/adapter/host_adapter.h"
@@ -152,8 +151,8 @@ int runJobs(const RunOptions& options) {
     // A handle of the command line comes before one of the same name in the script.
     paths.handles.merge(hosts.scripted->fileHandles());
   } else if (options.host != "none") {
-    return refuse(fmt::format(
-        "There is no host \"{}\": write embedded, none or script=FILE.", options.host));
+    return refuse(
+        fmt::format("There is no host \"{}\": write embedded, none or script=FILE.", options.host));
   }
   const ScopedPathContext pathContext(paths);
 

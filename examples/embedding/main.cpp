@@ -1,9 +1,9 @@
 // A host of one's own in one page: it registers an adapter, runs two commands, and prints what the
 // commands asked for and what they showed.
-#include <vornwout/entry_points.h>
-
 #include <iostream>
 #include <string>
+
+#include <vornwout/entry_points.h>
 
 #include "platform/adapter/host_adapter.h"
 #include "platform/adapter/output_sink.h"

@@ -2,8 +2,8 @@
 //
 // A command builds one request and one empty response, passes both to
 // OutputControllerInterface::SendRequest, and reads the response. All texts are in the current
-// encoding; the const char* arguments must live until the request is destroyed (they are not copied,
-// for the exchange is synchronous).
+// encoding; the const char* arguments must live until the request is destroyed (they are not
+// copied, for the exchange is synchronous).
 #pragma once
 
 #include <optional>
@@ -30,8 +30,8 @@ enum class OutputDocumentType { kQxv = 0, kQxw = 1, kUnspecified = 2 };
 enum class OutputDocumentEncryptPW { kNo = 0, kYes = 1, kNotApplicable = 2 };
 enum class YesNoEnum { kNo = 0, kYes = 1 };
 
-/// One request. The short form serves NEW, NAME, ACTIVATE, CLOSE and DISPLAY, the long form OPEN and
-/// SAVE.
+/// One request. The short form serves NEW, NAME, ACTIVATE, CLOSE and DISPLAY, the long form OPEN
+/// and SAVE.
 class VornwMsgOutputControllerRequest {
  public:
   /// Short form. `text` is the empty string in every request of this library.

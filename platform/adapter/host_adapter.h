@@ -1,8 +1,8 @@
 // The road from the commands up to a host: the adapter, the output controller and their registry.
 //
 // A host derives from HostAdapter and, where it manages documents, from OutputControllerInterface,
-// and registers its adapter for as long as it serves. The commands ask GetAdapter() in every call and
-// own neither object. All calls come synchronously on the command thread.
+// and registers its adapter for as long as it serves. The commands ask GetAdapter() in every call
+// and own neither object. All calls come synchronously on the command thread.
 #pragma once
 
 #include <string>

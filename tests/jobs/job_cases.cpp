@@ -3,13 +3,9 @@
 //
 //   job_tests [--update] [FILTER]    FILTER: run the cases whose name holds it
 //
-// A case's command line comes from its first line when that is "* args: ..."; a file <case>.host.json
-// makes it run with that scripted host. Cases run in their folder, so that no path of this machine
-// gets into what is expected. A file that belongs to no case fails the run.
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
+// A case's command line comes from its first line when that is "* args: ..."; a file
+// <case>.host.json makes it run with that scripted host. Cases run in their folder, so that no path
+// of this machine gets into what is expected. A file that belongs to no case fails the run.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -21,7 +17,10 @@
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -56,7 +55,8 @@ std::vector<std::string> caseArguments(const fs::path& job) {
 
 /// Runs the program in the case's folder; what it wrote goes to files of the scratch folder.
 int runProgram(const fs::path& job, const fs::path& scratch) {
-  std::vector<std::string> arguments = {VORN_PROGRAM, "run", "--trace", (scratch / "trace").string()};
+  std::vector<std::string> arguments = {VORN_PROGRAM, "run", "--trace",
+                                        (scratch / "trace").string()};
   const fs::path script = fs::path(job).replace_extension(".host.json");
   if (fs::exists(script)) {
     arguments.insert(arguments.end(), {"--host", "script=" + script.filename().string()});

@@ -1,6 +1,4 @@
 // Generated documents are what the program prints, and what the documents show is what it does.
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cstdio>
 #include <fstream>
@@ -8,6 +6,8 @@
 #include <regex>
 #include <sstream>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "runner/help_text.h"
 
@@ -43,7 +43,8 @@ TEST(Documents, ConsoleBlocksShowWhatTheProgramPrints) {
       const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
       std::string shown;
       std::array<char, 4096> buffer{};
-      while (std::fgets(buffer.data(), buffer.size(), pipe.get()) != nullptr) shown += buffer.data();
+      while (std::fgets(buffer.data(), buffer.size(), pipe.get()) != nullptr)
+        shown += buffer.data();
       EXPECT_EQ(shown, (*it)[2].str()) << path << ": vornwout " << (*it)[1];
     }
   }

@@ -1,6 +1,4 @@
 // The shared library shows its entry points and nothing else.
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cstdio>
 #include <fstream>
@@ -9,6 +7,8 @@
 #include <set>
 #include <sstream>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "runner/command_table.h"
 

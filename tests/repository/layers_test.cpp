@@ -1,6 +1,4 @@
 // Includes run downward only, and the map of the folders is true.
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -8,6 +6,8 @@
 #include <set>
 #include <sstream>
 #include <string>
+
+#include <gtest/gtest.h>
 
 namespace fs = std::filesystem;
 
@@ -40,14 +40,16 @@ std::string layerOf(const std::string& included) {
 std::vector<std::string> includesOf(const std::string& text) {
   static const std::regex pattern(R"re(#\s*include\s*["<]([^">]+)[">])re");
   std::vector<std::string> found;
-  for (auto it = std::sregex_iterator(text.begin(), text.end(), pattern); it != std::sregex_iterator();
-       ++it) {
+  for (auto it = std::sregex_iterator(text.begin(), text.end(), pattern);
+       it != std::sregex_iterator(); ++it) {
     found.push_back((*it)[1]);
   }
   return found;
 }
 
-bool isSource(const fs::path& path) { return path.extension() == ".h" || path.extension() == ".cpp"; }
+bool isSource(const fs::path& path) {
+  return path.extension() == ".h" || path.extension() == ".cpp";
+}
 
 TEST(Layers, IncludesRunDownwardOnly) {
   int sources = 0;
@@ -95,15 +97,16 @@ TEST(Architecture, NamesEveryFolderOfTheLayers) {
 TEST(Architecture, NamesNoFolderThatIsGone) {
   const std::string map = readFile(kRoot / "docs/architecture.md");
   static const std::regex pattern(R"(`((?:platform|libvornwout|host|runner)/[a-z_/]*)/`)");
-  for (auto it = std::sregex_iterator(map.begin(), map.end(), pattern); it != std::sregex_iterator();
-       ++it) {
+  for (auto it = std::sregex_iterator(map.begin(), map.end(), pattern);
+       it != std::sregex_iterator(); ++it) {
     EXPECT_TRUE(fs::is_directory(kRoot / (*it)[1].str())) << (*it)[1];
   }
 }
 
 TEST(House, NoFileIsLongerThanTheHouseAllows) {
   constexpr int kLongest = 800;
-  for (const char* folder : {"platform", "libvornwout", "host", "runner", "tests", "bench", "fuzz"}) {
+  for (const char* folder :
+       {"platform", "libvornwout", "host", "runner", "tests", "bench", "fuzz"}) {
     for (const auto& entry : fs::recursive_directory_iterator(kRoot / folder)) {
       if (!isSource(entry.path())) continue;
       const std::string text = readFile(entry.path());

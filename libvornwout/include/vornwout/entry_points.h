@@ -1,8 +1,8 @@
 /* The entry points of libvornwout, one per command: all that the library exports.
  *
  * Each reads its command from the current token stream of the platform library, asks the registered
- * host, and reports through the output sinks. Call them on one thread, one command at a time. What a
- * host throws from a host call passes through, save where the command reports it.
+ * host, and reports through the output sinks. Call them on one thread, one command at a time. What
+ * a host throws from a host call passes through, save where the command reports it.
  */
 #ifndef VORNWOUT_ENTRY_POINTS_H
 #define VORNWOUT_ENTRY_POINTS_H
