@@ -25,6 +25,7 @@ step() {
     failed=$((failed + 1))
     echo "FAILED  $name"
     tail -n 80 "$log/step"
+    return 1
   fi
 }
 
@@ -71,16 +72,14 @@ finish() {
 stage gates
 step "format" bash -c 'git ls-files "*.h" "*.cpp" | xargs clang-format --dry-run -Werror'
 stage "release build"
-step "build (gcc)" build release
-[ "$failed" -eq 0 ] || finish
+step "build (gcc)" build release || finish
 stage "release tests"
 suites build/release
 step "benchmarks run" bench/run.sh build/release/bench --smoke
 step "installed package serves an outside host" tests/installed_package.sh build/release
 step "demo" examples/demo.sh build/release/runner/vornwout
 stage "build with sanitizers"
-step "build (clang, AddressSanitizer, UBSan, libFuzzer)" build fuzzing
-if [ -x build/fuzzing/runner/vornwout ]; then
+if step "build (clang, AddressSanitizer, UBSan, libFuzzer)" build fuzzing; then
   stage "tests with sanitizers"
   suites build/fuzzing
   stage fuzzing
