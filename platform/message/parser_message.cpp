@@ -148,7 +148,7 @@ void ParserMessage::report(MessageKey key, std::vector<std::string> arguments,
     record.text = fill(useShort ? entry.shortText : entry.text, record.arguments);
   }
   if (!hint.empty()) record.text += " " + currentToUtf8(hint);
-  send(std::move(record));
+  send(record);
 }
 
 void ParserMessage::reportGeneric(MessageKey key, const std::string& text,
@@ -161,10 +161,10 @@ void ParserMessage::reportGeneric(MessageKey key, const std::string& text,
   record.arguments = inUtf8(std::move(arguments));
   record.text = fill(record.messageTemplate, record.arguments);
   record.place = currentPlace();
-  send(std::move(record));
+  send(record);
 }
 
-void ParserMessage::send(ParserMessageRecord record) const {
+void ParserMessage::send(const ParserMessageRecord& record) const {
   if (record.severity == MessageSeverity::kError) ++errorCount_;
   for (OutputSink* sink : outputSinks()) sink->parserMessage(record);
 }

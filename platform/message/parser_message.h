@@ -76,7 +76,7 @@ class ParserMessage {
  private:
   void reportGeneric(MessageKey key, const std::string& text,
                      std::vector<std::string> arguments) const;
-  void send(ParserMessageRecord record) const;
+  void send(const ParserMessageRecord& record) const;
 
   std::string commandName_;
   std::string procedureTitle_;
