@@ -6,6 +6,10 @@
 
 PREFIX ?= /usr/local
 FUZZ_SECONDS ?= 3600
+# Ninja where present; a build folder that exists keeps what it was made with.
+ifneq ($(shell command -v ninja),)
+export CMAKE_GENERATOR ?= Ninja
+endif
 
 demo: | dependencies build
 	@examples/demo.sh build/release/runner/vornwout
@@ -20,7 +24,7 @@ dependencies:
 
 build:
 	@cmake --preset release -DVORN_TESTS=$$(test -e /usr/include/gtest/gtest.h -a -e /usr/include/benchmark/benchmark.h && echo ON || echo OFF) >/dev/null
-	@cmake --build --preset release
+	@cmake --build --preset release --parallel $$(nproc)
 
 install: build
 	cmake --install build/release --prefix $(PREFIX)
@@ -35,7 +39,7 @@ tidy:
 	@tests/tidy.sh
 
 format:
-	@git ls-files '*.h' '*.cpp' | xargs clang-format -i
+	@tests/format.sh -i
 
 docs: build
 	build/release/runner/vornwout help --markdown > docs/language-reference.md

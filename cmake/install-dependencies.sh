@@ -5,7 +5,7 @@ set -eu
 
 build="g++ cmake ninja-build ccache pkg-config libicu-dev libfmt-dev nlohmann-json3-dev libcli11-dev"
 check="clang libclang-rt-14-dev llvm-14 clang-format clang-tidy libgtest-dev libgmock-dev libbenchmark-dev
-       binutils jq git"
+       binutils jq"
 
 packages=$build
 [ "${1:-build}" = check ] && packages="$build $check"

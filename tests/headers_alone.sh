@@ -1,7 +1,7 @@
 #!/bin/bash
 # Compiles every header by itself: each includes what it needs.
-set -eu
+set -eu -o pipefail
 cd "$(dirname "$0")/.."
-git ls-files '*.h' | xargs -P "$(nproc)" -I {} \
+tests/sources.sh '.*\.h' | xargs -P "$(nproc)" -I {} \
   g++ -std=c++20 -fsyntax-only -x c++ -Wall -Wextra -Werror -I. -Ilibvornwout/include -include {} \
   /dev/null

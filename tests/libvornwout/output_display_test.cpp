@@ -66,6 +66,21 @@ TEST(OutputDisplay, ShowsASingleUnnamedActiveDocument) {
   EXPECT_THAT(rowsOf(*run.tables[0]), ElementsAre("0: (unnamed) (Active output document)"));
 }
 
+TEST(OutputDisplay, NamesAreTheUsersTextsAndAllElseIsTheSystems) {
+  FakeHost host;
+  host.answer.addDocument(OutputDocumentItem{"report", true});
+  host.answer.addDocument(OutputDocumentItem{"", false});
+  const CommandRun run(outdisp_, "OUTPUT DISPLAY.", &host);
+  ASSERT_EQ(run.tables.size(), 1U);
+  const PivotTable& table = *run.tables[0];
+  EXPECT_TRUE(table.title.translatable);
+  EXPECT_TRUE(table.subtype.translatable);
+  EXPECT_TRUE(table.dimensions[0].label.translatable);
+  EXPECT_FALSE(table.cells[0].value.translatable) << "a name";
+  EXPECT_TRUE(table.cells[0].notes[0].translatable);
+  EXPECT_TRUE(table.cells[1].value.translatable) << "(unnamed) is no name";
+}
+
 TEST(OutputDisplay, SkipsGapsButNotTheirNumbers) {
   FakeHost host;
   host.answer.addDocument(std::nullopt);

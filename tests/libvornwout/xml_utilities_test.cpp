@@ -190,6 +190,27 @@ TEST(EscapeHtml, CopiesLongerCharactersUntouchedInEveryEncoding) {
   }
 }
 
+/// An encoding as hostile as one can be: after 0x81 any byte at all belongs to the character.
+class AnyTrailByte : public Encoding {
+ public:
+  AnyTrailByte() : Encoding("any-trail-byte", false) {}
+  int characterLength(std::string_view text) const override {
+    return text[0] == '\x81' && text.size() > 1 ? 2 : 1;
+  }
+  std::string toUtf8(std::string_view text) const override { return std::string(text); }
+  std::string fromUtf8(std::string_view text, bool*) const override { return std::string(text); }
+  std::u16string toUtf16(std::string_view) const override { return {}; }
+};
+
+TEST(EscapeHtml, LeavesTrailBytesThatEqualASpecialCharacter) {
+  const ScopedEncoding encoding(std::make_shared<AnyTrailByte>());
+  for (const char special : {'"', '&', '\'', '<', '>'}) {
+    const std::string character = std::string("\x81") + special;
+    EXPECT_EQ(XMLUtilities::escapeHTML(character + "&" + character),
+              character + "&amp;" + character);
+  }
+}
+
 TEST(EscapeHtml, CopiesCharactersOfFourBytesUntouched) {
   const ScopedEncoding encoding(Encoding::find("GB18030"));
   EXPECT_EQ(XMLUtilities::escapeHTML("\x81\x30\x81\x30<"), "\x81\x30\x81\x30&lt;");

@@ -30,21 +30,27 @@ const std::map<std::string, std::set<std::string>> kAllowed = {
     {"runner", {"platform", "host", "vornwout"}},
 };
 
-/// The layer that an include names; empty for a header of the system or of a dependency.
-std::string layerOf(const std::string& included) {
-  const std::string first = included.substr(0, included.find('/'));
-  // The one public header of the commands is included by its installed name.
-  return kAllowed.contains(first) || first == "vornwout" ? first : "";
-}
+struct Include {
+  std::string path;
+  bool quoted = false;
+};
 
-std::vector<std::string> includesOf(const std::string& text) {
-  static const std::regex pattern(R"re(#\s*include\s*["<]([^">]+)[">])re");
-  std::vector<std::string> found;
+std::vector<Include> includesOf(const std::string& text) {
+  static const std::regex pattern(R"re(#\s*include\s*(["<])([^">]+)[">])re");
+  std::vector<Include> found;
   for (auto it = std::sregex_iterator(text.begin(), text.end(), pattern);
        it != std::sregex_iterator(); ++it) {
-    found.push_back((*it)[1]);
+    found.push_back({(*it)[2], (*it)[1] == "\""});
   }
   return found;
+}
+
+/// The layer that an include names; empty for a header of the system or of a dependency. Our own
+/// headers stand in quotes, by their path from the root; the one public header of the commands by
+/// its installed name.
+std::string layerOf(const Include& include) {
+  const std::string first = include.path.substr(0, include.path.find('/'));
+  return include.quoted || kAllowed.contains(first) || first == "vornwout" ? first : "";
 }
 
 bool isSource(const fs::path& path) {
@@ -57,10 +63,12 @@ TEST(Layers, IncludesRunDownwardOnly) {
     for (const auto& entry : fs::recursive_directory_iterator(kRoot / layer)) {
       if (!isSource(entry.path())) continue;
       ++sources;
-      for (const std::string& included : includesOf(readFile(entry.path()))) {
-        const std::string target = layerOf(included);
+      for (const Include& include : includesOf(readFile(entry.path()))) {
+        const std::string target = layerOf(include);
         EXPECT_TRUE(target.empty() || target == layer || allowed.contains(target))
-            << entry.path() << " includes " << included << ", which is above or beside it";
+            << entry.path() << " includes " << include.path << ", which is above or beside it";
+        EXPECT_EQ(include.path.find(".."), std::string::npos)
+            << entry.path() << " includes " << include.path << ": write the path from the root";
       }
     }
   }
@@ -71,11 +79,36 @@ TEST(Layers, IncludesNameFilesThatExist) {
   for (const auto& [layer, allowed] : kAllowed) {
     for (const auto& entry : fs::recursive_directory_iterator(kRoot / layer)) {
       if (!isSource(entry.path())) continue;
-      for (const std::string& included : includesOf(readFile(entry.path()))) {
-        const std::string target = layerOf(included);
+      for (const Include& include : includesOf(readFile(entry.path()))) {
+        const std::string target = layerOf(include);
         if (target.empty()) continue;
         const fs::path base = target == "vornwout" ? kRoot / "libvornwout/include" : kRoot;
-        EXPECT_TRUE(fs::exists(base / included)) << entry.path() << " includes " << included;
+        EXPECT_TRUE(fs::exists(base / include.path))
+            << entry.path() << " includes " << include.path;
+      }
+    }
+  }
+}
+
+TEST(Layers, LinkDownwardOnly) {
+  const std::map<std::string, std::set<std::string>> targets = {
+      {"platform", {}},
+      {"libvornwout", {"vornplatform", "vornwout_objects"}},
+      {"host", {"vornplatform"}},
+      {"runner", {"vornhost", "vornwout", "vornrunner"}},
+  };
+  static const std::regex links(R"(target_link_libraries\(([^)]*)\))");
+  static const std::regex own(
+      R"(\b(vornplatform|vornwout_objects|vornwout|vornhost|vornrunner)\b)");
+  for (const auto& [layer, allowed] : targets) {
+    const std::string text = readFile(kRoot / layer / "CMakeLists.txt");
+    for (auto it = std::sregex_iterator(text.begin(), text.end(), links);
+         it != std::sregex_iterator(); ++it) {
+      const std::string call = (*it)[1];
+      const std::string linked = call.substr(call.find_first_of(" \n"));
+      for (auto name = std::sregex_iterator(linked.begin(), linked.end(), own);
+           name != std::sregex_iterator(); ++name) {
+        EXPECT_TRUE(allowed.contains((*name)[1])) << layer << " links " << (*name)[1];
       }
     }
   }
