@@ -80,6 +80,7 @@ suites build/release
 step "benchmarks run" bench/run.sh build/release/bench --smoke
 step "installed package serves an outside host" tests/installed_package.sh build/release
 step "demo" examples/demo.sh build/release/runner/vornwout
+step "jq reads a trace" tests/traces_with_jq.sh build/release/runner/vornwout
 stage "build with sanitizers"
 if step "build (clang, AddressSanitizer, UBSan, libFuzzer)" build fuzzing; then
   stage "tests with sanitizers"
