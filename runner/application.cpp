@@ -8,10 +8,13 @@
 #include <fmt/format.h>
 
 #include "platform/files/path_context.h"
+#include "platform/parser/value_shape.h"
 #include "platform/strings/language.h"
+#include "platform/text/multibyte.h"
 #include "runner/command_table.h"
 #include "runner/help_text.h"
 #include "runner/run_options.h"
+#include "runner/standard_streams.h"
 
 namespace vornwout {
 namespace {
@@ -29,6 +32,10 @@ struct Written {
   std::vector<std::string> handles;
 };
 
+std::string behindBlank(const std::string& sentence) {
+  return sentence.empty() ? sentence : " " + sentence;
+}
+
 std::string checkEncoding(const std::string& name) {
   if (Encoding::find(name) != nullptr) return {};
   return "there is no encoding " + name +
@@ -39,6 +46,13 @@ std::string checkEncoding(const std::string& name) {
 std::string checkLanguage(const std::string& code) {
   if (findLanguage(code)) return {};
   return fmt::format("there is no language {}; there are {}", code, fmt::join(kLanguages, ", "));
+}
+
+std::string checkTrace(const std::string& file) {
+  if (file.empty()) return "the trace needs the name of a file";
+  // Standard output shows the run's output, and a trace between it would be no trace.
+  if (file == "-") return "the trace goes to a file only; write ./- for one that is called -";
+  return {};
 }
 
 std::string checkHandle(const std::string& handle) {
@@ -66,6 +80,7 @@ void addRun(CLI::App& application, RunOptions& options, Written& written) {
                   "embedded (default), none, or script=FILE for scripted answers")
       ->type_name("HOST");
   run->add_option("--trace", options.traceFile, "Write what happens to FILE, as JSON lines")
+      ->check(checkTrace)
       ->type_name("FILE");
   run->add_flag("--trace-secrets", options.traceSecrets, "Write passwords to the trace as well");
   run->add_flag("-q,--quiet", options.quiet, "Show messages only, no output");
@@ -82,6 +97,7 @@ void addHelp(CLI::App& application, HelpOptions& options) {
   help->add_option("command", options.command, "For instance OUTPUT COMMENT")->type_name("COMMAND");
   help->add_flag("--markdown", options.markdown, "Print the whole language reference");
   help->add_flag("--messages", options.messages, "Print the list of messages");
+  help->footer("vornwout help lists the commands, vornwout help OUTPUT those that begin so.");
 }
 
 int showHelp(const HelpOptions& options) {
@@ -89,34 +105,91 @@ int showHelp(const HelpOptions& options) {
     std::cout << (options.messages ? messageReference() : languageReference());
     return kExitSuccess;
   }
-  if (options.command.empty()) {
+  const std::string name = fmt::format("{}", fmt::join(options.command, " "));
+  if (name.empty()) {
     std::cout << "Commands of this version:\n\n"
               << commandOverview() << "\nvornwout help COMMAND shows how one is written.\n";
     return kExitSuccess;
   }
-  const std::string name = fmt::format("{}", fmt::join(options.command, " "));
   const Command* command = findCommand(name);
   if (command == nullptr || command->run == nullptr) {
-    std::cerr << fmt::format(
-        "vornwout: error: There is no command {} in this version. "
-        "vornwout help lists those there are.\n",
-        name);
-    return kExitUsage;
+    if (const std::string overview = commandOverview(name); !overview.empty()) {
+      std::cout << fmt::format("Commands of this version that begin with {}:\n\n{}",
+                               toUpperCase(name), overview);
+      return kExitSuccess;
+    }
+    std::vector<std::string_view> names;
+    for (const Command& candidate : commandTable()) {
+      if (candidate.run != nullptr) names.push_back(candidate.name);
+    }
+    return refuse(
+        fmt::format("There is no command {} in this version.{} vornwout help lists those "
+                    "there are.",
+                    name, behindBlank(suggestion(name, names))));
   }
   std::cout << command->summary << "\n\n" << usageOf(*command);
   if (!command->details.empty()) std::cout << "\n" << command->details;
   return kExitSuccess;
 }
 
-void applyWritten(const Written& written, RunOptions& options) {
+/// Why the command line cannot be read, one or more sentences.
+std::string problemOf(const CLI::App& application, const CLI::ParseError& error) {
+  const std::vector<std::string> rest = application.remaining(true);
+  const auto chosen = application.get_subcommands();
+  if (rest.empty()) {
+    if (chosen.empty() && dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
+      return "A command is missing: run or help.";
+    }
+    return fmt::format("{}.", error.what());
+  }
+  // An argument that nobody takes is the cause of what else may be missing.
+  const std::string& unknown = rest.front();
+  if (unknown.starts_with("-")) {
+    std::vector<std::string> options;
+    for (const CLI::Option* option :
+         (chosen.empty() ? &application : chosen.front())->get_options()) {
+      for (const std::string& name : option->get_lnames()) options.push_back("--" + name);
+    }
+    return fmt::format("There is no option {}.{}", unknown,
+                       behindBlank(suggestion(unknown, {options.begin(), options.end()})));
+  }
+  if (!chosen.empty()) return fmt::format("The argument {} is not expected.", unknown);
+  return fmt::format("There is no command {}; there are run and help.{}", unknown,
+                     behindBlank(suggestion(unknown, {"run", "help"})));
+}
+
+/// Takes over what was written; why it cannot be, or an empty text.
+std::string applyWritten(const Written& written, RunOptions& options) {
   options.encoding = Encoding::find(written.encoding);
   options.color = *parseStyleMode(written.color);
   const ScopedEncoding encoding(options.encoding);
   for (const std::string& handle : written.handles) {
     const std::size_t equals = handle.find('=');
-    options.handles[fromNativePath(handle.substr(0, equals))] =
-        fromNativePath(handle.substr(equals + 1));
+    const std::string name = handle.substr(0, equals);
+    const bool isNew =
+        options.handles.emplace(fromNativePath(name), fromNativePath(handle.substr(equals + 1)))
+            .second;
+    if (!isNew) return fmt::format("--handle: {} is given twice.", name);
   }
+  return {};
+}
+
+/// The option that is written with "=" and nothing behind it; empty when there is none. The parser
+/// would take the next argument for its value: a trace would go into what is meant as a job.
+std::string optionWithoutValue(int argc, char** argv) {
+  for (int i = 1; i < argc && std::string_view(argv[i]) != "--"; ++i) {
+    const std::string_view argument = argv[i];
+    if (argument.starts_with("--") && argument.find('=') == argument.size() - 1) {
+      return std::string(argument);
+    }
+  }
+  return {};
+}
+
+int refuseUsage(const std::string& problem) {
+  const int status = refuse(problem);
+  std::cerr << "Run vornwout --help for how it is used.\n";
+  return status;
 }
 
 }  // namespace
@@ -125,21 +198,29 @@ int runApplication(int argc, char** argv) {
   CLI::App application("Runs the OUTPUT commands of jobs on output documents.", "vornwout");
   application.set_version_flag("--version", "vornwout " VORN_VERSION);
   application.require_subcommand(1);
-  application.footer("vornwout COMMAND --help tells more about each of them.");
+  application.footer("vornwout run --help and vornwout help --help tell more about them.");
   RunOptions runOptions;
   HelpOptions helpOptions;
   Written written;
   addRun(application, runOptions, written);
   addHelp(application, helpOptions);
+  if (const std::string option = optionWithoutValue(argc, argv); !option.empty()) {
+    return refuseUsage(option + " has no value.");
+  }
   try {
     application.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    const int status = application.exit(error);
-    return status == 0 ? kExitSuccess : kExitUsage;
+    if (error.get_exit_code() == 0) {
+      // What was asked for is help or the version.
+      return finishStandardOutput(application.exit(error));
+    }
+    return refuseUsage(problemOf(application, error));
   }
-  if (application.got_subcommand("help")) return showHelp(helpOptions);
-  applyWritten(written, runOptions);
-  return runJobs(runOptions);
+  if (application.got_subcommand("help")) return finishStandardOutput(showHelp(helpOptions));
+  if (const std::string problem = applyWritten(written, runOptions); !problem.empty()) {
+    return refuseUsage(problem);
+  }
+  return finishStandardOutput(runJobs(runOptions));
 }
 
 }  // namespace vornwout

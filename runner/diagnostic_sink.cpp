@@ -1,27 +1,18 @@
 #include "runner/diagnostic_sink.h"
 
 #include <algorithm>
-#include <optional>
+#include <cstddef>
+#include <sstream>
+#include <string_view>
 #include <utility>
 
-#include "platform/message/catalogue.h"
 #include "platform/text/encoding.h"
-#include "runner/terminal/diagnostics.h"
 
 namespace vornwout {
 namespace {
 
-/// The token that stands at a place, or null.
-const Token* tokenAt(const TokenizedCommand& command, SourcePlace place) {
-  const auto line = static_cast<std::uint32_t>(place.line);
-  const auto& tokens = command.tokens();
-  auto token = std::lower_bound(tokens.begin(), tokens.end(), line,
-                                [](const Token& t, std::uint32_t l) { return t.line < l; });
-  for (; token != tokens.end() && token->line == line; ++token) {
-    if (command.place(*token) == place) return &*token;
-  }
-  return nullptr;
-}
+constexpr std::size_t kMostBytesOfCharacter = 4;
+constexpr std::string_view kBlanks = " \t\r\n";
 
 int characterCount(std::string_view text) {
   int count = 0;
@@ -31,15 +22,19 @@ int characterCount(std::string_view text) {
   return count;
 }
 
-/// The line of the job that the token stands in, in UTF-8.
-std::string lineAround(std::string_view jobText, std::size_t offset) {
-  constexpr std::string_view kLineEnds = "\r\n";
-  const std::size_t before =
-      offset == 0 ? std::string_view::npos : jobText.find_last_of(kLineEnds, offset - 1);
-  std::size_t begin = before == std::string_view::npos ? 0 : before + 1;
-  if (begin == 0 && jobText.starts_with("\xEF\xBB\xBF")) begin = 3;
-  const std::size_t end = std::min(jobText.find_first_of(kLineEnds, offset), jobText.size());
-  return currentToUtf8(jobText.substr(begin, end - begin));
+/// Fills in the place, the source line and the length of the offender.
+void describe(Diagnostic& diagnostic, const TokenizedCommand& command, const SourceSpot& spot,
+              int reach) {
+  diagnostic.place = spot.place;
+  if (spot.length == 0) return;
+  // No character has more bytes, and more characters than these are never shown.
+  const std::size_t bytes = static_cast<std::size_t>(reach) * kMostBytesOfCharacter;
+  const TokenizedCommand::LinePart part = command.partOfLine(
+      static_cast<std::uint32_t>(spot.offset), static_cast<std::uint32_t>(spot.place.line), bytes);
+  diagnostic.sourceLine = {currentToUtf8(part.text), part.column, part.isCutBefore,
+                           part.isCutAfter};
+  diagnostic.length =
+      characterCount(command.jobText().substr(spot.offset, std::min(spot.length, bytes)));
 }
 
 }  // namespace
@@ -54,41 +49,55 @@ void DiagnosticSink::setSource(const Job* job, const TokenizedCommand* command) 
 }
 
 void DiagnosticSink::parserMessage(const ParserMessageRecord& message) {
-  show(message.severity, message.place, message.text, messageRemedy(message.operation));
+  show(message.severity, {message.place, message.offset, message.length}, message.text,
+       message.remedy);
 }
 
 void DiagnosticSink::outputMessage(const OutputMessageRecord& message) {
   std::string text = renderText(message.message);
-  for (const CellText& name : message.message.sublist) text += "\n  " + renderText(name);
-  SourcePlace place;
-  if (command_ != nullptr && !command_->tokens().empty()) {
-    place = command_->place(command_->tokens().front());
+  if (text.find_first_not_of(kBlanks) == std::string::npos) {
+    // The response was refused, and the host had nothing to say about it.
+    text = "The host refused the command and gave no reason.";
   }
-  show(message.severity(), place, text, {});
+  SourceSpot spot;
+  if (command_ != nullptr && !command_->tokens().empty()) {
+    spot = command_->spot(command_->tokens().front());
+  }
+  show(message.severity(), spot, text, {});
 }
 
-void DiagnosticSink::show(MessageSeverity severity, SourcePlace place, const std::string& text,
+void DiagnosticSink::warnOfText(const Job& job, std::uint32_t offset, std::uint32_t line,
+                                const std::string& text, const std::string& help) {
+  const TokenizedCommand whole(job.text);
+  Diagnostic diagnostic;
+  diagnostic.file = job.name;
+  diagnostic.severity = MessageSeverity::kWarning;
+  diagnostic.text = text;
+  diagnostic.help = help;
+  describe(diagnostic, whole, {whole.place(offset, line), offset, 1}, excerptReach(style_));
+  write(diagnostic);
+}
+
+void DiagnosticSink::show(MessageSeverity severity, const SourceSpot& spot, const std::string& text,
                           std::string_view remedy) {
-  if (severity == MessageSeverity::kError) ++errors_;
-  if (severity == MessageSeverity::kWarning) ++warnings_;
   Diagnostic diagnostic;
   diagnostic.file = job_ == nullptr ? "vornwout" : job_->name;
-  diagnostic.place = place;
+  diagnostic.place = spot.place;
   diagnostic.severity = severity;
   diagnostic.text = text;
   diagnostic.help = std::string(remedy);
-  if (command_ != nullptr && place.line > 0) {
-    const Token* token = tokenAt(*command_, place);
-    if (token != nullptr) {
-      diagnostic.length = characterCount(command_->sourceText(*token));
-      diagnostic.sourceLine = lineAround(command_->jobText(), token->offset);
-    } else if (!command_->errors().empty()) {
-      diagnostic.sourceLine = lineAround(command_->jobText(), command_->errors().front().offset);
-    }
-  }
+  if (command_ != nullptr) describe(diagnostic, *command_, spot, excerptReach(style_));
+  write(diagnostic);
+}
+
+void DiagnosticSink::write(const Diagnostic& diagnostic) {
+  if (diagnostic.severity == MessageSeverity::kError) ++errors_;
+  if (diagnostic.severity == MessageSeverity::kWarning) ++warnings_;
   beforeMessage_();
-  printDiagnostic(out_, diagnostic, style_);
-  out_.flush();
+  // In one piece: standard error is not buffered, and others may write to it as well.
+  std::ostringstream whole;
+  printDiagnostic(whole, diagnostic, style_);
+  out_ << whole.str() << std::flush;
 }
 
 }  // namespace vornwout

@@ -1,13 +1,16 @@
 // Shows the messages of a run on standard error and counts them.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <ostream>
 #include <string>
+#include <string_view>
 
 #include "platform/adapter/output_sink.h"
 #include "platform/parser/token.h"
 #include "runner/job.h"
+#include "runner/terminal/diagnostics.h"
 #include "runner/terminal/style.h"
 
 namespace vornwout {
@@ -25,12 +28,18 @@ class DiagnosticSink : public OutputSink {
   void parserMessage(const ParserMessageRecord& message) override;
   void outputMessage(const OutputMessageRecord& message) override;
 
+  /// Warns of the character of a job's text at `offset`, which stands in line `line`. No other sink
+  /// sees it: it is about the job's file and not about what the job does.
+  void warnOfText(const Job& job, std::uint32_t offset, std::uint32_t line, const std::string& text,
+                  const std::string& help);
+
   int errors() const { return errors_; }
   int warnings() const { return warnings_; }
 
  private:
-  void show(MessageSeverity severity, SourcePlace place, const std::string& text,
+  void show(MessageSeverity severity, const SourceSpot& spot, const std::string& text,
             std::string_view remedy);
+  void write(const Diagnostic& diagnostic);
 
   std::ostream& out_;
   TerminalStyle style_;

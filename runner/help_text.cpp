@@ -7,6 +7,7 @@
 
 #include "platform/message/catalogue.h"
 #include "platform/parser/grammar_capture.h"
+#include "platform/text/multibyte.h"
 
 namespace vornwout {
 namespace {
@@ -19,10 +20,10 @@ std::string joined(const std::vector<std::string>& words, std::string_view separ
 std::string bounds(const ParamDescriptor& param) {
   std::string text;
   if (const auto& lower = param.lowerBoundary()) {
-    text = fmt::format(" {} {:g}", lower->inclusive ? "from" : "above", lower->value);
+    text = fmt::format(" {} {}", lower->inclusive ? "from" : "above", lower->value);
   }
   if (const auto& upper = param.upperBoundary()) {
-    text += fmt::format(" {} {:g}", upper->inclusive ? "to" : "below", upper->value);
+    text += fmt::format(" {} {}", upper->inclusive ? "to" : "below", upper->value);
   }
   return text;
 }
@@ -131,10 +132,12 @@ std::string usageOf(const Command& command) {
   return usageFromGrammar(grammarOf(command.run));
 }
 
-std::string commandOverview() {
+std::string commandOverview(std::string_view start) {
+  const std::string words = start.empty() ? std::string() : toUpperCase(start) + " ";
   std::string text;
   for (const Command& command : commandTable()) {
-    if (isAvailable(command)) text += fmt::format("  {:<16} {}\n", command.name, command.summary);
+    if (isAvailable(command) && command.name.starts_with(words))
+      text += fmt::format("  {:<16} {}\n", command.name, command.summary);
   }
   return text;
 }
@@ -172,7 +175,7 @@ std::string messageReference() {
       cell.insert(bar, "\\");
     }
     text += fmt::format("| `{}` | {} | {} | {} |\n", entry.operation, severityName(entry.severity),
-                        cell, entry.remedy);
+                        cell, documentedRemedy(entry));
   }
   return text;
 }

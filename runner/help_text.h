@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "platform/parser/descriptor.h"
 #include "runner/command_table.h"
@@ -12,8 +13,9 @@ namespace vornwout {
 /// How a command is written, one line per subcommand and keyword.
 std::string usageOf(const Command& command);
 
-/// One line per command of this version.
-std::string commandOverview();
+/// One line per command of this version; where `start` is given, of those whose names begin with
+/// its words, in any case.
+std::string commandOverview(std::string_view start = {});
 
 /// docs/language-reference.md: every command of this version with its keywords, values and bounds.
 std::string languageReference();

@@ -249,8 +249,12 @@ class ScriptReader {
     if (!json.is_object()) return failType(json, "an object");
     for (const auto& [name, value] : json.items()) {
       if (error_) return;
-      below(name,
-            [&, &handle = name, &directory = value] { readText(directory, handles[handle]); });
+      below(name, [&, &handle = name, &directory = value] {
+        if (handle.empty()) {
+          return fail(locateJsonName(text_, path_), "a file handle needs a name");
+        }
+        readText(directory, handles[handle]);
+      });
     }
   }
 
@@ -403,8 +407,11 @@ HostScriptError shapeError(const ShapeCheck& check, std::string_view text,
 }  // namespace
 
 std::string HostScriptError::text() const {
+  if (place.line == 0) {
+    return fmt::format("The scripted host's file {} cannot be read: {}.", file, message);
+  }
   std::string shown = file;
-  if (place.line > 0) shown += fmt::format(":{}:{}", place.line, place.column);
+  shown += fmt::format(":{}:{}", place.line, place.column);
   if (!pointer.empty()) shown += ": " + pointer;
   return shown + ": " + message;
 }

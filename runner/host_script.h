@@ -58,7 +58,8 @@ struct HostScriptError {
   std::string pointer;  ///< JSON pointer to the offending value, empty for the root
   std::string message;
 
-  /// "FILE:LINE:COLUMN: POINTER: MESSAGE", without what is unknown or empty.
+  /// "FILE:LINE:COLUMN: POINTER: MESSAGE", without an empty pointer; a sentence about the file when
+  /// it could not be read at all.
   std::string text() const;
 };
 

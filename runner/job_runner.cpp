@@ -1,28 +1,65 @@
 #include "runner/job_runner.h"
 
 #include <exception>
+#include <optional>
 #include <string>
+
+#include <fmt/format.h>
 
 #include "host/controller/embedded_host.h"
 #include "platform/adapter/go_to_caller.h"
 #include "platform/message/parser_message.h"
+#include "platform/parser/command_names.h"
 #include "platform/parser/current_command.h"
 #include "platform/parser/lexical_error.h"
 #include "platform/parser/tokenizer.h"
 #include "platform/parser/value_shape.h"
 #include "platform/text/encoding.h"
+#include "platform/text/multibyte.h"
+#include "runner/foreign_bytes.h"
 
 namespace vornwout {
 namespace {
 
-void reportLexicalErrors(const TokenizedCommand& command) {
-  const ParserMessage messages;
-  for (const LexicalError& error : command.errors()) reportLexicalError(messages, command, error);
+const std::string kEndedBefore =
+    "A subcommand belongs to a command, and the one before it has ended: an empty line ends a "
+    "command, and so does a period at the end of a line.";
+
+std::vector<std::string_view> commandNames() {
+  std::vector<std::string_view> names;
+  for (const Command& command : commandTable()) names.push_back(command.name);
+  return names;
+}
+
+/// What a user wrote for the name of a command that there is not.
+std::string nameAsWritten(const TokenizedCommand& command) {
+  const std::vector<Token>& tokens = command.tokens();
+  std::string name(command.sourceText(tokens[0]));
+  if (tokens.size() < kNameTokens || tokens[1].kind != TokenKind::kWord) return name;
+  // A subcommand's name follows its slash directly.
+  if (tokens[0].code != OperatorCode::kSlash) name += ' ';
+  return name.append(command.sourceText(tokens[1]));
+}
+
+/// The command's name for the document: one of the language's, or the words as written where there
+/// is no such command; empty where it does not start with a word.
+std::string nameForLog(const Command* known, const TokenizedCommand& command) {
+  if (known != nullptr) return std::string(known->name);
+  std::string name;
+  for (std::size_t i = 0; i < kNameTokens && i < command.tokens().size(); ++i) {
+    const Token& token = command.tokens()[i];
+    if (token.kind != TokenKind::kWord) break;
+    if (i > 0) name += ' ';
+    name += toUpperCase(command.sourceText(token));
+  }
+  return currentToUtf8(name);
 }
 
 }  // namespace
 
 void JobRunner::run(const Job& job) {
+  const ScopedCommandNames names(commandNames());
+  warnOfForeignByte(job);
   Tokenizer tokenizer(job.text);
   TokenizedCommand command;
   while (tokenizer.next(command)) {
@@ -32,59 +69,75 @@ void JobRunner::run(const Job& job) {
   diagnostics_.setSource(nullptr, nullptr);
 }
 
+void JobRunner::warnOfForeignByte(const Job& job) {
+  const Encoding& encoding = currentEncoding();
+  const std::optional<ForeignByte> foreign = findForeignByte(job.text, encoding);
+  if (!foreign) return;
+  diagnostics_.warnOfText(
+      job, foreign->offset, foreign->line,
+      fmt::format("The byte {:02X} is no valid {}.", foreign->value, encoding.name()),
+      fmt::format("Name the job's encoding with --encoding, for instance --encoding {}.",
+                  encoding.isUtf8() ? "windows-1252" : "UTF-8"));
+}
+
 void JobRunner::runCommand(const TokenizedCommand& command) {
+  const Command* known = findCommand(command);
+  // Before anything is reported: a message belongs below its own command, whether that runs or not.
+  if (host_ != nullptr) {
+    host_->setCommandLog(nameForLog(known, command), currentToUtf8(command.source()));
+  }
   if (command.tokens().empty()) {
     // Only a lexical error, such as a comment without end, comes without tokens.
-    return reportLexicalErrors(command);
+    const ParserMessage messages;
+    reportLexicalErrors(messages, command);
+    return;
   }
-  const Command* known = findCommand(command);
   if (known == nullptr || known->run == nullptr) return reportUnknown(command);
   callEntry(*known, command);
 }
 
 void JobRunner::reportUnknown(const TokenizedCommand& command) {
-  const Command* known = findCommand(command);
-  std::string name;
-  for (std::size_t i = 0; i < kNameTokens && i < command.tokens().size(); ++i) {
-    if (i > 0 && command.tokens()[i].kind != TokenKind::kWord) break;
-    if (i > 0) name += ' ';
-    name += command.sourceText(command.tokens()[i]);
-  }
-  std::string hint = "This version does not have it.";
-  if (known == nullptr) {
-    std::vector<std::string_view> names;
-    for (const Command& candidate : commandTable()) names.push_back(candidate.name);
-    hint = suggestion(name, names);
-  }
   const CurrentCommand current(command, 0);
   const ParserMessage messages;
-  messages.report(MessageKey::kUnknownCommand, {name}, std::nullopt, hint);
-  reportLexicalErrors(command);
+  if (zeroByte(command) == nullptr) {
+    if (const Command* known = findCommand(command)) {
+      messages.report(MessageKey::kCommandNotIncluded, {std::string(known->name)});
+    } else {
+      const std::string name = nameAsWritten(command);
+      const bool isSubcommand = command.tokens().front().code == OperatorCode::kSlash;
+      messages.report(MessageKey::kUnknownCommand, {name}, std::nullopt,
+                      isSubcommand ? kEndedBefore : suggestion(name, commandNames()));
+    }
+  }
+  reportLexicalErrors(messages, command);
 }
 
 void JobRunner::callEntry(const Command& known, const TokenizedCommand& command) {
-  if (host_ != nullptr) {
-    host_->setCommandLog(std::string(known.name), currentToUtf8(command.source()));
-  }
   if (trace_ != nullptr) trace_->enter(known.entry, known.name, command.line());
-  const CurrentCommand current(command, kNameTokens);
-  std::string failure;
+  CurrentCommand current(command, kNameTokens);
+  std::optional<std::string> failure;
   try {
     known.run();
   } catch (const VornGoToCaller&) {
+    current.noteRead(nullptr);
     if (trace_ != nullptr) trace_->unwind(known.entry);
     const ParserMessage messages;
     messages.GenericError("The host broke the command off.");
     return;
   } catch (const std::exception& exception) {
     failure = exception.what();
+  } catch (const char* text) {
+    failure = text == nullptr ? "" : text;
   } catch (...) {
-    failure = "an unknown failure of the host";
+    failure.emplace();
   }
   if (trace_ != nullptr) trace_->leave(known.entry, known.name, command.line());
-  if (!failure.empty()) {
+  if (failure) {
+    // It is about the whole command, whatever value was read last.
+    current.noteRead(nullptr);
     const ParserMessage messages;
-    messages.GenericError("The command was broken off: ^1.", failure);
+    messages.GenericError("The command was broken off: ^1.",
+                          failure->empty() ? "an unknown failure of the host" : *failure);
   }
 }
 

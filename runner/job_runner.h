@@ -20,10 +20,12 @@ class JobRunner {
   JobRunner(DiagnosticSink& diagnostics, TraceWriter* trace, EmbeddedHost* host)
       : diagnostics_(diagnostics), trace_(trace), host_(host) {}
 
-  /// Runs all commands of a job whose text is in the current encoding.
+  /// Runs all commands of a job whose text is in the current encoding; warns of the first byte that
+  /// the encoding does not know.
   void run(const Job& job);
 
  private:
+  void warnOfForeignByte(const Job& job);
   void runCommand(const TokenizedCommand& command);
   void reportUnknown(const TokenizedCommand& command);
   void callEntry(const Command& known, const TokenizedCommand& command);

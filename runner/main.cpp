@@ -3,9 +3,11 @@
 
 #include "runner/application.h"
 #include "runner/run_options.h"
+#include "runner/standard_streams.h"
 
 int main(int argc, char** argv) {
   try {
+    vornwout::prepareStandardStreams();
     return vornwout::runApplication(argc, argv);
   } catch (const std::exception& exception) {
     std::cerr << "vornwout: error: " << exception.what() << "\n";

@@ -7,31 +7,26 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "host/controller/embedded_host.h"
 #include "platform/adapter/host_adapter.h"
 #include "platform/files/path_context.h"
 #include "platform/strings/language.h"
-#include "platform/text/display_width.h"
 #include "platform/trace/trace_writer.h"
 #include "platform/trace/tracing_adapter.h"
 #include "runner/diagnostic_sink.h"
 #include "runner/job_runner.h"
 #include "runner/run_options.h"
 #include "runner/scripted_host.h"
+#include "runner/standard_streams.h"
 #include "runner/terminal/terminal_sink.h"
 
 namespace vornwout {
 namespace {
 
 constexpr std::string_view kScriptPrefix = "script=";
-
-int refuse(const std::string& text) {
-  // Names of files and members come from outside.
-  std::cerr << "vornwout: error: " << sanitizeForTerminal(text) << "\n";
-  return kExitUsage;
-}
 
 /// The trace's file, closed with it.
 class TraceFile {
@@ -50,25 +45,39 @@ class TraceFile {
   int descriptor_;
 };
 
-/// Finds the first byte of a job that its encoding does not know, and tells of it: what cannot be
-/// read as text is most often text in another encoding.
-void warnOfForeignBytes(const Job& job, const Encoding& encoding) {
-  if (!encoding.isUtf8()) return;
-  int line = 1;
-  std::string_view rest = job.text;
-  while (!rest.empty()) {
-    const int length = encoding.characterLength(rest);
-    const auto byte = static_cast<unsigned char>(rest.front());
-    if (length == 1 && byte >= 0x80) {
-      std::cerr << fmt::format(
-          "{}:{}: warning: The byte {:02X} is no valid UTF-8. Name the job's encoding with "
-          "--encoding, for instance --encoding windows-1252.\n",
-          sanitizeForTerminal(job.name), line, byte);
-      return;
+/// What tells a file from others, whatever its names are.
+struct FileIdentity {
+  dev_t device;
+  ino_t number;
+  friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
+
+/// The identity of a regular file; nothing for what is none, for a device keeps what it is when it
+/// is written to. `path` "-" is standard input.
+std::optional<FileIdentity> identityOf(const std::string& path) {
+  struct stat status {};
+  const int result = path == "-" ? fstat(STDIN_FILENO, &status) : stat(path.c_str(), &status);
+  if (result != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  return FileIdentity{status.st_dev, status.st_ino};
+}
+
+/// Why the trace cannot take the file that it was given; empty when it can. Opening it would empty
+/// it, so that it must not be one that the run reads.
+std::string traceFileProblem(const RunOptions& options) {
+  const std::optional<FileIdentity> trace = identityOf(options.traceFile);
+  if (!trace) return {};
+  for (const std::string& job : options.jobs) {
+    if (identityOf(job) == trace) {
+      return fmt::format("The trace {} is a job of this run. Name another file.",
+                         options.traceFile);
     }
-    if (byte == '\n') ++line;
-    rest.remove_prefix(static_cast<std::size_t>(length));
   }
+  if (options.host.starts_with(kScriptPrefix) &&
+      identityOf(options.host.substr(kScriptPrefix.size())) == trace) {
+    return fmt::format("The trace {} is the scripted host's file. Name another file.",
+                       options.traceFile);
+  }
+  return {};
 }
 
 /// The host that the user chose, and what goes with it.
@@ -112,12 +121,7 @@ int runAll(const RunOptions& options, const std::vector<Job>& jobs, Hosts& hosts
   const AdapterRegistration adapterRegistration(adapter);
 
   JobRunner runner(diagnostics, trace, hosts.embedded ? &*hosts.embedded : nullptr);
-  for (const Job& job : jobs) {
-    warnOfForeignBytes(job, *options.encoding);
-    runner.run(job);
-  }
-  std::cout.flush();
-  if (!std::cout) return refuse("The output could not be written to the end.");
+  for (const Job& job : jobs) runner.run(job);
   if (trace != nullptr && trace->failed()) {
     return refuse("The trace could not be written to the end: " + trace->error() + ".");
   }
@@ -144,7 +148,9 @@ int runJobs(const RunOptions& options) {
   if (options.host == "embedded") {
     hosts.embedded.emplace();
   } else if (options.host.starts_with(kScriptPrefix)) {
-    auto loaded = ScriptedHost::load(options.host.substr(kScriptPrefix.size()));
+    const std::string script = options.host.substr(kScriptPrefix.size());
+    if (script.empty()) return refuse("The scripted host has no file: write script=FILE.");
+    auto loaded = ScriptedHost::load(script);
     if (const auto* error = std::get_if<HostScriptError>(&loaded)) return refuse(error->text());
     hosts.scripted = std::get<std::unique_ptr<ScriptedHost>>(std::move(loaded));
     paths.workingDirectory = hosts.scripted->workingDirectory();
@@ -157,6 +163,9 @@ int runJobs(const RunOptions& options) {
   const ScopedPathContext pathContext(paths);
 
   if (options.traceFile.empty()) return runAll(options, jobs, hosts, nullptr);
+  if (const std::string problem = traceFileProblem(options); !problem.empty()) {
+    return refuse(problem);
+  }
   const TraceFile file(options.traceFile);
   if (file.descriptor() < 0) {
     return refuse(fmt::format("The trace {} cannot be written: {}.", options.traceFile,

@@ -1,13 +1,13 @@
 #include "host/controller/output_controller.h"
 
 #include <cstdint>
-#include <utility>
 
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
 #include "platform/files/document_name.h"
 #include "platform/text/encoding.h"
+#include "platform/text/utf8.h"
 
 namespace vornwout {
 namespace {
@@ -22,23 +22,20 @@ bool fail(VornwMsgOutputControllerResponse& response, const char* message,
 
 bool isActiveMark(std::string_view name) { return name == "*"; }
 
-/// Names are kept in UTF-8, whatever encoding the job that gave them had, so the comparison is made
-/// on code points and not with the functions for the current encoding.
-bool isSameName(std::string_view left, std::string_view right) {
-  const auto leftSize = static_cast<std::int64_t>(left.size());
-  const auto rightSize = static_cast<std::int64_t>(right.size());
-  std::int64_t i = 0;
-  std::int64_t j = 0;
-  while (i < leftSize && j < rightSize) {
-    UChar32 a = 0;
-    UChar32 b = 0;
-    U8_NEXT_OR_FFFD(left.data(), i, leftSize, a);
-    U8_NEXT_OR_FFFD(right.data(), j, rightSize, b);
-    if (a != b && u_foldCase(a, U_FOLD_CASE_DEFAULT) != u_foldCase(b, U_FOLD_CASE_DEFAULT)) {
-      return false;
-    }
+/// A name with its case folded away: equal for names that are the same. Names are kept in UTF-8,
+/// whatever encoding the job that gave them had, so the work is done on code points and not with
+/// the functions for the current encoding.
+std::string foldedName(std::string_view name) {
+  const auto size = static_cast<std::int64_t>(name.size());
+  std::string folded;
+  folded.reserve(name.size());
+  for (std::int64_t i = 0; i < size;) {
+    UChar32 codePoint = 0;
+    U8_NEXT_OR_FFFD(name.data(), i, size, codePoint);
+    const UChar32 lower = u_foldCase(codePoint, U_FOLD_CASE_DEFAULT);
+    appendUtf8(folded, static_cast<char32_t>(lower));
   }
-  return i == leftSize && j == rightSize;
+  return folded;
 }
 
 std::string requestedName(const VornwMsgOutputControllerRequest& request) {
@@ -106,6 +103,11 @@ bool OutputController::rename(const VornwMsgOutputControllerRequest& request,
   }
   if (!isValidName(request, response) || !isFree(name, activeDocument(), response)) return false;
   Document& document = documentForOutput();
+  // The new name first: when there is no memory for it, the document keeps the old one.
+  named_[foldedName(name)] = &document;
+  if (const std::string old = foldedName(document.name()); old != foldedName(name)) {
+    named_.erase(old);
+  }
   document.setName(name);
   if (request.getMinimized() == OutputDocumentMinimized::kYes) document.setMinimized(true);
   return true;
@@ -126,7 +128,8 @@ bool OutputController::activate(const std::string& name, OutputDocumentMinimized
 }
 
 bool OutputController::close(const std::string& name, VornwMsgOutputControllerResponse& response) {
-  if (isSameName(name, "ALL")) {
+  if (foldedName(name) == foldedName("ALL")) {
+    named_.clear();
     history_.clear();
     documents_.clear();
     return true;
@@ -149,10 +152,8 @@ void OutputController::list(VornwMsgOutputControllerResponse& response) const {
 }
 
 Document* OutputController::findByName(std::string_view name) const {
-  for (const auto& document : documents_) {
-    if (!document->name().empty() && isSameName(document->name(), name)) return document.get();
-  }
-  return nullptr;
+  const auto found = named_.find(foldedName(name));
+  return found == named_.end() ? nullptr : found->second;
 }
 
 Document* OutputController::resolve(const std::string& name, const char* missingName,
@@ -177,14 +178,16 @@ bool OutputController::isFree(const std::string& name, const Document* owner,
   return fail(response, "An open output document is already named ^1.", name);
 }
 
-Document& OutputController::open(std::string name, bool minimized) {
-  documents_.push_back(std::make_unique<Document>(created_ + 1, std::move(name), minimized));
+Document& OutputController::open(const std::string& name, bool minimized) {
+  documents_.push_back(std::make_unique<Document>(created_ + 1, name, minimized));
   history_.push_back(documents_.back().get());
+  if (!name.empty()) named_[foldedName(name)] = documents_.back().get();
   ++created_;
   return *documents_.back();
 }
 
 void OutputController::remove(const Document* document) {
+  named_.erase(foldedName(document->name()));
   std::erase(history_, document);
   std::erase_if(documents_, [&](const auto& owned) { return owned.get() == document; });
 }

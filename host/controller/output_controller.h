@@ -4,12 +4,14 @@
 // place, the rest to look at what is open. Documents are kept in the order of their creation;
 // beside it stands the order of their last activation, whose end is the active document, so that
 // closing it makes the one active before it active again. Names are unique without regard to case;
-// several unnamed documents may be open.
+// several unnamed documents may be open. They are found through an index by their names without
+// case, so that a job may open as many as it likes.
 #pragma once
 
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "host/document/document.h"
@@ -49,11 +51,12 @@ class OutputController : public OutputControllerInterface {
   /// True when no document but `owner` has the name; reports otherwise.
   bool isFree(const std::string& name, const Document* owner,
               VornwMsgOutputControllerResponse& response) const;
-  Document& open(std::string name, bool minimized);
+  Document& open(const std::string& name, bool minimized);
   void remove(const Document* document);
 
   std::vector<std::unique_ptr<Document>> documents_;
   std::vector<Document*> history_;
+  std::unordered_map<std::string, Document*> named_;  ///< by name without case
   int created_ = 0;
 };
 

@@ -48,7 +48,7 @@ void readColor(const SubComObj& subcommand, const char* keyword, const ParserMes
   if (param == nullptr) return;
   std::string value;
   bool literal = false;
-  if (!param->getStringOrLiteral(value, literal)) value = param->sourceText();
+  if (!param->getStringOrLiteral(value, literal)) value = param->writtenText();
   if (isCommentColor(value)) {
     color = value;
   } else {
@@ -117,6 +117,12 @@ bool OutputCommentGlobalData::readWidth(const SubComObj& subcommand,
   const ParamObj* param = subcommand.getParamObj(kWidth);
   if (param == nullptr) return true;
   int width = 0;
+  std::string written;
+  if (!param->getIntegerValue(width) && param->getIntegerText(written)) {
+    // An integer that no int holds lies outside the bounds all the same.
+    messages.ParamValueBreakBdry(written, kLowestWidth, kHighestWidth, kWidth, "");
+    return false;
+  }
   if (!param->getIntegerValue(width, subcommand.name(), messages)) return false;
   if (width < kLowestWidth || width > kHighestWidth) {
     messages.ParamValueBreakBdry(width, kLowestWidth, kHighestWidth, kWidth, "");

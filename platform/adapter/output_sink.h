@@ -5,6 +5,7 @@
 // of their registration, on the command thread, at the moment a thing happens.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -27,14 +28,25 @@ struct SourcePlace {
   friend bool operator==(const SourcePlace&, const SourcePlace&) = default;
 };
 
+/// A place with the bytes of the job's text that stand there.
+struct SourceSpot {
+  SourcePlace place;
+  std::size_t offset = 0;
+  std::size_t length = 0;  ///< 0 when the bytes are not known
+  friend bool operator==(const SourceSpot&, const SourceSpot&) = default;
+};
+
 /// A message about the command's syntax or values, reported through a ParserMessage.
 struct ParserMessageRecord {
   std::string_view operation;          ///< "WrongValueType"; lives as long as the program
   std::vector<std::string> arguments;  ///< as passed; a list flat; generic ones without the text
   std::string messageTemplate;         ///< generic operations only: the text with its placeholders
   MessageSeverity severity = MessageSeverity::kError;
-  std::string text;  ///< as shown
+  std::string text;         ///< as shown
+  std::string_view remedy;  ///< what the user can do about it; lives as long as the program
   SourcePlace place;
+  std::size_t offset = 0;  ///< of what the message is about, in bytes of the job's text
+  std::size_t length = 0;  ///< 0 when the bytes are not known
 };
 
 /// A message written into the output.

@@ -9,12 +9,24 @@ using enum MessageKey;
 constexpr auto kError = MessageSeverity::kError;
 constexpr auto kWarning = MessageSeverity::kWarning;
 
+constexpr std::string_view kNameRemedy =
+    "A document name is one word that starts with a letter and goes on with letters, digits and "
+    ". _ $ # @.";
+constexpr std::string_view kFileRemedy = "The name of a file stands in quotes.";
+
 constexpr std::array kCatalogue = {
     MessageEntry{
-        kWrongValueType, "WrongValueType", kError,
+        kWrongValueType,
+        "WrongValueType",
+        kError,
         "The value of ^1 is missing or not of the type that it takes (^2).",
         "The value of ^1 is missing, given more than once or not of the type that it takes.",
-        "A document name is one word that starts with a letter; a file stands in quotes."},
+        "A text of several words stands in quotes.",
+        {KeywordRemedy{"NAME", kNameRemedy},
+         {"FILE", kFileRemedy},
+         {"OUTFILE", kFileRemedy},
+         {"DOCUMENTFILE", kFileRemedy},
+         {"IMAGEROOT", kFileRemedy}}},
     MessageEntry{kInvalidParam, "InvalidParam", kError,
                  "What is written for ^1 in ^2 is not valid.", "^1 is not valid here.",
                  "Compare the keyword with the command's help: vornwout help COMMAND."},
@@ -61,12 +73,13 @@ constexpr std::array kCatalogue = {
     MessageEntry{kSubComRequired, "SubComRequired", kError,
                  "One of these subcommands is required: ^1.", "The subcommand ^1 is required.",
                  "Add the subcommand with a slash in front."},
-    MessageEntry{kGenericError, "GenericError", kError, "", "",
-                 "The message says what is wrong; the command's help lists what is allowed."},
-    MessageEntry{kGenericWarning, "GenericWarning", kWarning, "", "",
-                 "The command was carried out; the message says what was done differently."},
+    MessageEntry{kGenericError, "GenericError", kError, "", "", ""},
+    MessageEntry{kGenericWarning, "GenericWarning", kWarning, "", "", ""},
     MessageEntry{kUnknownCommand, "UnknownCommand", kError, "There is no command ^1.", "",
                  "Check the spelling, and that the command before it ends with a period."},
+    MessageEntry{kCommandNotIncluded, "CommandNotIncluded", kError,
+                 "This version does not have the command ^1.", "",
+                 "vornwout help lists the commands that this version has."},
     MessageEntry{kUnknownSubCom, "UnknownSubCom", kError,
                  "There is no subcommand ^1 in this command.",
                  "A subcommand's name is missing after \"/\".",
@@ -128,11 +141,32 @@ const MessageEntry& messageEntry(MessageKey key) {
   return kCatalogue[static_cast<std::size_t>(key)];
 }
 
-std::string_view messageRemedy(std::string_view operation) {
-  for (const MessageEntry& entry : kCatalogue) {
-    if (entry.operation == operation) return entry.remedy;
+std::string_view messageRemedy(MessageKey key, std::span<const std::string> arguments) {
+  const MessageEntry& entry = messageEntry(key);
+  if (!arguments.empty()) {
+    for (const KeywordRemedy& special : entry.keywordRemedies) {
+      if (!special.keyword.empty() && special.keyword == arguments.front()) return special.remedy;
+    }
   }
-  return {};
+  return entry.remedy;
+}
+
+std::string documentedRemedy(const MessageEntry& entry) {
+  std::string text;
+  std::string keywords;
+  for (std::size_t i = 0; i < entry.keywordRemedies.size(); ++i) {
+    const KeywordRemedy& special = entry.keywordRemedies[i];
+    if (special.keyword.empty()) break;
+    if (!keywords.empty()) keywords += ", ";
+    keywords += special.keyword;
+    // Keywords with the same remedy stand together in the table and in the text.
+    const bool last = i + 1 == entry.keywordRemedies.size();
+    if (!last && entry.keywordRemedies[i + 1].remedy == special.remedy) continue;
+    text += keywords + ": " + std::string(special.remedy) + " ";
+    keywords.clear();
+  }
+  if (text.empty()) return std::string(entry.remedy);
+  return text + "Others: " + std::string(entry.remedy);
 }
 
 }  // namespace vornwout

@@ -4,7 +4,9 @@
 // from the same table.
 #pragma once
 
+#include <array>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "platform/adapter/output_sink.h"
@@ -34,6 +36,7 @@ enum class MessageKey {
   kGenericWarning,
   // Reported by the parser and the command processor alone.
   kUnknownCommand,
+  kCommandNotIncluded,
   kUnknownSubCom,
   kUnknownParam,
   kSubComRepeated,
@@ -50,6 +53,12 @@ enum class MessageKey {
   kNulCharacter,
 };
 
+/// What the user can do when the message is about this keyword.
+struct KeywordRemedy {
+  std::string_view keyword;
+  std::string_view remedy;
+};
+
 struct MessageEntry {
   MessageKey key;
   std::string_view operation;  ///< the name of the ParserMessage operation
@@ -57,7 +66,9 @@ struct MessageEntry {
   std::string_view text;       ///< "^1" and so on stand for the arguments
   std::string_view shortText;  ///< used when the last argument is empty, or one of a list stands
                                ///< alone; empty for "the same"
-  std::string_view remedy;     ///< what the user can do about it
+  std::string_view remedy;     ///< what the user can do about it; empty where the text says it
+  /// Remedies that come before it when the first argument is their keyword; the last are unused.
+  std::array<KeywordRemedy, 5> keywordRemedies{};
 };
 
 /// All rows, in the order of the keys.
@@ -65,7 +76,10 @@ std::span<const MessageEntry> messageCatalogue();
 
 const MessageEntry& messageEntry(MessageKey key);
 
-/// The remedy of the row of that operation, empty for a name that is none.
-std::string_view messageRemedy(std::string_view operation);
+/// The remedy of a message, which may depend on the keyword that it is about. May be empty.
+std::string_view messageRemedy(MessageKey key, std::span<const std::string> arguments);
+
+/// The remedies of a row in one text, for its page in the documentation.
+std::string documentedRemedy(const MessageEntry& entry);
 
 }  // namespace vornwout

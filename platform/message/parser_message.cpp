@@ -1,6 +1,9 @@
 #include "platform/message/parser_message.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
 #include <utility>
 
 #include "platform/parser/current_command.h"
@@ -20,9 +23,30 @@ std::string fill(std::string_view text, std::vector<std::string> arguments) {
   return substitutePlaceholders(std::string(text), arguments);
 }
 
-SourcePlace currentPlace() {
+SourceSpot currentSpot() {
   const CurrentCommand* command = CurrentCommand::current();
-  return command == nullptr ? SourcePlace{} : command->place();
+  return command == nullptr ? SourceSpot{} : command->spot();
+}
+
+/// The shortest text that reads back as the same number; integers without an exponent.
+std::string shortestNumber(double value) {
+  constexpr double kLongestInteger = 1e21;  // beyond, digits in full say less than an exponent
+  std::array<char, 64> text{};
+  const bool inFull = value == std::trunc(value) && std::abs(value) < kLongestInteger;
+  char* const end = text.data() + text.size();
+  const auto written = inFull ? std::to_chars(text.data(), end, value, std::chars_format::fixed)
+                              : std::to_chars(text.data(), end, value);
+  const std::string shown(text.data(), written.ptr);
+  return shown == "-0" ? "0" : shown;
+}
+
+/// What to say about a value that a command refuses when another command seems to stand in it.
+std::string forgottenPeriodHint() {
+  const CurrentCommand* command = CurrentCommand::current();
+  const Token* stray = command == nullptr ? nullptr : command->strayCommand();
+  if (stray == nullptr) return {};
+  return "Line " + std::to_string(stray->line) +
+         " begins a command: does the one before it lack its period?";
 }
 
 std::vector<std::string> inUtf8(std::vector<std::string> texts) {
@@ -48,7 +72,7 @@ ParserMessage::~ParserMessage() { innermost = previous_; }
 const ParserMessage* ParserMessage::current() { return innermost; }
 
 void ParserMessage::WrongValueType(const std::string& keyword, const std::string& detail) const {
-  report(MessageKey::kWrongValueType, {keyword, detail});
+  report(MessageKey::kWrongValueType, {keyword, detail}, std::nullopt, forgottenPeriodHint());
 }
 
 void ParserMessage::InvalidParam(const std::string& keyword, const std::string& subcommand) const {
@@ -72,10 +96,14 @@ void ParserMessage::FileNameInvalid(const std::string& path) const {
 void ParserMessage::ParamValueBreakBdry(double value, double lower, double upper,
                                         const std::string& keyword,
                                         const std::string& subcommand) const {
-  const BpFormatSpec format{BpFormatSpec::Type::kGeneral};
+  ParamValueBreakBdry(shortestNumber(value), lower, upper, keyword, subcommand);
+}
+
+void ParserMessage::ParamValueBreakBdry(const std::string& value, double lower, double upper,
+                                        const std::string& keyword,
+                                        const std::string& subcommand) const {
   report(MessageKey::kParamValueBreakBdry,
-         {renderNumber(value, format), renderNumber(lower, format), renderNumber(upper, format),
-          keyword, subcommand});
+         {value, shortestNumber(lower), shortestNumber(upper), keyword, subcommand});
 }
 
 void ParserMessage::ParamRequiredForSubCom(const std::string& keyword,
@@ -130,13 +158,12 @@ void ParserMessage::SubComRequired(const std::vector<std::string>& names) const 
 }
 
 void ParserMessage::report(MessageKey key, std::vector<std::string> arguments,
-                           std::optional<SourcePlace> place, std::string_view hint) const {
+                           std::optional<SourceSpot> spot, std::string_view hint) const {
   const MessageEntry& entry = messageEntry(key);
   ParserMessageRecord record;
   record.operation = entry.operation;
   record.severity = entry.severity;
   record.arguments = inUtf8(std::move(arguments));
-  record.place = place.value_or(currentPlace());
   if (key == MessageKey::kSubComRequired) {
     const bool one = record.arguments.size() == 1;
     record.text = fill(one ? entry.shortText : entry.text, {joined(record.arguments)});
@@ -147,8 +174,12 @@ void ParserMessage::report(MessageKey key, std::vector<std::string> arguments,
     const bool useShort = lastIsEmpty && !entry.shortText.empty();
     record.text = fill(useShort ? entry.shortText : entry.text, record.arguments);
   }
-  if (!hint.empty()) record.text += " " + currentToUtf8(hint);
-  send(record);
+  if (hint.empty()) {
+    record.remedy = messageRemedy(key, record.arguments);
+  } else {
+    record.text += " " + currentToUtf8(hint);
+  }
+  send(record, spot ? *spot : currentSpot());
 }
 
 void ParserMessage::reportGeneric(MessageKey key, const std::string& text,
@@ -160,11 +191,13 @@ void ParserMessage::reportGeneric(MessageKey key, const std::string& text,
   record.messageTemplate = currentToUtf8(text);
   record.arguments = inUtf8(std::move(arguments));
   record.text = fill(record.messageTemplate, record.arguments);
-  record.place = currentPlace();
-  send(record);
+  send(record, currentSpot());
 }
 
-void ParserMessage::send(const ParserMessageRecord& record) const {
+void ParserMessage::send(ParserMessageRecord& record, const SourceSpot& spot) const {
+  record.place = spot.place;
+  record.offset = spot.offset;
+  record.length = spot.length;
   if (record.severity == MessageSeverity::kError) ++errorCount_;
   for (OutputSink* sink : outputSinks()) sink->parserMessage(record);
 }

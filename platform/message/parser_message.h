@@ -41,6 +41,9 @@ class ParserMessage {
   void FileNameInvalid(const std::string& path) const;
   void ParamValueBreakBdry(double value, double lower, double upper, const std::string& keyword,
                            const std::string& subcommand) const;
+  /// The same for a value that no double holds, as it was written.
+  void ParamValueBreakBdry(const std::string& value, double lower, double upper,
+                           const std::string& keyword, const std::string& subcommand) const;
   void ParamRequiredForSubCom(const std::string& keyword, const std::string& subcommand) const;
   void ParamNoSubCom(const std::string& name) const;
   void ParamNeedParam(const std::string& keyword, const std::string& otherKeyword,
@@ -65,10 +68,10 @@ class ParserMessage {
     reportGeneric(MessageKey::kGenericWarning, text, {std::string(arguments)...});
   }
 
-  /// Reports a row of the catalogue. `place` where known; `hint` is a sentence shown behind the
-  /// text.
+  /// Reports a row of the catalogue. `spot` where known; `hint` is a sentence shown behind the
+  /// text, and as it is about this very mistake it takes the place of the row's remedy.
   void report(MessageKey key, std::vector<std::string> arguments,
-              std::optional<SourcePlace> place = std::nullopt, std::string_view hint = {}) const;
+              std::optional<SourceSpot> spot = std::nullopt, std::string_view hint = {}) const;
 
   /// How many errors were reported so far.
   int errorCount() const { return errorCount_; }
@@ -76,7 +79,7 @@ class ParserMessage {
  private:
   void reportGeneric(MessageKey key, const std::string& text,
                      std::vector<std::string> arguments) const;
-  void send(const ParserMessageRecord& record) const;
+  void send(ParserMessageRecord& record, const SourceSpot& spot) const;
 
   std::string commandName_;
   std::string procedureTitle_;

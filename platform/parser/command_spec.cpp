@@ -1,5 +1,7 @@
 #include "platform/parser/command_spec.h"
 
+#include <stdexcept>
+
 #include "platform/message/parser_message.h"
 #include "platform/parser/current_command.h"
 #include "platform/parser/value_shape.h"
@@ -183,6 +185,16 @@ bool ParamObj::getIntegerValue(int& value, std::string_view subcommand,
   return false;
 }
 
+bool ParamObj::getIntegerText(std::string& text) const {
+  const Token* token = onlyToken();
+  if (token == nullptr || token->kind != TokenKind::kNumber) return false;
+  const std::string_view written = command_->sourceText(*token);
+  // A number token without decimal point and exponent has nothing but digits and a sign.
+  if (written.find_first_of(".eE") != std::string_view::npos) return false;
+  text = written;
+  return true;
+}
+
 bool ParamObj::getNumberList(std::vector<double>& values) const {
   std::vector<double> numbers;
   bool allNumbers = true;
@@ -266,10 +278,12 @@ int ParamObj::getTokenListSize() const {
 
 TokenInfoObj ParamObj::getTokenObj(int index) const {
   const Token* found = nullptr;
+  int at = 0;
   visitTokens([&](const Token& token) {
-    found = &token;
-    return index-- > 0;
+    if (at++ == index) found = &token;
+    return found == nullptr;
   });
+  if (found == nullptr) throw std::out_of_range("no such token in the value of " + getParamName());
   return {*command_, *found};
 }
 
@@ -320,6 +334,12 @@ std::string ParamObj::sourceText() const {
     text += command_->sourceText(token);
   }
   return text;
+}
+
+std::string_view ParamObj::writtenText() const {
+  if (value_.empty()) return {};
+  const std::size_t begin = value_.front().offset;
+  return command_->jobText().substr(begin, value_.back().offset + value_.back().length - begin);
 }
 
 SourcePlace ParamObj::place() const {

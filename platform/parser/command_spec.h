@@ -52,6 +52,8 @@ class ParamObj {
   /// The same; a refusal is reported, for a command that has no message of its own for it.
   bool getNumberValue(double& value, std::string_view subcommand, const ParserMessage&) const;
   bool getIntegerValue(int& value, std::string_view subcommand, const ParserMessage&) const;
+  /// The text of one integer as it is written, of whatever size.
+  bool getIntegerText(std::string& text) const;
   bool getNumberList(std::vector<double>& values) const;
   /// The texts of a list of words, numbers or strings.
   bool getStringList(std::vector<std::string>& texts) const;
@@ -67,7 +69,8 @@ class ParamObj {
   bool isTokenList() const;
   bool getTokenList(std::vector<TokenInfoObj>& tokens) const;
   int getTokenListSize() const;
-  /// The token at `index`, counted from 0; `index` must be below getTokenListSize().
+  /// The token at `index`, counted from 0. Throws std::out_of_range unless `index` is below
+  /// getTokenListSize().
   TokenInfoObj getTokenObj(int index) const;
 
   /// The qualifiers of the value, as `declared` has them, each with its own value. An undeclared
@@ -80,6 +83,8 @@ class ParamObj {
 
   /// The value's tokens as written, joined by single blanks.
   std::string sourceText() const;
+  /// The value as it stands in the job, from its first token to its last.
+  std::string_view writtenText() const;
   /// The place of the value, or of the keyword when there is none.
   SourcePlace place() const;
   const Token* placeToken() const { return value_.empty() ? keyword_ : &value_.front(); }

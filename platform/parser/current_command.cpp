@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/parser/command_names.h"
+
 namespace vornwout {
 namespace {
 
@@ -23,10 +25,21 @@ std::span<const Token> CurrentCommand::argumentTokens() const {
   return tokens.subspan(std::min(nameTokens_, tokens.size()));
 }
 
-SourcePlace CurrentCommand::place() const {
-  if (lastRead_ != nullptr) return command_->place(*lastRead_);
+SourceSpot CurrentCommand::spot() const {
+  if (lastRead_ != nullptr) return command_->spot(*lastRead_);
   if (command_->tokens().empty()) return {};
-  return command_->place(command_->tokens().front());
+  return command_->spot(command_->tokens().front());
+}
+
+const Token* CurrentCommand::strayCommand() const {
+  if (strayCommand_) return *strayCommand_;
+  const std::vector<Token>& tokens = command_->tokens();
+  std::size_t i = std::max<std::size_t>(nameTokens_, 1);
+  while (i < tokens.size() &&
+         (tokens[i].line == tokens[i - 1].line || !beginsCommandName(*command_, i))) {
+    ++i;
+  }
+  return strayCommand_.emplace(i < tokens.size() ? &tokens[i] : nullptr);
 }
 
 }  // namespace vornwout

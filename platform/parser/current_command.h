@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <span>
 
 #include "platform/parser/token.h"
@@ -29,14 +30,20 @@ class CurrentCommand {
 
   /// Remembers what is being read, so that a message about it can name its place.
   void noteRead(const Token* token) { lastRead_ = token; }
-  /// The place of what was read last, else of the command itself.
-  SourcePlace place() const;
+  /// Where what was read last stands, else the command itself.
+  SourceSpot spot() const;
+  SourcePlace place() const { return spot().place; }
+  /// The first token behind the name that begins a line as a command does: the period before it
+  /// is most likely missing. Null when there is none.
+  /// It is searched for once, however often it is asked for.
+  const Token* strayCommand() const;
 
  private:
   const TokenizedCommand* command_;
   std::size_t nameTokens_;
   const Token* lastRead_ = nullptr;
   CurrentCommand* previous_;
+  mutable std::optional<const Token*> strayCommand_;
 };
 
 }  // namespace vornwout

@@ -41,6 +41,37 @@ bool TokenizedCommand::textEquals(const Token& token, std::string_view text) con
 }
 
 SourcePlace TokenizedCommand::place(std::uint32_t offset, std::uint32_t line) const {
+  ColumnMark at = markBefore(offset, line);
+  const Encoding& encoding = currentEncoding();
+  while (at.offset < offset) {
+    at.offset += static_cast<std::uint32_t>(encoding.characterLength(jobText_.substr(at.offset)));
+    ++at.column;
+    if (at.offset >= columnMarks_.back().offset + kBytesPerMark) columnMarks_.push_back(at);
+  }
+  return {static_cast<int>(line), at.column};
+}
+
+TokenizedCommand::LinePart TokenizedCommand::partOfLine(std::uint32_t offset, std::uint32_t line,
+                                                        std::size_t reach) const {
+  place(offset,
+        line);  // makes the marks up to there: a stretch can only begin at a known character
+  const std::uint32_t lineStart = columnMarks_.front().offset;
+  const std::size_t before = std::min<std::size_t>(offset - lineStart, reach);
+  const ColumnMark start = markBefore(offset - static_cast<std::uint32_t>(before), line);
+  const Encoding& encoding = currentEncoding();
+  std::size_t end = offset;
+  const auto lineGoesOn = [&] {
+    return end < jobText_.size() && jobText_[end] != '\n' && jobText_[end] != '\r';
+  };
+  while (lineGoesOn() && end < offset + reach) {
+    end += static_cast<std::size_t>(encoding.characterLength(jobText_.substr(end)));
+  }
+  return {jobText_.substr(start.offset, end - start.offset), start.column, start.offset > lineStart,
+          lineGoesOn()};
+}
+
+TokenizedCommand::ColumnMark TokenizedCommand::markBefore(std::uint32_t offset,
+                                                          std::uint32_t line) const {
   if (markedLine_ != line) {
     const std::size_t lineEnd =
         offset == 0 ? std::string_view::npos : jobText_.find_last_of("\r\n", offset - 1);
@@ -54,14 +85,7 @@ SourcePlace TokenizedCommand::place(std::uint32_t offset, std::uint32_t line) co
   const auto behind = std::upper_bound(
       columnMarks_.begin() + 1, columnMarks_.end(), offset,
       [](std::uint32_t wanted, const ColumnMark& mark) { return wanted < mark.offset; });
-  ColumnMark at = *std::prev(behind);
-  const Encoding& encoding = currentEncoding();
-  while (at.offset < offset) {
-    at.offset += static_cast<std::uint32_t>(encoding.characterLength(jobText_.substr(at.offset)));
-    ++at.column;
-    if (at.offset >= columnMarks_.back().offset + kBytesPerMark) columnMarks_.push_back(at);
-  }
-  return {static_cast<int>(line), at.column};
+  return *std::prev(behind);
 }
 
 }  // namespace vornwout

@@ -92,6 +92,19 @@ class TokenizedCommand {
   /// Line and column (in characters) of a byte of the job's text that stands in line `line`.
   SourcePlace place(std::uint32_t offset, std::uint32_t line) const;
   SourcePlace place(const Token& token) const { return place(token.offset, token.line); }
+  /// The place of a token with its bytes.
+  SourceSpot spot(const Token& token) const { return {place(token), token.offset, token.length}; }
+
+  /// A stretch of one line.
+  struct LinePart {
+    std::string_view text;
+    int column = 1;            ///< of its first character
+    bool isCutBefore = false;  ///< the line begins before it
+    bool isCutAfter = false;   ///< the line goes on behind it
+  };
+  /// What of line `line` stands around a byte of it that begins a character: whole characters, at
+  /// least `reach` bytes on both sides where the line has them, and never much more.
+  LinePart partOfLine(std::uint32_t offset, std::uint32_t line, std::size_t reach) const;
 
  private:
   friend class Tokenizer;
@@ -108,6 +121,8 @@ class TokenizedCommand {
     std::uint32_t offset;
     int column;
   };
+  /// The last of the marks made so far that stands at or before a byte of the line.
+  ColumnMark markBefore(std::uint32_t offset, std::uint32_t line) const;
   mutable std::vector<ColumnMark> columnMarks_;
   mutable std::uint32_t markedLine_ = 0;
 };

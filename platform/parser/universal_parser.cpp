@@ -16,24 +16,11 @@ namespace {
 /// What the group counter of a subcommand holds before it stood anywhere.
 constexpr std::uint32_t kNever = 0;
 
-/// The partner of a bracket that has none.
-constexpr std::uint32_t kNoPartner = 0xFFFFFFFF;
-
-/// The end of a text that is searched for lexical errors.
-constexpr std::uint32_t kEndOfText = 0xFFFFFFFF;
+constexpr std::string_view kForgottenPeriod = "Does the command before it lack its period?";
 
 /// What stands behind a keyword that is not declared: a value, or nothing.
 const ParamDescriptor kUnknownWithValue("", UPSpecTypes::kRawTokens, false, false);
 const ParamDescriptor kUnknownAlone("", UPSpecTypes::kNoValue, false, false);
-
-bool isOpeningBracket(const Token& token) {
-  return token.code == OperatorCode::kLeftParen || token.code == OperatorCode::kLeftBracket;
-}
-
-bool isBracket(const Token& token) {
-  return isOpeningBracket(token) || token.code == OperatorCode::kRightParen ||
-         token.code == OperatorCode::kRightBracket;
-}
 
 }  // namespace
 
@@ -61,12 +48,12 @@ int UniversalParser::getCommandSpecifications() {
   for (const GroupComDescriptor& group : descriptor_.groups()) {
     seenInGroup_.emplace_back(group.subcommands().size(), kNever);
   }
-  reportLexicalErrors();
-  // A zero byte says that this is no plain text: what else could be said of it would mislead.
-  for (const LexicalError& lexical : command_->errors()) {
-    if (lexical.kind == LexicalError::Kind::kNulCharacter) return errors_;
-  }
-  matchBrackets();
+  errors_ = reportLexicalErrors(*messages_, *command_);
+  if (zeroByte(*command_) != nullptr) return errors_;
+  const CurrentCommand* current = CurrentCommand::current();
+  if (current != nullptr && &current->command() == command_) stray_ = current->strayCommand();
+  brackets_ =
+      BracketPairs(tokens_, [this](std::size_t slash) { return isDeclaredSubcommand(slash + 1); });
   parseMainSubcommand();
   parseSubcommands();
   checkRequired();
@@ -80,74 +67,28 @@ bool UniversalParser::isName(std::size_t i) const {
 
 void UniversalParser::error(MessageKey key, std::vector<std::string> arguments, const Token* token,
                             std::string_view hint) {
+  if (stopped_ || (token != nullptr && token->unterminated)) return;
   ++errors_;
-  std::optional<SourcePlace> place;
-  if (token != nullptr) {
-    place = command_->place(*token);
-  } else if (!command_->tokens().empty()) {
-    place = command_->place(command_->tokens().front());
-  }
-  messages_->report(key, std::move(arguments), place, hint);
-}
-
-void UniversalParser::reportLexicalErrors() {
-  for (const LexicalError& lexical : command_->errors()) {
-    ++errors_;
-    reportLexicalError(*messages_, *command_, lexical);
-    const std::string_view job = command_->jobText();
-    const std::size_t lineEnd = std::min(job.find_first_of("\r\n", lexical.offset), job.size());
-    lostText_ += toUpperCase(job.substr(lexical.offset, lineEnd - lexical.offset));
-    lostText_ += '\n';
-  }
-}
-
-bool UniversalParser::textLost(std::uint32_t from, std::uint32_t to) const {
-  const std::vector<LexicalError>& lost = command_->errors();
-  const auto next = std::lower_bound(
-      lost.begin(), lost.end(), from,
-      [](const LexicalError& error, std::uint32_t offset) { return error.offset < offset; });
-  return next != lost.end() && next->offset < to;
-}
-
-bool UniversalParser::nameLost(const std::string& name) {
-  if (lostText_.empty()) return false;
-  const auto [known, isNew] = lostNames_.try_emplace(name, false);
-  if (isNew) known->second = lostText_.find(toUpperCase(name)) != std::string::npos;
-  return known->second;
-}
-
-std::uint32_t UniversalParser::offsetOf(std::size_t i) const {
-  return i < tokens_.size() ? tokens_[i].offset : kEndOfText;
-}
-
-void UniversalParser::matchBrackets() {
-  partners_.assign(tokens_.size(), kNoPartner);
-  std::vector<std::uint32_t> open;
-  std::size_t openParens = 0;
-  const auto isParen = [](OperatorCode code) {
-    return code == OperatorCode::kLeftParen || code == OperatorCode::kRightParen;
-  };
-  for (std::uint32_t i = 0; i < tokens_.size(); ++i) {
-    const OperatorCode code = tokens_[i].code;
-    if (isOpeningBracket(tokens_[i])) {
-      open.push_back(i);
-      if (isParen(code)) ++openParens;
-    } else if (isBracket(tokens_[i])) {
-      if ((isParen(code) ? openParens : open.size() - openParens) == 0) continue;
-      while (isParen(tokens_[open.back()].code) != isParen(code)) {
-        if (!isParen(code)) --openParens;
-        open.pop_back();
-      }
-      partners_[i] = open.back();
-      partners_[open.back()] = i;
-      open.pop_back();
-      if (isParen(code)) --openParens;
-    } else if (code == OperatorCode::kSlash && !open.empty() && isDeclaredSubcommand(i + 1)) {
-      // A division may stand in brackets; a subcommand cannot, so the brackets were forgotten.
-      open.clear();
-      openParens = 0;
+  if (token == nullptr) token = &command_->tokens().front();
+  if (stray_ != nullptr && token->offset >= stray_->offset) {
+    // The mistake is the period that is missing, not what the parser makes of the next command.
+    stopped_ = true;
+    hint = kForgottenPeriod;
+    if (token != stray_) {
+      token = stray_;
+      key = MessageKey::kUnexpectedToken;
+      arguments = {command_->text(*stray_), ""};
     }
   }
+  messages_->report(key, std::move(arguments), command_->spot(*token), hint);
+}
+
+bool UniversalParser::textLostBehind(const Token& keyword) const {
+  const std::vector<LexicalError>& lost = command_->errors();
+  const auto next = std::lower_bound(
+      lost.begin(), lost.end(), keyword.offset,
+      [](const LexicalError& error, std::uint32_t offset) { return error.offset < offset; });
+  return next != lost.end() && (atEnd(position_) || next->offset < tokens_[position_].offset);
 }
 
 void UniversalParser::parseMainSubcommand() {
@@ -179,7 +120,7 @@ void UniversalParser::takeRest(SubComObj& object, const Token* name) {
 }
 
 void UniversalParser::parseSubcommands() {
-  while (!atEnd(position_)) parseOneSubcommand();
+  while (!atEnd(position_) && !stopped_) parseOneSubcommand();
 }
 
 void UniversalParser::parseOneSubcommand() {
@@ -299,7 +240,7 @@ void UniversalParser::parseContent(const SubComDescriptor& subcommand, SubComObj
                                    const Token* name) {
   if (subcommand.spec() == UPSpecTypes::kTokenList) return takeRest(object, name);
   object.firstParam_ = static_cast<std::uint32_t>(spec_.params_.size());
-  while (!atEnd(position_) && !isOperator(position_, OperatorCode::kSlash)) {
+  while (!atEnd(position_) && !isOperator(position_, OperatorCode::kSlash) && !stopped_) {
     parseKeyword(subcommand, object);
   }
   checkRequiredKeywords(object, name);
@@ -343,7 +284,7 @@ bool UniversalParser::startsValue(const SubComDescriptor& subcommand, const Para
 
 void UniversalParser::reportMissingValue(const SubComDescriptor& subcommand,
                                          const ParamDescriptor& param, const Token& keyword) {
-  if (textLost(keyword.offset, offsetOf(position_))) return;
+  if (textLostBehind(keyword)) return;
   error(MessageKey::kParamValueRequired, {param.name(), subcommand.name()}, &keyword,
         isOperator(position_, OperatorCode::kSlash) &&
                 isOperator(position_ - 1, OperatorCode::kEquals)
@@ -360,7 +301,7 @@ void UniversalParser::parseValue(const SubComDescriptor& subcommand, const Param
     error(MessageKey::kParamNoValue, {param.name(), subcommand.name()}, &keyword);
   } else if (position_ == begin) {
     reportMissingValue(subcommand, param, keyword);
-  } else if (balanced && !textLost(keyword.offset, offsetOf(position_))) {
+  } else if (balanced && !textLostBehind(keyword)) {
     const auto value = tokens_.subspan(begin, position_ - begin);
     checkValueShape(*command_, param, subcommand.name(), value, [this](ShapeError shape) {
       error(shape.key, std::move(shape.arguments), shape.token, shape.hint);
@@ -384,7 +325,7 @@ void UniversalParser::addParam(SubComObj& object, const ParamDescriptor& param,
 
 void UniversalParser::skipUnknown(const SubComDescriptor& subcommand) {
   const Token& token = tokens_[position_];
-  const bool hasNoPartner = isBracket(token) && partners_[position_] == kNoPartner;
+  const bool hasNoPartner = isBracket(token) && !brackets_.hasPartner(position_);
   if (token.kind == TokenKind::kWord) {
     std::vector<std::string_view> names;
     for (const ParamDescriptor& param : subcommand.params()) names.push_back(param.name());
@@ -403,8 +344,8 @@ void UniversalParser::skipUnknown(const SubComDescriptor& subcommand) {
 
 void UniversalParser::skipToSubcommand() {
   while (!atEnd(position_) && !isOperator(position_, OperatorCode::kSlash)) {
-    const bool pairs = isOpeningBracket(tokens_[position_]) && partners_[position_] != kNoPartner;
-    position_ = pairs ? partners_[position_] + 1 : position_ + 1;
+    const bool pairs = isOpeningBracket(tokens_[position_]) && brackets_.hasPartner(position_);
+    position_ = pairs ? brackets_.partner(position_) + 1 : position_ + 1;
   }
 }
 
@@ -416,13 +357,13 @@ std::size_t UniversalParser::findValueEnd(const SubComDescriptor& subcommand,
   for (; !atEnd(i) && !isOperator(i, OperatorCode::kSlash); ++i) {
     if (isName(i)) {
       if (endsValue(subcommand, param, begin, i, bracketLeftOpen)) return i;
-    } else if (isBracket(tokens_[i]) && partners_[i] == kNoPartner) {
+    } else if (isBracket(tokens_[i]) && !brackets_.hasPartner(i)) {
       reportUnbalanced(i, balanced);
       bracketLeftOpen = bracketLeftOpen || isOpeningBracket(tokens_[i]);
     } else if (isOpeningBracket(tokens_[i])) {
-      const std::size_t partner = partners_[i];
+      const std::size_t partner = brackets_.partner(i);
       for (++i; i < partner; ++i) {
-        if (isBracket(tokens_[i]) && partners_[i] == kNoPartner) reportUnbalanced(i, balanced);
+        if (isBracket(tokens_[i]) && !brackets_.hasPartner(i)) reportUnbalanced(i, balanced);
       }
     }
   }
@@ -450,19 +391,19 @@ bool UniversalParser::endsValue(const SubComDescriptor& subcommand, const ParamD
 
 void UniversalParser::reportUnbalanced(std::size_t i, bool& balanced) {
   // The partner may stand in a text that was lost with a missing quote.
-  const bool partnerLost = isOpeningBracket(tokens_[i]) ? textLost(tokens_[i].offset, kEndOfText)
-                                                        : textLost(0, tokens_[i].offset);
+  const bool partnerLost = !command_->errors().empty();
   if (balanced && !partnerLost) error(MessageKey::kUnbalancedBracket, {text(i)}, &tokens_[i]);
   balanced = false;
 }
 
 void UniversalParser::checkRequired() {
+  // What is missing may be lost in a text or comment without end.
+  if (!command_->errors().empty()) return;
   const SubComDescriptor* main = descriptor_.findSubCom("");
   for (std::size_t i = 0; i < descriptor_.subcommands().size(); ++i) {
     const SubComDescriptor& subcommand = descriptor_.subcommands()[i];
     if (!subcommand.required() || seen_[i]) continue;
     if (&subcommand != main) {
-      if (nameLost(subcommand.name())) continue;
       error(MessageKey::kSubComRequired, {subcommand.name()}, nullptr);
     } else if (spec_.getSubComObj("") == nullptr) {
       // Nothing stands behind the command's name: what is missing are its required keywords.
@@ -475,8 +416,7 @@ void UniversalParser::checkRequired() {
   for (std::size_t g = 0; g < spec_.groups_.size(); ++g) {
     const GroupComObj& group = spec_.groups_[g];
     for (const SubComDescriptor& subcommand : group.descriptor_->subcommands()) {
-      if (subcommand.required() && group.getSubComObj(subcommand.name()) == nullptr &&
-          !nameLost(subcommand.name())) {
+      if (subcommand.required() && group.getSubComObj(subcommand.name()) == nullptr) {
         error(MessageKey::kSubComRequired, {subcommand.name()}, leaders_[g]);
       }
     }
@@ -484,12 +424,13 @@ void UniversalParser::checkRequired() {
 }
 
 void UniversalParser::checkRequiredKeywords(const SubComObj& object, const Token* name) {
-  if (object.descriptor_->spec() == UPSpecTypes::kTokenList) return;
+  const bool textLost = !command_->errors().empty();
+  if (textLost || object.descriptor_->spec() == UPSpecTypes::kTokenList) return;
   for (const ParamDescriptor& param : object.descriptor_->params()) {
     if (!param.required()) continue;
     bool given = false;
     for (const ParamObj& present : object.params()) given |= present.descriptor() == &param;
-    if (!given && !nameLost(param.name())) {
+    if (!given) {
       error(MessageKey::kParamRequiredForSubCom, {param.name(), object.descriptor_->name()}, name);
     }
   }

@@ -9,13 +9,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/parser/bracket_pairs.h"
 #include "platform/parser/command_spec.h"
 #include "platform/parser/descriptor.h"
 #include "platform/parser/token_sequence.h"
@@ -53,17 +53,14 @@ class UniversalParser {
   std::string_view source(std::size_t i) const { return command_->sourceText(tokens_[i]); }
   std::string text(std::size_t i) const { return command_->text(tokens_[i]); }
 
+  /// Reports an error, unless it follows from one that was reported: it is about a text without
+  /// end, or stands in a command whose period was forgotten before it.
   void error(MessageKey key, std::vector<std::string> arguments, const Token* token,
              std::string_view hint = {});
 
-  void reportLexicalErrors();
-  /// True when a lexical error starts between the offsets: what is missing there may be lost in it.
-  bool textLost(std::uint32_t from, std::uint32_t to) const;
-  /// True when `name` stands in a text or comment that was never closed.
-  bool nameLost(const std::string& name);
-  std::uint32_t offsetOf(std::size_t i) const;
-  /// Fills partners_, once for all values, so that no bracket is searched for twice.
-  void matchBrackets();
+  /// True when a lexical error starts between `keyword` and the current position: what is missing
+  /// there may be lost in it.
+  bool textLostBehind(const Token& keyword) const;
   void parseMainSubcommand();
   /// Gives all that is left to a subcommand that is one free token list.
   void takeRest(SubComObj& object, const Token* name);
@@ -116,11 +113,11 @@ class UniversalParser {
   std::vector<std::vector<std::uint32_t>> seenInGroup_;
   /// The subcommand that began each group of the spec.
   std::vector<const Token*> leaders_;
-  /// For every token, the bracket that closes or opens it.
-  std::vector<std::uint32_t> partners_;
-  /// In upper case, what texts and comments without end took with them.
-  std::string lostText_;
-  std::map<std::string, bool> lostNames_;
+  BracketPairs brackets_;
+  /// The first token that begins a command of its own, or null; with the first error there or
+  /// behind it the parser stops.
+  const Token* stray_ = nullptr;
+  bool stopped_ = false;
 };
 
 }  // namespace vornwout

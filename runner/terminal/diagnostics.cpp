@@ -21,7 +21,9 @@ constexpr int kIndent = 2;
 constexpr int kTabStop = 8;
 constexpr int kNarrowestExcerpt = 10;
 constexpr int kLongestSource = 1'000'000'000;
-constexpr int kWidestExcerpt = 1000;  // a line of a megabyte helps nobody
+constexpr int kWidestExcerpt = 240;  // a line of a megabyte helps nobody
+
+constexpr const char* kNoBoundaries = "no character boundaries from the text library";
 
 struct SeverityLook {
   const char* word;
@@ -56,6 +58,11 @@ struct Excerpt {
   bool isCutAfter = false;
 };
 
+int availableColumns(const TerminalStyle& style) {
+  return style.width > 0 ? std::clamp(style.width - kIndent, kNarrowestExcerpt, kWidestExcerpt)
+                         : kWidestExcerpt;
+}
+
 std::size_t characterBytes(std::string_view text) {
   return static_cast<std::size_t>(std::max(1, validUtf8Length(text)));
 }
@@ -80,22 +87,30 @@ std::string_view nearCaret(std::string_view line, int reach, int& caret, Excerpt
     position += characterBytes(line.substr(position));
     ++character;
   }
-  excerpt.isCutBefore = start > 0;
-  excerpt.isCutAfter = position < line.size();
+  excerpt.isCutBefore = excerpt.isCutBefore || start > 0;
+  excerpt.isCutAfter = excerpt.isCutAfter || position < line.size();
   caret = std::min(caret, character) - (character - kept);
   return line.substr(start, position - start);
 }
 
+std::unique_ptr<icu::BreakIterator> makeClusterBreaks() {
+  UErrorCode status = U_ZERO_ERROR;
+  std::unique_ptr<icu::BreakIterator> breaks(
+      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+  if (U_FAILURE(status)) throw std::runtime_error(kNoBoundaries);
+  return breaks;
+}
+
 /// Boundaries of the clusters of UTF-8 text, as offsets behind each of them.
 std::vector<std::size_t> clusterEnds(const std::string& text) {
+  // Making one costs more than a line, and a long list of messages has many lines.
+  thread_local const std::unique_ptr<icu::BreakIterator> breaks = makeClusterBreaks();
   UErrorCode status = U_ZERO_ERROR;
-  const std::unique_ptr<icu::BreakIterator> breaks(
-      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
   UText* const opened =
       utext_openUTF8(nullptr, text.data(), static_cast<std::int64_t>(text.size()), &status);
   const std::unique_ptr<UText, decltype(&utext_close)> source(opened, &utext_close);
   if (U_SUCCESS(status)) breaks->setText(source.get(), status);
-  if (U_FAILURE(status)) throw std::runtime_error("no character boundaries from the text library");
+  if (U_FAILURE(status)) throw std::runtime_error(kNoBoundaries);
   std::vector<std::size_t> ends;
   breaks->first();
   for (auto end = breaks->next(); end != icu::BreakIterator::DONE; end = breaks->next()) {
@@ -104,26 +119,44 @@ std::vector<std::size_t> clusterEnds(const std::string& text) {
   return ends;
 }
 
+/// Adds a cluster that the terminal shows as `text`, a tab up to the next tab stop.
+void addCluster(Excerpt& excerpt, std::string_view text, int characters, int width) {
+  Cluster cluster;
+  cluster.characters = characters;
+  cluster.column = excerpt.width;
+  cluster.text = text;
+  cluster.width = width;
+  if (text == "\t") {
+    cluster.width = kTabStop - excerpt.width % kTabStop;
+    cluster.text = repeated(" ", cluster.width);
+  }
+  excerpt.width += cluster.width;
+  excerpt.clusters.push_back(std::move(cluster));
+}
+
 /// Measures the clusters of a part of a line.
 void measure(std::string_view part, Excerpt& excerpt) {
+  const auto isPlain = [](char c) { return (c >= ' ' && c <= '~') || c == '\t'; };
+  if (std::all_of(part.begin(), part.end(), isPlain)) {
+    // Nearly every line: one column each, and the text library need not be asked.
+    excerpt.clusters.reserve(part.size());
+    for (std::size_t i = 0; i < part.size(); ++i) addCluster(excerpt, part.substr(i, 1), 1, 1);
+    return;
+  }
   // Sanitizing replaces characters one for one, so both texts are walked side by side.
   const std::string shown = sanitizeForTerminal(part);
   std::size_t original = 0;
   std::size_t start = 0;
   for (const std::size_t end : clusterEnds(shown)) {
     const bool isTab = part[original] == '\t';
-    Cluster cluster;
-    cluster.characters = 0;
+    int characters = 0;
     for (std::size_t i = start; i < end; i += characterBytes(std::string_view(shown).substr(i))) {
       original += characterBytes(part.substr(original));
-      ++cluster.characters;
+      ++characters;
     }
-    cluster.column = excerpt.width;
-    cluster.text = isTab ? repeated(" ", kTabStop - excerpt.width % kTabStop)
-                         : shown.substr(start, end - start);
-    cluster.width = displayWidth(cluster.text);
-    excerpt.width += cluster.width;
-    excerpt.clusters.push_back(std::move(cluster));
+    const std::string_view cluster = std::string_view(shown).substr(start, end - start);
+    const int width = cluster.size() == 1 ? 1 : displayWidth(cluster);
+    addCluster(excerpt, isTab ? "\t" : cluster, characters, width);
     start = end;
   }
 }
@@ -183,20 +216,19 @@ std::string cutToWidth(Excerpt& excerpt, Mark& mark, int available) {
 
 void printExcerpt(std::ostream& out, const Diagnostic& diagnostic, const char* codes,
                   const TerminalStyle& style) {
-  const int available = style.width > 0
-                            ? std::clamp(style.width - kIndent, kNarrowestExcerpt, kWidestExcerpt)
-                            : kWidestExcerpt;
-  std::string_view source = *diagnostic.sourceLine;
+  std::string_view source = diagnostic.sourceLine->text;
   while (!source.empty() && (source.back() == '\r' || source.back() == '\n')) {
     source.remove_suffix(1);
   }
   // A place behind the end of the line is its end; no line is longer than an int can count.
   const int bytes = static_cast<int>(std::min<std::size_t>(source.size(), kLongestSource));
-  int caret = std::clamp(diagnostic.place.column - 1, 0, bytes);
+  int caret = std::clamp(diagnostic.place.column - diagnostic.sourceLine->column, 0, bytes);
   Excerpt excerpt;
-  measure(nearCaret(source, 2 * available, caret, excerpt), excerpt);
+  excerpt.isCutBefore = diagnostic.sourceLine->isCutBefore;
+  excerpt.isCutAfter = diagnostic.sourceLine->isCutAfter;
+  measure(nearCaret(source, excerptReach(style), caret, excerpt), excerpt);
   Mark mark = markOf(excerpt, caret, std::clamp(diagnostic.length, 0, bytes));
-  const std::string line = cutToWidth(excerpt, mark, available);
+  const std::string line = cutToWidth(excerpt, mark, availableColumns(style));
   const std::string indent = repeated(" ", kIndent);
   out << indent << line << '\n';
   if (diagnostic.place.column < 1) return;
@@ -205,6 +237,9 @@ void printExcerpt(std::ostream& out, const Diagnostic& diagnostic, const char* c
 }
 
 }  // namespace
+
+// Twice the columns, because a character with its marks may be several that take one column.
+int excerptReach(const TerminalStyle& style) { return 2 * availableColumns(style); }
 
 void printDiagnostic(std::ostream& out, const Diagnostic& diagnostic, const TerminalStyle& style) {
   const SeverityLook look = lookOf(diagnostic.severity);

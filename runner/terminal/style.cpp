@@ -39,10 +39,11 @@ bool isStyled(StyleMode mode, const TerminalFacts& facts) {
 }
 
 int chooseWidth(const TerminalFacts& facts) {
-  if (facts.isTerminal && facts.windowColumns > 0) return facts.windowColumns;
+  // A file or pipe has no columns; what COLUMNS says is about the terminal beside it.
+  if (!facts.isTerminal) return 0;
+  if (facts.windowColumns > 0) return facts.windowColumns;
   const int columns = parseColumns(facts.columns);
-  if (columns > 0) return columns;
-  return facts.isTerminal ? kUsualWidth : 0;
+  return columns > 0 ? columns : kUsualWidth;
 }
 
 }  // namespace

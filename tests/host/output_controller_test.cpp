@@ -1,5 +1,6 @@
 #include "host/controller/output_controller.h"
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -104,6 +105,45 @@ TEST_F(OutputControllerTest, InvalidNamesAreRefused) {
     expectFailure(send(Command::kName, name), kInvalidName, currentToUtf8(name));
   }
   EXPECT_EQ(open(), Names{});
+}
+
+TEST_F(OutputControllerTest, FormerNameIsFreeAgain) {
+  send(Command::kNew, "a");
+  EXPECT_TRUE(send(Command::kName, "b").isOk);
+  EXPECT_FALSE(send(Command::kActivate, "a").isOk);
+  EXPECT_TRUE(send(Command::kNew, "A").isOk);
+  EXPECT_TRUE(send(Command::kActivate, "B").isOk);
+  EXPECT_EQ(open(), (Names{"*b", "A"}));
+}
+
+TEST_F(OutputControllerTest, NameInAnotherCaseStaysFindable) {
+  send(Command::kNew, "a");
+  EXPECT_TRUE(send(Command::kName, "A").isOk);
+  EXPECT_TRUE(send(Command::kActivate, "a").isOk);
+  EXPECT_FALSE(send(Command::kNew, "a").isOk);
+  EXPECT_EQ(open(), (Names{"*A"}));
+}
+
+TEST_F(OutputControllerTest, NameOfAClosedDocumentIsFreeAgain) {
+  for (const char* closed : {"a", "*", "ALL"}) {
+    SCOPED_TRACE(closed);
+    EXPECT_TRUE(send(Command::kNew, "A").isOk);
+    EXPECT_TRUE(send(Command::kClose, closed).isOk);
+    EXPECT_FALSE(send(Command::kActivate, "a").isOk);
+  }
+}
+
+TEST_F(OutputControllerTest, ManyDocumentsCostTimeInProportion) {
+  constexpr int kDocuments = 40'000;
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 0; i < kDocuments; ++i) {
+    ASSERT_TRUE(send(Command::kNew, "d" + std::to_string(i)).isOk);
+  }
+  for (int i = 0; i < kDocuments; ++i) {
+    ASSERT_FALSE(send(Command::kNew, "D" + std::to_string(i)).isOk);
+  }
+  // Names compared one by one took more than five seconds for the first half alone.
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3));
 }
 
 TEST_F(OutputControllerTest, AllIsAValidName) {

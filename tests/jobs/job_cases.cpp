@@ -22,6 +22,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/support/clean_environment.h"
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -74,7 +76,7 @@ int runProgram(const fs::path& job, const fs::path& scratch) {
     const int err = open((scratch / "stderr").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
     dup2(out, STDOUT_FILENO);
     dup2(err, STDERR_FILENO);
-    setenv("TZ", "UTC", 1);
+    vornwout::cleanEnvironment();
     execv(argv[0], argv.data());
     _exit(127);
   }

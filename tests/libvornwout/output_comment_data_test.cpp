@@ -154,7 +154,14 @@ TEST(OutputCommentData, TakesAWidthFromTenToAThousand) {
       {"0", 0, "ParamValueBreakBdry(0, 10, 1000, WIDTH, )"},
       {"-5", 0, "ParamValueBreakBdry(-5, 10, 1000, WIDTH, )"},
       {"10.5", 0, "ParamNeedInteger(WIDTH, )"},
-      {"99999999999", 0, "ParamNeedInteger(WIDTH, )"},
+      {"1234567", 0, "ParamValueBreakBdry(1234567, 10, 1000, WIDTH, )"},
+      {"2147483647", 0, "ParamValueBreakBdry(2147483647, 10, 1000, WIDTH, )"},
+      {"2147483648", 0, "ParamValueBreakBdry(2147483648, 10, 1000, WIDTH, )"},
+      {"-2147483649", 0, "ParamValueBreakBdry(-2147483649, 10, 1000, WIDTH, )"},
+      {"123456789012345678901234567890", 0,
+       "ParamValueBreakBdry(123456789012345678901234567890, 10, 1000, WIDTH, )"},
+      {"1.5", 0, "ParamNeedInteger(WIDTH, )"},
+      {"1E20", 0, "ParamNeedInteger(WIDTH, )"},
       {"wide", 0, "ParamNeedInteger(WIDTH, )"},
       {"'100'", 0, "ParamNeedInteger(WIDTH, )"},
   };
@@ -193,7 +200,7 @@ TEST(OutputCommentData, WarnsOfAColourItDoesNotKnowAndGoesOn) {
   EXPECT_THAT(
       read.sink.parserCalls(),
       ElementsAre("IgnoredParamValue(COLOR, , Black)", "IgnoredParamValue(BGCOLOR, , #zzzzzz)",
-                  "IgnoredParamValue(COLOR, , RGB ( 1 2 3 ))", "IgnoredParamValue(BGCOLOR, , )"));
+                  "IgnoredParamValue(COLOR, , RGB(1 2 3))", "IgnoredParamValue(BGCOLOR, , )"));
   for (const ParserMessageRecord& message : read.sink.parserMessages) {
     EXPECT_EQ(message.severity, MessageSeverity::kWarning);
   }

@@ -28,20 +28,43 @@ TEST(Catalogue, RowsAreWholeSentences) {
     EXPECT_EQ(entry.text.empty(), isGeneric(entry));
     EXPECT_TRUE(entry.text.empty() || entry.text.ends_with('.'));
     EXPECT_TRUE(entry.shortText.empty() || entry.shortText.ends_with('.'));
-    EXPECT_TRUE(entry.remedy.ends_with('.'));
+    // What a command says for itself is all that can be said.
+    EXPECT_EQ(entry.remedy.empty(), isGeneric(entry));
+    EXPECT_TRUE(entry.remedy.empty() || entry.remedy.ends_with('.'));
     EXPECT_THAT(std::string(entry.remedy), Not(HasSubstr("^")));
   }
 }
 
-TEST(Catalogue, OperationsDifferAndLeadToTheirRemedy) {
+TEST(Catalogue, OperationsDifferAndKeysLeadToTheirRemedy) {
   std::set<std::string_view> operations;
   for (const MessageEntry& entry : messageCatalogue()) {
     EXPECT_TRUE(operations.insert(entry.operation).second) << entry.operation;
-    EXPECT_EQ(messageRemedy(entry.operation), entry.remedy);
+    EXPECT_EQ(messageRemedy(entry.key, {}), entry.remedy);
     EXPECT_EQ(&messageEntry(entry.key), &entry);
   }
-  EXPECT_EQ(messageRemedy("NoSuchOperation"), "");
-  EXPECT_EQ(messageRemedy(""), "");
+}
+
+TEST(Catalogue, RemediesOfAWrongValueFitTheirKeyword) {
+  const auto remedy = [](const std::string& keyword) {
+    const std::string arguments[] = {keyword, ""};
+    return std::string(messageRemedy(MessageKey::kWrongValueType, arguments));
+  };
+  EXPECT_THAT(remedy("NAME"), HasSubstr("one word that starts with a letter"));
+  for (const char* file : {"FILE", "OUTFILE", "DOCUMENTFILE", "IMAGEROOT"}) {
+    EXPECT_EQ(remedy(file), "The name of a file stands in quotes.") << file;
+  }
+  for (const char* other : {"TEXT", "COLOR", ""}) {
+    EXPECT_EQ(remedy(other), "A text of several words stands in quotes.") << other;
+  }
+}
+
+TEST(Catalogue, DocumentsEveryRemedyOfARow) {
+  EXPECT_EQ(documentedRemedy(messageEntry(MessageKey::kParenRequired)),
+            "Put the values between ( and ).");
+  EXPECT_EQ(documentedRemedy(messageEntry(MessageKey::kWrongValueType)),
+            "NAME: A document name is one word that starts with a letter and goes on with letters, "
+            "digits and . _ $ # @. FILE, OUTFILE, DOCUMENTFILE, IMAGEROOT: The name of a file "
+            "stands in quotes. Others: A text of several words stands in quotes.");
 }
 
 TEST(Catalogue, OnlyTwoRowsAreWarnings) {
@@ -122,6 +145,7 @@ std::map<std::string, ParserMessageRecord> provokedRows() {
       call([](const auto& m) { m.GenericError("Text ^1.", "A"); }),
       call([](const auto& m) { m.GenericWarning("Text ^1.", "A"); }),
       call([](const auto& m) { m.report(MessageKey::kUnknownCommand, {"OUTPUT NEWS"}); }),
+      call([](const auto& m) { m.report(MessageKey::kCommandNotIncluded, {"OUTPUT SAVE"}); }),
       parse("/TWICE."),
       parse("NAEM=a."),
       parse("/ONCE TEXT=a /ONCE TEXT=b."),

@@ -274,6 +274,35 @@ TEST(TokenList, IsWhatReachesTheReader) {
   }
 }
 
+TEST(TokenObject, BeyondTheListIsRefused) {
+  const OneValue value(param(Spec::kRawTokens, false, Spec::kBracketsOptional), "[a, b]");
+  EXPECT_EQ(value->getTokenObj(1).getString(), "b");
+  EXPECT_THROW(value->getTokenObj(2), std::out_of_range);
+  EXPECT_THROW(value->getTokenObj(-1), std::out_of_range);
+  const ParamObj none;
+  EXPECT_THROW(none.getTokenObj(0), std::out_of_range);
+}
+
+TEST(IntegerText, IsAnIntegerOfWhateverSizeAsWritten) {
+  for (const char* source : {"1", "-5", "+007", "123456789012345678901234567890"}) {
+    std::string text;
+    EXPECT_TRUE(OneValue(param(Spec::kNumber), source)->getIntegerText(text)) << source;
+    EXPECT_EQ(text, source);
+  }
+  for (const char* source : {"1.5", "1E3", "a", "'1'"}) {
+    std::string text = "untouched";
+    EXPECT_FALSE(OneValue(param(Spec::kNumber), source)->getIntegerText(text)) << source;
+    EXPECT_EQ(text, "untouched");
+  }
+}
+
+TEST(WrittenText, IsTheSliceOfTheJob) {
+  for (const char* source : {"RGB(1 2,3)", "a  -  'b c'", "(a /* c */ b)", "x", "'a'\n 'b'"}) {
+    EXPECT_EQ(OneValue(param(Spec::kRawTokens), source)->writtenText(), source);
+  }
+  EXPECT_EQ(ParamObj().writtenText(), "");
+}
+
 ParamDescriptor sizeParam() {
   ParamDescriptor size = param(Spec::kMeasure);
   ParamDescriptor inches("INCHES", Spec::kNumberList, false, true);

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/parser/command_names.h"
 #include "tests/support/parsed_command.h"
 
 namespace vornwout {
@@ -52,6 +53,27 @@ TEST(CurrentCommandPlace, IsTheCommandUntilSomethingIsRead) {
   EXPECT_EQ(command.place(), (SourcePlace{3, 2}));
   command.noteRead(nullptr);
   EXPECT_EQ(command.place(), (SourcePlace{2, 3}));
+}
+
+TEST(CurrentCommandSpot, HasTheBytesOfWhatWasRead) {
+  const TokenizedText text("\n  AB 'c d'.");
+  CurrentCommand command(text.command(), 1);
+  EXPECT_EQ(command.spot(), (SourceSpot{{2, 3}, 3, 2}));
+  command.noteRead(&text.command().tokens()[1]);
+  EXPECT_EQ(command.spot(), (SourceSpot{{2, 6}, 6, 5}));
+}
+
+TEST(StrayCommand, IsTheFirstThatBeginsALineBehindTheName) {
+  const ScopedCommandNames names({"OUTPUT NEW"});
+  const TokenizedText text("OUTPUT NEW OUTPUT NEW\nNEW OUTPUT NEW\n  Output\nnew a\nOUTPUT NEW.");
+  const CurrentCommand command(text.command(), 2);
+  const Token* stray = command.strayCommand();
+  ASSERT_NE(stray, nullptr);
+  EXPECT_EQ(text.command().place(*stray), (SourcePlace{3, 3}));
+  const TokenizedText without("OUTPUT NEW OUTPUT NEW\nOUTPUT\n'OUTPUT' NEW.");
+  EXPECT_EQ(CurrentCommand(without.command(), 2).strayCommand(), nullptr);
+  const TokenizedText empty("/* never closed");
+  EXPECT_EQ(CurrentCommand(empty.command(), 2).strayCommand(), nullptr);
 }
 
 TEST(CurrentCommandPlace, OfACommandWithoutTokensIsUnknown) {

@@ -8,6 +8,7 @@
 
 #include "gtest/gtest.h"
 #include "platform/text/utf8.h"
+#include "tests/support/hostile_size.h"
 
 namespace vornwout {
 namespace {
@@ -197,7 +198,7 @@ TEST(DisplayWidthTest, aMegabyteTakesNoNoticeableTime) {
   for (const std::string piece : {"word ", "x", "\xE4\xB8\xAD", "e\xCC\x81", "\xFF", " ",
                                   "\xF0\x9F\x91\xA8\xE2\x80\x8D", "\n", "\xE0\xB8\x81"}) {
     std::string text;
-    while (text.size() < 1'000'000) text += piece;
+    while (text.size() < kHostileSize) text += piece;
     const auto start = std::chrono::steady_clock::now();
     const int width = displayWidth(text);
     const Lines lines = wrapToWidth(text, 80);

@@ -2,6 +2,7 @@
 // argument.
 #include "platform/message/parser_message.h"
 
+#include <chrono>
 #include <functional>
 #include <string>
 #include <vector>
@@ -9,7 +10,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/parser/command_names.h"
 #include "platform/text/encoding.h"
+#include "tests/support/hostile_size.h"
 #include "tests/support/parsed_command.h"
 
 namespace vornwout {
@@ -107,6 +110,20 @@ const OperationCase kOperationCases[] = {
      [](const auto& m) { m.ParamValueBreakBdry(9, 10, 1000, "WIDTH", ""); },
      {"9", "10", "1000", "WIDTH", ""},
      "The value 9 of WIDTH lies outside the bounds 10 to 1000."},
+    {"ParamValueBreakBdry",
+     [](const auto& m) { m.ParamValueBreakBdry(1234567, -1e6, 0.1, "WIDTH", ""); },
+     {"1234567", "-1000000", "0.1", "WIDTH", ""},
+     "The value 1234567 of WIDTH lies outside the bounds -1000000 to 0.1."},
+    {"ParamValueBreakBdry",
+     [](const auto& m) { m.ParamValueBreakBdry(0.30000000000000004, -0.0, 1e300, "WIDTH", ""); },
+     {"0.30000000000000004", "0", "1e+300", "WIDTH", ""},
+     "The value 0.30000000000000004 of WIDTH lies outside the bounds 0 to 1e+300."},
+    {"ParamValueBreakBdry",
+     [](const auto& m) {
+       m.ParamValueBreakBdry("123456789012345678901234567890", 10, 1000, "WIDTH", "");
+     },
+     {"123456789012345678901234567890", "10", "1000", "WIDTH", ""},
+     "The value 123456789012345678901234567890 of WIDTH lies outside the bounds 10 to 1000."},
     {"ParamRequiredForSubCom",
      [](const auto& m) { m.ParamRequiredForSubCom("SELECT", "CELLS"); },
      {"SELECT", "CELLS"},
@@ -231,13 +248,59 @@ TEST(MessagePlace, IsThatOfWhatWasReadLastUnlessOneIsNamed) {
   current.noteRead(&text.command().tokens()[3]);
   messages.WrongValueType("NAME", "");
   messages.GenericWarning("x");
-  messages.report(MessageKey::kUnknownParam, {"NAME", ""}, SourcePlace{7, 8}, "A hint.");
+  messages.report(MessageKey::kUnknownParam, {"NAME", ""}, SourceSpot{{7, 8}, 3, 4}, "A hint.");
   ASSERT_THAT(sink.records, SizeIs(4));
   EXPECT_EQ(sink.records[0].place, (SourcePlace{1, 1}));
   EXPECT_EQ(sink.records[1].place, (SourcePlace{2, 7}));
   EXPECT_EQ(sink.records[2].place, (SourcePlace{2, 7}));
+  EXPECT_EQ(sink.records[1].offset, 9U);
+  EXPECT_EQ(sink.records[1].length, 1U);
   EXPECT_EQ(sink.records[3].place, (SourcePlace{7, 8}));
+  EXPECT_EQ(sink.records[3].offset, 3U);
+  EXPECT_EQ(sink.records[3].length, 4U);
   EXPECT_EQ(sink.records[3].text, "There is no keyword NAME in this command. A hint.");
+}
+
+TEST(MessageRemedy, IsThatOfTheRowAndTheKeywordUnlessAHintTakesItsPlace) {
+  MessageSink sink;
+  const ParserMessage messages;
+  messages.ParenRequired("URL");
+  messages.WrongValueType("NAME", "");
+  messages.WrongValueType("TEXT", "");
+  messages.GenericError("Text.");
+  messages.report(MessageKey::kInvalidParamValue, {"*", "NAME", ""}, std::nullopt, "A hint.");
+  ASSERT_THAT(sink.records, SizeIs(5));
+  EXPECT_EQ(sink.records[0].remedy, "Put the values between ( and ).");
+  EXPECT_TRUE(sink.records[1].remedy.starts_with("A document name is one word"));
+  EXPECT_EQ(sink.records[2].remedy, "A text of several words stands in quotes.");
+  EXPECT_EQ(sink.records[3].remedy, "");
+  EXPECT_EQ(sink.records[4].remedy, "");
+}
+
+TEST(WrongValueType, SaysWhenAnotherCommandSeemsToStandInTheValue) {
+  const ScopedCommandNames names({"OUTPUT NEW"});
+  const TokenizedText text("GO TEXT='a'\n\tOUTPUT NEW.");
+  const CurrentCommand current(text.command(), 1);
+  MessageSink sink;
+  const ParserMessage messages;
+  messages.WrongValueType("TEXT", "");
+  messages.ParamNoSubCom("X");
+  EXPECT_TRUE(sink.records[0].text.ends_with(
+      " Line 2 begins a command: does the one before it lack its period?"));
+  EXPECT_EQ(sink.records[1].text, "X does not belong here.");
+}
+
+TEST(WrongValueType, InALongCommandLooksForAnotherCommandOnce) {
+  const ScopedCommandNames names({"OUTPUT NEW"});
+  std::string source = "GO";
+  while (source.size() < kHostileSize) source += "\na";
+  const TokenizedText text(source);
+  const CurrentCommand current(text.command(), 1);
+  const ParserMessage messages;
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 0; i < 20'000; ++i) messages.WrongValueType("TEXT", "");
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  EXPECT_EQ(messages.errorCount(), 20'000);
 }
 
 TEST(Messages, ReachEverySinkAndNoneThatIsSuspended) {

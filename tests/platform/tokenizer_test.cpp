@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/text/encoding.h"
+#include "tests/support/hostile_size.h"
 #include "tests/support/parsed_command.h"
 
 namespace vornwout {
@@ -394,17 +395,17 @@ TEST(TokenizerLimits, JobBeyondItsOffsetsIsRefusedBeforeItIsRead) {
   EXPECT_THROW(Tokenizer(std::string_view(text, Tokenizer::kMaxJobSize + 1)), std::length_error);
 }
 
-/// Repeats `piece` to a megabyte.
-std::string megabyteOf(const std::string& piece) {
+/// Repeats `piece` to a hostile size.
+std::string manyOf(const std::string& piece) {
   std::string text;
-  while (text.size() < 1'000'000) text += piece;
+  while (text.size() < kHostileSize) text += piece;
   return text;
 }
 
 class HostileText : public testing::TestWithParam<const char*> {};
 
 TEST_P(HostileText, IsReadWithItsPlacesInSecondsNotMinutes) {
-  const std::string job = megabyteOf(GetParam());
+  const std::string job = manyOf(GetParam());
   const auto start = std::chrono::steady_clock::now();
   Tokenizer tokenizer(job);
   TokenizedCommand command;

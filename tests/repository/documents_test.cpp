@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "runner/help_text.h"
+#include "tests/support/clean_environment.h"
 
 namespace {
 
@@ -31,6 +32,7 @@ TEST(Documents, MessageListIsPrintedFromTheCatalogue) {
 
 /// In a document, a block that starts with "$ vornwout ..." shows the program's output below it.
 TEST(Documents, ConsoleBlocksShowWhatTheProgramPrints) {
+  vornwout::cleanEnvironment();
   static const std::regex pattern(R"re(```console\n\$ vornwout ([^\n]*)\n([^`]*)```)re");
   int blocks = 0;
   for (const char* path : {"README.md", "docs/writing-jobs.md"}) {

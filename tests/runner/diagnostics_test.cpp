@@ -24,7 +24,7 @@ Diagnostic at(int column, int length, const std::string& line) {
   diagnostic.place = {3, column};
   diagnostic.length = length;
   diagnostic.text = "text";
-  diagnostic.sourceLine = line;
+  diagnostic.sourceLine = SourceLine{line};
   return diagnostic;
 }
 
@@ -55,7 +55,7 @@ TEST(Diagnostics, ShowOnlyWhatIsKnownOfThePlace) {
   diagnostic.sourceLine.reset();
   EXPECT_EQ(print(diagnostic), "job.qxs:3: error: text\n");
   diagnostic.place = {};
-  diagnostic.sourceLine = "abc";
+  diagnostic.sourceLine = SourceLine{"abc"};
   EXPECT_EQ(print(diagnostic), "job.qxs: error: text\n");
 }
 
@@ -139,6 +139,28 @@ TEST(Diagnostics, HugeLineIsShownQuickly) {
   }
   const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
   EXPECT_LT(elapsed.count(), 10.0);
+}
+
+TEST(Diagnostics, PartOfALineIsShownAsThePartOfThatLine) {
+  Diagnostic diagnostic = at(1002, 3, "");
+  diagnostic.sourceLine = SourceLine{"abc def", 998, true, true};
+  EXPECT_EQ(excerpt(diagnostic), "  …abc def…\n       ^~~\n");
+  diagnostic.sourceLine->isCutAfter = false;
+  EXPECT_EQ(excerpt(diagnostic), "  …abc def\n       ^~~\n");
+}
+
+TEST(Diagnostics, PartWithinReachIsShownLikeTheWholeLine) {
+  std::string line;
+  for (int i = 0; i < 2000; ++i) line += static_cast<char>('!' + i % 90);
+  for (const int width : {12, 80, 400}) {
+    const TerminalStyle style{ColorDepth::kNone, width};
+    const int reach = excerptReach(style);
+    Diagnostic part = at(1000, 3, "");
+    part.sourceLine = SourceLine{
+        line.substr(static_cast<std::size_t>(999 - reach), static_cast<std::size_t>(2 * reach)),
+        1000 - reach, true, true};
+    EXPECT_EQ(print(part, style), print(at(1000, 3, line), style)) << width;
+  }
 }
 
 TEST(Diagnostics, TextAndFileAreSanitizedAndStayOnOneLine) {
