@@ -71,7 +71,7 @@ void DocumentSink::parserMessage(const ParserMessageRecord& message) {
 }
 
 void DocumentSink::outputMessage(const OutputMessageRecord& message) {
-  addMessage({message.severity(), renderText(message.message), {}});
+  addMessage({message.severity(), renderText(withoutSecrets(message.message)), {}});
 }
 
 void DocumentSink::table(const std::shared_ptr<const PivotTable>& table) {

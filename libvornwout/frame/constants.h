@@ -5,18 +5,31 @@ namespace vornwout {
 
 inline constexpr const char* kOutputDocument = "Output Document";
 
+inline constexpr const char* kKeywordFile = "FILE";
+inline constexpr const char* kKeywordOutfile = "OUTFILE";
 inline constexpr const char* kKeywordName = "NAME";
+inline constexpr const char* kKeywordLock = "LOCK";
 inline constexpr const char* kKeywordType = "TYPE";
+inline constexpr const char* kKeywordStoreModel = "STOREMODEL";
+inline constexpr const char* kPassprotect = "PASSPROTECT";
+inline constexpr const char* kKeywordPassword = "PASSWORD";
+inline constexpr const char* kKeywordEncryptedPw = "ENCRYPTEDPW";
 inline constexpr const char* kKeywordMinimized = "MINIMIZED";
 
 inline constexpr const char* kYes = "YES";
 inline constexpr const char* kNo = "NO";
 inline constexpr const char* kViewer = "VIEWER";
 inline constexpr const char* kDraft = "DRAFT";
+inline constexpr const char* kQxv = "QXV";
+inline constexpr const char* kQxw = "QXW";
 
 inline constexpr const char* kNotImplemented = "^1 currently not implemented.";
 inline constexpr const char* kNameTooLong = "Output name ^1 is too long.";
 inline constexpr const char* kNoDocumentsOpen = "No output documents are open.";
+inline constexpr const char* kPasswordEmpty =
+    "Failed to save document. Empty passwords are not allowed.";
+inline constexpr const char* kPasswordTooLong =
+    "Failed to save document. Passwords longer than 10 bytes are not allowed. '^1'";
 
 /// Levels of messages in the output.
 inline constexpr int kLevelWarning = 2;

@@ -10,6 +10,13 @@ namespace {
 /// How every message of this library is shown.
 constexpr int kShow = 2;
 
+void reportWithArgument(const char* text, const BpString& argument, int level) {
+  BpComposite message(text, true);
+  message.Add(argument);
+  message.Finish();
+  BpError(message, kShow, level);
+}
+
 }  // namespace
 
 void OutputCommands::ErrorWarn0(const char* text, int level) {
@@ -19,10 +26,11 @@ void OutputCommands::ErrorWarn0(const char* text, int level) {
 
 void OutputCommands::ErrorWarn(const char* text, const char* argument, int level) {
   if (argument == nullptr || *argument == '\0') return ErrorWarn0(text, level);
-  BpComposite message(text, true);
-  message.Add(BpString(argument, false));
-  message.Finish();
-  BpError(message, kShow, level);
+  reportWithArgument(text, BpString(argument, false), level);
+}
+
+void OutputCommands::errorWarnSecret(const char* text, const char* argument, int level) {
+  reportWithArgument(text, BpString::secret(argument), level);
 }
 
 }  // namespace vornwout

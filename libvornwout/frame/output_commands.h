@@ -10,6 +10,8 @@ class OutputCommands {
   static void ErrorWarn0(const char* text, int level);
   /// Reports a message with one argument for "^1". A null or empty argument leaves "^1" as it is.
   static void ErrorWarn(const char* text, const char* argument, int level);
+  /// The same with an argument that is shown but kept neither in a trace nor in a document.
+  static void errorWarnSecret(const char* text, const char* argument, int level);
 };
 
 }  // namespace vornwout

@@ -13,14 +13,26 @@ constexpr std::size_t kLongestName = 64;  // bytes of the current encoding, not 
 
 constinit RequestCounter requestCounter;
 
+FileRequest withName(std::string name) {
+  FileRequest request;
+  request.name = std::move(name);
+  return request;
+}
+
 }  // namespace
 
 int NextOutputRequestId() { return requestCounter.next(); }
 
 OutputExchange::OutputExchange(OutputControllerCommand command, std::string name,
                                OutputDocumentMinimized minimized)
-    : name_(std::move(name)),
-      request_(NextOutputRequestId(), command, name_.c_str(), "", minimized) {}
+    : file_(withName(std::move(name))),
+      request_(NextOutputRequestId(), command, file_.name.c_str(), "", minimized) {}
+
+OutputExchange::OutputExchange(OutputControllerCommand command, FileRequest file)
+    : file_(std::move(file)),
+      request_(NextOutputRequestId(), command, file_.name.c_str(), file_.path.c_str(), file_.lock,
+               file_.minimized, file_.type, file_.password.c_str(), file_.encryptPassword,
+               file_.storeModel) {}
 
 bool OutputExchange::send(OutputControllerInterface& controller) {
   if (controller.SendRequest(request_, response_)) return true;
@@ -32,6 +44,11 @@ bool OutputExchange::send(OutputControllerInterface& controller) {
 bool sendShortRequest(OutputControllerInterface& controller, OutputControllerCommand command,
                       const std::string& name, OutputDocumentMinimized minimized) {
   return OutputExchange(command, name, minimized).send(controller);
+}
+
+bool sendFileRequest(OutputControllerInterface& controller, OutputControllerCommand command,
+                     const FileRequest& file) {
+  return OutputExchange(command, file).send(controller);
 }
 
 bool checkNameLength(const std::string& name) {

@@ -12,14 +12,27 @@ namespace vornwout {
 /// thing that outlives a command.
 int NextOutputRequestId();
 
-/// One exchange of the short form, made when all checks have passed and used once.
+/// The values of a long request, of OUTPUT OPEN and OUTPUT SAVE.
+struct FileRequest {
+  std::string name;
+  std::string path;
+  OutputDocumentLock lock = OutputDocumentLock::kUnspecified;
+  OutputDocumentMinimized minimized = OutputDocumentMinimized::kNotApplicable;
+  OutputDocumentType type = OutputDocumentType::kUnspecified;
+  std::string password;
+  OutputDocumentEncryptPW encryptPassword = OutputDocumentEncryptPW::kNotApplicable;
+  YesNoEnum storeModel = YesNoEnum::kNo;
+};
+
+/// One exchange, made when all checks have passed and used once.
 ///
-/// The members stand in the order of the exchange: the text that the request points into, the
+/// The members stand in the order of the exchange: the texts that the request points into, the
 /// request with its number, the response. They go in reverse.
 class OutputExchange {
  public:
   OutputExchange(OutputControllerCommand command, std::string name,
                  OutputDocumentMinimized minimized);
+  OutputExchange(OutputControllerCommand command, FileRequest file);
   OutputExchange(const OutputExchange&) = delete;
   OutputExchange& operator=(const OutputExchange&) = delete;
 
@@ -29,7 +42,7 @@ class OutputExchange {
   const VornwMsgOutputControllerResponse& response() const { return response_; }
 
  private:
-  std::string name_;
+  FileRequest file_;
   VornwMsgOutputControllerRequest request_;
   VornwMsgOutputControllerResponse response_;
 };
@@ -37,6 +50,10 @@ class OutputExchange {
 /// An exchange for commands that have nothing to read from the response.
 bool sendShortRequest(OutputControllerInterface& controller, OutputControllerCommand command,
                       const std::string& name, OutputDocumentMinimized minimized);
+
+/// The same with a long request.
+bool sendFileRequest(OutputControllerInterface& controller, OutputControllerCommand command,
+                     const FileRequest& file);
 
 /// False after reporting that a document name is longer than 64 bytes.
 bool checkNameLength(const std::string& name);

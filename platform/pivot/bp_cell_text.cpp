@@ -26,6 +26,12 @@ CellText numberCell(double value, BpFormatSpec format) {
 BpString::BpString(std::string_view text, bool translatable)
     : BpCellText(textCell(CellText::Kind::kString, text, translatable)) {}
 
+BpString BpString::secret(std::string_view text) {
+  BpString string(text, false);
+  string.data_.secret = true;
+  return string;
+}
+
 BpNumber::BpNumber(double value, BpFormatSpec format) : BpCellText(numberCell(value, format)) {}
 
 BpComposite::BpComposite(std::string_view text, bool translatable)

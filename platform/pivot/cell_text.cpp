@@ -33,6 +33,14 @@ std::string substitutePlaceholders(const std::string& text,
   return result;
 }
 
+CellText withoutSecrets(const CellText& cell) {
+  CellText copy = cell;
+  if (copy.secret) copy.text = kHiddenSecret;
+  for (CellText& argument : copy.arguments) argument = withoutSecrets(argument);
+  for (CellText& name : copy.sublist) name = withoutSecrets(name);
+  return copy;
+}
+
 std::string renderText(const CellText& cell) {
   if (cell.kind == CellText::Kind::kNumber) return renderNumber(cell.number, cell.format);
   if (cell.kind == CellText::Kind::kString) return cell.text;

@@ -13,12 +13,16 @@ struct BpFormatSpec {
   friend bool operator==(const BpFormatSpec&, const BpFormatSpec&) = default;
 };
 
+/// What stands in the place of a secret wherever output is kept.
+inline constexpr const char* kHiddenSecret = "***";
+
 /// One content, as plain data in UTF-8.
 struct CellText {
   enum class Kind { kString, kNumber, kComposite };
 
   Kind kind = Kind::kString;
   std::string text;           ///< the string, or the composite's text with "^1" and so on
+  bool secret = false;        ///< shown to the user who wrote it, and kept nowhere
   bool translatable = false;  ///< the system's own text; a user's text is never translated
   double number = 0;
   BpFormatSpec format;
@@ -28,6 +32,9 @@ struct CellText {
 
   friend bool operator==(const CellText&, const CellText&) = default;
 };
+
+/// A copy with "***" in place of every secret: what a trace or a document may keep.
+CellText withoutSecrets(const CellText& cell);
 
 /// The content as it is shown: numbers formatted, "^1" and so on replaced by the arguments.
 /// A placeholder without an argument stays as it is.

@@ -39,7 +39,6 @@ class TraceLine {
 
 namespace {
 
-constexpr const char* kHiddenSecret = "***";
 
 std::string systemError(int number) { return std::generic_category().message(number); }
 
@@ -221,7 +220,8 @@ void TraceWriter::parserMessage(const ParserMessageRecord& message) {
 }
 
 void TraceWriter::outputMessage(const OutputMessageRecord& record) {
-  const CellText& message = record.message;
+  const CellText message =
+      secrets_ == Secrets::kShown ? record.message : withoutSecrets(record.message);
   const std::string shown = renderText(message);
   const bool isNumber = message.kind == CellText::Kind::kNumber;
   TraceLine line("message");

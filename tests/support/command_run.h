@@ -22,10 +22,24 @@ struct SentRequest {
   std::string name;
   std::string text;
   OutputDocumentMinimized minimized{};
+  OutputDocumentLock lock{};
+  OutputDocumentType type{};
+  std::string password;
+  OutputDocumentEncryptPW encryptPassword{};
+  YesNoEnum storeModel{};
 
   static SentRequest of(const VornwMsgOutputControllerRequest& request) {
-    return {request.isLongForm(), request.getId(),   request.getCommand(),
-            request.getName(),    request.getText(), request.getMinimized()};
+    return {request.isLongForm(),
+            request.getId(),
+            request.getCommand(),
+            request.getName(),
+            request.getText(),
+            request.getMinimized(),
+            request.getLock(),
+            request.getType(),
+            request.getPassword(),
+            request.getEncryptPassword(),
+            request.getStoreModel()};
   }
 };
 

@@ -15,6 +15,8 @@ void outnew_(void);    /* OUTPUT NEW */
 void outname_(void);   /* OUTPUT NAME */
 void outactiv8_(void); /* OUTPUT ACTIVATE */
 void outclose_(void);  /* OUTPUT CLOSE */
+void outopen_(void);   /* OUTPUT OPEN */
+void outsave_(void);   /* OUTPUT SAVE */
 void outdisp_(void);   /* OUTPUT DISPLAY */
 void outcomnt_(void);  /* OUTPUT COMMENT */
 

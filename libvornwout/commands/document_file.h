@@ -1,0 +1,22 @@
+// What OUTPUT OPEN and OUTPUT SAVE declare and read in the same way: flags, the file, the password.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/message/parser_message.h"
+#include "platform/parser/command_spec.h"
+
+namespace vornwout {
+
+/// A keyword whose value is YES or NO.
+ParamDescriptor yesOrNo(const char* keyword);
+
+/// Reads a file specification that must be quoted: file handles are replaced and the path is made
+/// what the output controller is sent. Nothing after reporting a value that is no quoted text.
+std::optional<std::string> readDocumentPath(const ParamObj& file, const ParserMessage& messages);
+
+/// Reads a quoted password; the keyword NONE, as every unquoted word, leaves it empty.
+std::string readPassword(const ParamObj& password);
+
+}  // namespace vornwout
