@@ -16,6 +16,7 @@
 #include "platform/parser/value_shape.h"
 #include "platform/text/encoding.h"
 #include "platform/text/multibyte.h"
+#include "runner/command_log.h"
 #include "runner/foreign_bytes.h"
 
 namespace vornwout {
@@ -84,7 +85,7 @@ void JobRunner::runCommand(const TokenizedCommand& command) {
   const Command* known = findCommand(command);
   // Before anything is reported: a message belongs below its own command, whether that runs or not.
   if (host_ != nullptr) {
-    host_->setCommandLog(nameForLog(known, command), currentToUtf8(command.source()));
+    host_->setCommandLog(nameForLog(known, command), commandLogText(command));
   }
   if (command.tokens().empty()) {
     // Only a lexical error, such as a comment without end, comes without tokens.

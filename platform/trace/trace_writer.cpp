@@ -39,7 +39,6 @@ class TraceLine {
 
 namespace {
 
-
 std::string systemError(int number) { return std::generic_category().message(number); }
 
 std::string writeToStream(std::ostream& stream, std::string_view line) {

@@ -29,16 +29,11 @@ struct SentRequest {
   YesNoEnum storeModel{};
 
   static SentRequest of(const VornwMsgOutputControllerRequest& request) {
-    return {request.isLongForm(),
-            request.getId(),
-            request.getCommand(),
-            request.getName(),
-            request.getText(),
-            request.getMinimized(),
-            request.getLock(),
-            request.getType(),
-            request.getPassword(),
-            request.getEncryptPassword(),
+    return {request.isLongForm(),   request.getId(),
+            request.getCommand(),   request.getName(),
+            request.getText(),      request.getMinimized(),
+            request.getLock(),      request.getType(),
+            request.getPassword(),  request.getEncryptPassword(),
             request.getStoreModel()};
   }
 };

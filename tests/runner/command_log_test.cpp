@@ -1,0 +1,56 @@
+// What a document keeps of a command: everything but its passwords.
+#include "runner/command_log.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/parser/tokenizer.h"
+#include "platform/text/encoding.h"
+
+namespace vornwout {
+namespace {
+
+std::string logOf(const std::string& text) {
+  Tokenizer tokenizer(text);
+  TokenizedCommand command;
+  tokenizer.next(command);
+  return commandLogText(command);
+}
+
+struct Logged {
+  const char* condition;
+  const char* command;
+  const char* log;
+};
+
+class CommandLogTest : public testing::TestWithParam<Logged> {};
+
+TEST_P(CommandLogTest, HidesPasswordsAndNothingElse) {
+  EXPECT_EQ(logOf(GetParam().command), GetParam().log);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, CommandLogTest,
+    testing::Values(
+        Logged{"None", "OUTPUT NEW  NAME=a.", "OUTPUT NEW  NAME=a"},
+        Logged{"Quoted", "OUTPUT OPEN FILE='a' PASSWORD='s3cret' NAME=x.",
+               "OUTPUT OPEN FILE='a' PASSWORD=*** NAME=x"},
+        Logged{"Unquoted", "OUTPUT OPEN PASSWORD = s3cret.", "OUTPUT OPEN PASSWORD = ***"},
+        Logged{"WithoutEqualsSign", "OUTPUT OPEN password 's3cret'.", "OUTPUT OPEN password ***"},
+        Logged{"SeveralWords", "OUTPUT OPEN PASSWORD='s3' cret 5 NAME=x.",
+               "OUTPUT OPEN PASSWORD=*** *** *** NAME=x"},
+        Logged{"NoneKeyword", "OUTPUT OPEN PASSWORD=NONE.", "OUTPUT OPEN PASSWORD=NONE"},
+        Logged{"QuotedNoneIsAPassword", "OUTPUT OPEN PASSWORD='NONE'.", "OUTPUT OPEN PASSWORD=***"},
+        Logged{"Unterminated", "OUTPUT OPEN PASSWORD='s3cret.", "OUTPUT OPEN PASSWORD=***"},
+        Logged{"BeforeASubcommand", "OUTPUT SAVE /PASSPROTECT PASSWORD='s' /X 'shown'.",
+               "OUTPUT SAVE /PASSPROTECT PASSWORD=*** /X 'shown'"},
+        Logged{"Twice", "X PASSWORD='a' PASSWORD='b'.", "X PASSWORD=*** PASSWORD=***"},
+        Logged{"Nothing", "OUTPUT OPEN PASSWORD=.", "OUTPUT OPEN PASSWORD="}),
+    [](const auto& tested) { return tested.param.condition; });
+
+TEST(CommandLog, IsUtf8WhateverTheJobsEncoding) {
+  const ScopedEncoding encoding(Encoding::find("windows-1252"));
+  EXPECT_EQ(logOf("OUTPUT NEW NAME=\xe4."), "OUTPUT NEW NAME=\xc3\xa4");
+}
+
+}  // namespace
+}  // namespace vornwout
