@@ -28,6 +28,19 @@ constexpr std::string_view kCommentDetails =
     "and\n"
     "eleven o'clock come as 010 and 011).\n";
 
+constexpr std::string_view kOpenDetails =
+    "The file stands in quotes; its path may start with a file handle. A document is opened "
+    "locked\n"
+    "unless LOCK=NO. A password stands in quotes. The embedded host of this version has no "
+    "files.\n";
+
+constexpr std::string_view kSaveDetails =
+    "The file stands in quotes; its path may start with a file handle. NAME=* is the active "
+    "document, as\n"
+    "is no NAME. A password stands in quotes and is at most 10 bytes long, 20 with "
+    "ENCRYPTEDPW=YES; it is\n"
+    "kept in no log and no trace. The embedded host of this version has no files.\n";
+
 constexpr std::array kCommands = {
     Command{"OUTPUT NEW", "outnew_", outnew_,
             "Makes a new, empty output document, which takes the output from then on.", "",
@@ -47,8 +60,10 @@ constexpr std::array kCommands = {
             "Lists the open output documents and marks the active one.", "", ""},
     Command{"OUTPUT COMMENT", "outcomnt_", outcomnt_, "Writes lines of text into the output.", "",
             kCommentDetails},
-    Command{"OUTPUT OPEN", "outopen_", outopen_, "Opens an output document's file.", "", ""},
-    Command{"OUTPUT SAVE", "outsave_", outsave_, "Saves an output document to a file.", "", ""},
+    Command{"OUTPUT OPEN", "outopen_", outopen_, "Opens an output document's file.", "",
+            kOpenDetails},
+    Command{"OUTPUT SAVE", "outsave_", outsave_, "Saves an output document to a file.", "",
+            kSaveDetails},
     Command{"OUTPUT MODIFY", "outmodify_", nullptr, "Changes objects of output documents.", "", ""},
     Command{"OUTPUT EXPORT", "outexport_", nullptr, "Exports an output document.", "", ""},
     Command{"STB PRINT", "stbprint_", nullptr, "Lists the texts of the string tables.", "", ""},

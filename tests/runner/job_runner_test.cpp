@@ -124,7 +124,7 @@ struct Misnamed {
 TEST(JobRunner, ErrorOfAnUnknownCommandStandsBelowItsOwnHeading) {
   const Misnamed cases[] = {
       {"FREQUENCIES x.", "FREQUENCIES X"},
-      {"output open 'a'.", "OUTPUT OPEN"},
+      {"output export /text.", "OUTPUT EXPORT"},
       {"'text'.", "Messages"},
       {"OUTPUT.", "OUTPUT"},
       {"pr\xC3\xBC"
