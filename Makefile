@@ -6,25 +6,18 @@
 
 PREFIX ?= /usr/local
 FUZZ_SECONDS ?= 3600
-# Ninja where present; a build folder that exists keeps what it was made with.
-ifneq ($(shell command -v ninja),)
-export CMAKE_GENERATOR ?= Ninja
-endif
 
-demo: | dependencies build
+demo:
+	@cmake/install-dependencies.sh build
+	@cmake/build.sh release -DVORN_TESTS=OFF
 	@examples/demo.sh build/release/runner/vornwout
 
 check:
 	@cmake/install-dependencies.sh check
 	@tests/check.sh
 
-.PHONY: dependencies
-dependencies:
-	@cmake/install-dependencies.sh build
-
 build:
-	@cmake --preset release -DVORN_TESTS=$$(test -e /usr/include/gtest/gtest.h -a -e /usr/include/benchmark/benchmark.h && echo ON || echo OFF) >/dev/null
-	@cmake --build --preset release --parallel $$(nproc)
+	@cmake/build.sh release
 
 install: build
 	cmake --install build/release --prefix $(PREFIX)
@@ -33,6 +26,7 @@ bench: build
 	@bench/run.sh build/release/bench
 
 fuzz:
+	@cmake/build.sh fuzzing
 	@fuzz/run.sh $(FUZZ_SECONDS)
 
 tidy:

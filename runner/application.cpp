@@ -69,7 +69,7 @@ void addRun(CLI::App& application, RunOptions& options, Written& written) {
   run->add_option("--encoding", written.encoding, "Character set of the jobs (default UTF-8)")
       ->check(checkEncoding)
       ->type_name("NAME");
-  run->add_option("--language", options.language, "Language of texts and month names (default en)")
+  run->add_option("--language", options.language, "Language of month names (default en)")
       ->check(checkLanguage)
       ->type_name("CODE");
   run->add_option("--handle", written.handles, "File handle that paths may start with")

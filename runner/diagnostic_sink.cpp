@@ -12,7 +12,6 @@ namespace vornwout {
 namespace {
 
 constexpr std::size_t kMostBytesOfCharacter = 4;
-constexpr std::string_view kBlanks = " \t\r\n";
 
 int characterCount(std::string_view text) {
   int count = 0;
@@ -54,16 +53,11 @@ void DiagnosticSink::parserMessage(const ParserMessageRecord& message) {
 }
 
 void DiagnosticSink::outputMessage(const OutputMessageRecord& message) {
-  std::string text = renderText(message.message);
-  if (text.find_first_not_of(kBlanks) == std::string::npos) {
-    // The response was refused, and the host had nothing to say about it.
-    text = "The host refused the command and gave no reason.";
-  }
   SourceSpot spot;
   if (command_ != nullptr && !command_->tokens().empty()) {
     spot = command_->spot(command_->tokens().front());
   }
-  show(message.severity(), spot, text, {});
+  show(message.severity(), spot, message.shownText(), {});
 }
 
 void DiagnosticSink::warnOfText(const Job& job, std::uint32_t offset, std::uint32_t line,

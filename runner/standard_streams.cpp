@@ -16,7 +16,7 @@ namespace vornwout {
 namespace {
 
 /// True when standard output is a pipe or socket that nobody reads any more.
-bool hasReaderLeft() {
+bool readerIsGone() {
   pollfd output{STDOUT_FILENO, 0, 0};
   return poll(&output, 1, 0) == 1 && (output.revents & (POLLERR | POLLHUP)) != 0;
 }
@@ -39,7 +39,7 @@ void prepareStandardStreams() {
 int finishStandardOutput(int status) {
   std::cout.flush();
   if (std::cout) return status;
-  if (hasReaderLeft()) return kExitUsage;
+  if (readerIsGone()) return kExitUsage;
   return refuse("The output could not be written to the end.");
 }
 

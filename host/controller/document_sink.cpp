@@ -71,7 +71,9 @@ void DocumentSink::parserMessage(const ParserMessageRecord& message) {
 }
 
 void DocumentSink::outputMessage(const OutputMessageRecord& message) {
-  addMessage({message.severity(), renderText(withoutSecrets(message.message)), {}});
+  OutputMessageRecord kept = message;
+  kept.message = withoutSecrets(message.message);
+  addMessage({kept.severity(), kept.shownText(), {}});
 }
 
 void DocumentSink::table(const std::shared_ptr<const PivotTable>& table) {

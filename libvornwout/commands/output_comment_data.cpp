@@ -1,10 +1,10 @@
 #include "libvornwout/commands/output_comment_data.h"
 
 #include <algorithm>
-#include <array>
 #include <string_view>
 
 #include "libvornwout/modify/xml_utilities.h"
+#include "platform/pivot/cell_color.h"
 #include "platform/text/multibyte.h"
 
 namespace vornwout {
@@ -161,12 +161,7 @@ bool isCommentColor(const std::string& value) {
   // Deliberately this lenient: one hexadecimal digit among the six characters suffices.
   if (value.starts_with('#') && characterCount(value) == 7 && hasHexDigit(value)) return true;
   // The 26 names are compared exactly, each in two spellings: "Black" is deliberately none of them.
-  static constexpr std::array<std::string_view, 26> kNames = {
-      "black",    "BLACK",   "blue",   "BLUE",   "cyan",  "CYAN",       "DARK_GRAY",
-      "darkGray", "gray",    "GRAY",   "green",  "GREEN", "LIGHT_GRAY", "lightGray",
-      "magenta",  "MAGENTA", "orange", "ORANGE", "pink",  "PINK",       "red",
-      "RED",      "white",   "WHITE",  "yellow", "YELLOW"};
-  return std::find(kNames.begin(), kNames.end(), value) != kNames.end();
+  return namedCellColor(value).has_value();
 }
 
 }  // namespace vornwout

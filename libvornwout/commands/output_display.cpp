@@ -25,6 +25,7 @@ void showDocuments(BpProcedure& procedure, const VornwMsgOutputControllerRespons
     if (document == nullptr) continue;
     // The controller's own index, deliberately not renumbered from 1.
     BpCategory row = names.Category(BpNumber(i, procedure.Count()));
+    // A name is the user's text; "(unnamed)" is ours, as the note is, and may be translated.
     row.Cell(document->name.empty() ? BpString("(unnamed)", true)
                                     : BpString(document->name.view(), false));
     if (document->active) {

@@ -18,6 +18,14 @@ MessageSeverity OutputMessageRecord::severity() const {
   return level == 2 ? MessageSeverity::kWarning : MessageSeverity::kInformation;
 }
 
+std::string OutputMessageRecord::shownText() const {
+  std::string text = renderText(message);
+  if (text.find_first_not_of(" \t\r\n") == std::string::npos) {
+    text = "The host refused the command and gave no reason.";
+  }
+  return text;
+}
+
 OutputSink::~OutputSink() = default;
 
 SinkRegistration::SinkRegistration(OutputSink& sink) : sink_(&sink) { sinks().push_back(sink_); }

@@ -56,6 +56,8 @@ struct OutputMessageRecord {
   int level = 0;
 
   MessageSeverity severity() const;
+  /// The message as every sink shows it. A host's refusal without a text says at least that.
+  std::string shownText() const;
 };
 
 /// A label and a value for the notes of the current procedure.

@@ -373,8 +373,11 @@ std::size_t UniversalParser::findValueEnd(const SubComDescriptor& subcommand,
 bool UniversalParser::endsValue(const SubComDescriptor& subcommand, const ParamDescriptor& param,
                                 std::size_t begin, std::size_t i, bool bracketLeftOpen) const {
   const bool isDeclared = subcommand.findParam(source(i)) != nullptr;
-  // A keyword with its own equals sign is no value, not even as the first token: then the value is
-  // missing. In a bracket that was left open it is the first sure sign of where the value ends.
+  // The first token belongs to the value whatever it is called. A word that is no keyword of the
+  // subcommand but has an equals sign is an unknown keyword, and then the value is missing.
+  if (i == begin && isDeclared) return false;
+  // In a bracket that was left open a keyword with its equals sign is the first sure sign of where
+  // the value ends.
   if (isOperator(i + 1, OperatorCode::kEquals)) return isDeclared || !bracketLeftOpen;
   if (i == begin || bracketLeftOpen) return false;
   // In a list of keywords every word is one of its own.

@@ -101,7 +101,15 @@ class ShapeCheck {
       if (++count == 2) extra = &token;
     }
     if (extra == nullptr) return true;
-    fail(MessageKey::kUnexpectedToken, {command_.text(*extra), param_.name()}, *extra);
+    // In "(50)" and "- 5" it is the mark in front that does not belong there.
+    const bool marked = value_.front().kind == TokenKind::kOperator &&
+                        value_.front().code != OperatorCode::kAll &&
+                        value_.front().code != OperatorCode::kComma;
+    if (marked) extra = &value_.front();
+    // In NAME= LOCK=YES the value is LOCK, which is hardly what was meant.
+    const bool isEquals = extra->code == OperatorCode::kEquals;
+    fail(MessageKey::kUnexpectedToken, {command_.text(*extra), param_.name()}, *extra,
+         isEquals ? "Is the value of " + param_.name() + " missing?" : "");
     return false;
   }
 

@@ -44,7 +44,11 @@ Months makeMonths(std::string_view language, const Encoding& encoding) {
     names[i].toUTF8String(name);
     bool lossless = false;
     months[i] = encoding.fromUtf8(name, &lossless);
-    if (!lossless) months[i] = kEnglishMonths[i];
+    if (!lossless) {
+      // All of them then: a year has one language.
+      std::copy(kEnglishMonths.begin(), kEnglishMonths.end(), months.begin());
+      break;
+    }
   }
   return months;
 }

@@ -219,9 +219,10 @@ void TraceWriter::parserMessage(const ParserMessageRecord& message) {
 }
 
 void TraceWriter::outputMessage(const OutputMessageRecord& record) {
-  const CellText message =
-      secrets_ == Secrets::kShown ? record.message : withoutSecrets(record.message);
-  const std::string shown = renderText(message);
+  OutputMessageRecord kept = record;
+  if (secrets_ == Secrets::kHidden) kept.message = withoutSecrets(record.message);
+  const CellText& message = kept.message;
+  const std::string shown = kept.shownText();
   const bool isNumber = message.kind == CellText::Kind::kNumber;
   TraceLine line("message");
   line.add("by", "output")

@@ -2,58 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 
 namespace vornwout {
 namespace {
 
-struct NamedColor {
-  std::string_view name;
-  Rgb value;
-};
-
 constexpr Rgb kBlack{0, 0, 0};
-constexpr Rgb kDarkGray{64, 64, 64};
-constexpr Rgb kGray{128, 128, 128};
-constexpr Rgb kLightGray{192, 192, 192};
 constexpr Rgb kWhite{255, 255, 255};
-constexpr Rgb kRed{255, 0, 0};
-constexpr Rgb kGreen{0, 255, 0};
-constexpr Rgb kBlue{0, 0, 255};
-constexpr Rgb kCyan{0, 255, 255};
-constexpr Rgb kMagenta{255, 0, 255};
-constexpr Rgb kYellow{255, 255, 0};
-constexpr Rgb kOrange{255, 200, 0};
-constexpr Rgb kPink{255, 175, 175};
-
-constexpr std::array<NamedColor, 26> kNamedColors{{
-    {"black", kBlack},
-    {"BLACK", kBlack},
-    {"blue", kBlue},
-    {"BLUE", kBlue},
-    {"cyan", kCyan},
-    {"CYAN", kCyan},
-    {"DARK_GRAY", kDarkGray},
-    {"darkGray", kDarkGray},
-    {"gray", kGray},
-    {"GRAY", kGray},
-    {"green", kGreen},
-    {"GREEN", kGreen},
-    {"LIGHT_GRAY", kLightGray},
-    {"lightGray", kLightGray},
-    {"magenta", kMagenta},
-    {"MAGENTA", kMagenta},
-    {"orange", kOrange},
-    {"ORANGE", kOrange},
-    {"pink", kPink},
-    {"PINK", kPink},
-    {"red", kRed},
-    {"RED", kRed},
-    {"white", kWhite},
-    {"WHITE", kWhite},
-    {"yellow", kYellow},
-    {"YELLOW", kYellow},
-}};
 
 constexpr std::array<int, 6> kCubeSteps{0, 95, 135, 175, 215, 255};
 
@@ -86,25 +40,7 @@ std::string colorCode(Rgb color, ColorDepth depth, const std::string& selector) 
          std::to_string(color.blue);
 }
 
-std::optional<Rgb> parseHex(std::string_view digits) {
-  std::array<std::uint8_t, 3> parts{};
-  for (std::size_t i = 0; i < parts.size(); ++i) {
-    const char* first = digits.data() + 2 * i;
-    const auto [stop, error] = std::from_chars(first, first + 2, parts[i], 16);
-    if (error != std::errc() || stop != first + 2) return std::nullopt;
-  }
-  return Rgb{parts[0], parts[1], parts[2]};
-}
-
 }  // namespace
-
-std::optional<Rgb> parseColor(std::string_view text) {
-  if (text.size() == 7 && text[0] == '#') return parseHex(text.substr(1));
-  const auto* found = std::find_if(kNamedColors.begin(), kNamedColors.end(),
-                                   [&](const NamedColor& color) { return color.name == text; });
-  if (found == kNamedColors.end()) return std::nullopt;
-  return found->value;
-}
 
 int nearestPaletteColor(Rgb color) {
   const int red = nearestStep(color.red);

@@ -1,27 +1,13 @@
-// Colours of table cells on a terminal: names and "#rrggbb" to values, values to SGR codes.
-//
-// The names are those that the comment command accepts, compared exactly. That command also accepts
-// a "#" value with other characters in it; such a value has no colour, and nothing is coloured.
+// Colours on a terminal: values to SGR codes, and what is readable on what.
 #pragma once
 
-#include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
+#include "platform/pivot/cell_color.h"
 #include "runner/terminal/style.h"
 
 namespace vornwout {
-
-struct Rgb {
-  std::uint8_t red = 0;
-  std::uint8_t green = 0;
-  std::uint8_t blue = 0;
-  friend bool operator==(const Rgb&, const Rgb&) = default;
-};
-
-/// The value of a colour name or of "#rrggbb"; nothing for any other text.
-std::optional<Rgb> parseColor(std::string_view text);
 
 /// The nearest colour of the 256-colour palette: of its cube (16 to 231) and its greys (232 to
 /// 255). The first 16 are never used, for they are what the user has set them to.

@@ -190,8 +190,8 @@ std::string styleCodes(const CellStyle& cell, ColorDepth depth) {
     codes += code;
   };
   if (cell.bold) add(std::string(kBold));
-  const std::optional<Rgb> background = parseColor(cell.backgroundColor);
-  std::optional<Rgb> foreground = parseColor(cell.textColor);
+  const std::optional<Rgb> background = parseCellColor(cell.backgroundColor);
+  std::optional<Rgb> foreground = parseCellColor(cell.textColor);
   // The terminal's own text colour may be unreadable on a background that it does not know.
   if (background && !foreground) foreground = readableOn(*background);
   if (foreground) add(foregroundCode(*foreground, depth));

@@ -63,8 +63,9 @@ TEST(Catalogue, DocumentsEveryRemedyOfARow) {
             "Put the values between ( and ).");
   EXPECT_EQ(documentedRemedy(messageEntry(MessageKey::kWrongValueType)),
             "NAME: A document name is one word that starts with a letter and goes on with letters, "
-            "digits and . _ $ # @. FILE, OUTFILE, DOCUMENTFILE, IMAGEROOT: The name of a file "
-            "stands in quotes. Others: A text of several words stands in quotes.");
+            "digits and . _ $ # @; OUTPUT ACTIVATE and CLOSE also take *, CLOSE also ALL. "
+            "FILE, OUTFILE, DOCUMENTFILE, IMAGEROOT: The name of a file stands in quotes. Others: "
+            "A text of several words stands in quotes.");
 }
 
 TEST(Catalogue, OnlyTwoRowsAreWarnings) {

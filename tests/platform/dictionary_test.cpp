@@ -61,7 +61,7 @@ TEST(DictionaryTest, monthsComeInTheCurrentEncodingOrInEnglish) {
   {
     const ScopedEncoding encoding(Encoding::find("windows-1252"));
     EXPECT_EQ(german.LookUp("TFOMarch"), "M\xE4rz");
-    EXPECT_EQ(polish.LookUp("TFOMarch"), "marzec");
+    EXPECT_EQ(polish.LookUp("TFOMarch"), "March") << "no year has months in two languages";
     EXPECT_EQ(polish.LookUp("TFOJanuary"), "January");
     EXPECT_EQ(japanese.LookUp("TFOMarch"), "March");
   }

@@ -5,52 +5,6 @@
 namespace vornwout {
 namespace {
 
-struct ColorCase {
-  const char* text;
-  std::optional<Rgb> value;
-};
-
-TEST(Color, NamesAndHexValuesAreKnownExactly) {
-  const ColorCase cases[] = {
-      {"black", Rgb{0, 0, 0}},
-      {"BLACK", Rgb{0, 0, 0}},
-      {"blue", Rgb{0, 0, 255}},
-      {"BLUE", Rgb{0, 0, 255}},
-      {"cyan", Rgb{0, 255, 255}},
-      {"CYAN", Rgb{0, 255, 255}},
-      {"darkGray", Rgb{64, 64, 64}},
-      {"DARK_GRAY", Rgb{64, 64, 64}},
-      {"gray", Rgb{128, 128, 128}},
-      {"GRAY", Rgb{128, 128, 128}},
-      {"green", Rgb{0, 255, 0}},
-      {"GREEN", Rgb{0, 255, 0}},
-      {"lightGray", Rgb{192, 192, 192}},
-      {"LIGHT_GRAY", Rgb{192, 192, 192}},
-      {"magenta", Rgb{255, 0, 255}},
-      {"MAGENTA", Rgb{255, 0, 255}},
-      {"orange", Rgb{255, 200, 0}},
-      {"ORANGE", Rgb{255, 200, 0}},
-      {"pink", Rgb{255, 175, 175}},
-      {"PINK", Rgb{255, 175, 175}},
-      {"red", Rgb{255, 0, 0}},
-      {"RED", Rgb{255, 0, 0}},
-      {"white", Rgb{255, 255, 255}},
-      {"WHITE", Rgb{255, 255, 255}},
-      {"yellow", Rgb{255, 255, 0}},
-      {"YELLOW", Rgb{255, 255, 0}},
-      {"#12aBfF", Rgb{0x12, 0xab, 0xff}},
-      {"", std::nullopt},
-      {"Black", std::nullopt},
-      {"#12345z", std::nullopt},
-      {"#-1-1-1", std::nullopt},
-      {"#12345", std::nullopt},
-      {"#1234567", std::nullopt},
-      {"# 1 2 3", std::nullopt},
-      {"123456", std::nullopt},
-  };
-  for (const ColorCase& c : cases) EXPECT_EQ(parseColor(c.text), c.value) << c.text;
-}
-
 TEST(Color, NearestOfThePaletteIsExactWhereThePaletteHasIt) {
   EXPECT_EQ(nearestPaletteColor({0, 0, 0}), 16);
   EXPECT_EQ(nearestPaletteColor({255, 255, 255}), 231);

@@ -1,9 +1,12 @@
 #include "runner/help_text.h"
 
+#include <algorithm>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "platform/message/catalogue.h"
+#include "platform/pivot/cell_color.h"
 
 namespace vornwout {
 namespace {
@@ -60,6 +63,14 @@ TEST(HelpText, MessagesAreATableWithEveryRowOfTheCatalogue) {
   const std::string table = messageReference();
   for (const MessageEntry& entry : messageCatalogue()) {
     EXPECT_THAT(table, HasSubstr("\n| `" + std::string(entry.operation) + "` | "));
+  }
+}
+
+TEST(HelpText, OfTheCommentNamesEveryColor) {
+  std::string details(findCommand("OUTPUT COMMENT")->details);
+  std::replace(details.begin(), details.end(), '\n', ' ');
+  for (const NamedColor& color : cellColorNames()) {
+    EXPECT_NE(details.find(" " + std::string(color.name)), std::string::npos) << color.name;
   }
 }
 
