@@ -37,7 +37,7 @@ suite() {
   local status=$? good bad
   good=$(sed -nE 's/^\[  PASSED  \] ([0-9]+) tests?\.$/\1/p; s/^([0-9]+) passed, [0-9]+ failed$/\1/p' "$log/suite" | tail -n 1)
   bad=$(sed -nE 's/^\[  FAILED  \] ([0-9]+) tests?, listed below:$/\1/p; s/^[0-9]+ passed, ([0-9]+) failed$/\1/p' "$log/suite" | tail -n 1)
-  grep -hE '^\[  SKIPPED \]' "$log/suite" | sort -u
+  grep -h -A 1 ': Skipped$' "$log/suite"
   good=${good:-0}
   bad=${bad:-0}
   # A program that died, or ran nothing, is a failure whatever it printed.

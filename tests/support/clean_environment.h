@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdlib>
+#include <initializer_list>
 
 namespace vornwout {
 
