@@ -7,9 +7,7 @@
 
 namespace vornwout {
 
-/// The command as written, in UTF-8, with "***" in place of every password: whatever stands behind
-/// the word PASSWORD, quoted or not, save the keyword NONE. It works on tokens, not on parsed
-/// values, so that a command that is refused gives nothing away either.
+/// The command as written, in UTF-8, with "***" in place of every token that is a password.
 std::string commandLogText(const TokenizedCommand& command);
 
 }  // namespace vornwout

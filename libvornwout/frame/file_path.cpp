@@ -12,7 +12,8 @@ namespace {
 /// A drive letter counts as absolute here as well: paths may come from any system's job.
 bool isRelative(const std::string& path) {
   const bool rooted = path.starts_with('\\') || path.starts_with('/');
-  return !rooted && !(path.size() > 1 && path[1] == ':');
+  const auto first = static_cast<std::size_t>(VORNMBmbclen_A(path.c_str()));
+  return !rooted && !(path.size() > first && path[first] == ':');
 }
 
 }  // namespace

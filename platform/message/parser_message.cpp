@@ -49,9 +49,16 @@ std::string forgottenPeriodHint() {
          " begins a command: does the one before it lack its period?";
 }
 
-std::vector<std::string> inUtf8(std::vector<std::string> texts) {
-  for (std::string& text : texts) text = currentToUtf8(text);
-  return texts;
+/// The arguments as sinks take them: in UTF-8, and without a password that they would repeat.
+std::vector<std::string> forSinks(std::vector<std::string> arguments) {
+  CurrentCommand* command = CurrentCommand::current();
+  for (std::string& argument : arguments) {
+    const bool isSecret =
+        command != nullptr && !argument.empty() &&
+        std::count(command->secrets().begin(), command->secrets().end(), argument) > 0;
+    argument = isSecret ? kHiddenSecret : currentToUtf8(argument);
+  }
+  return arguments;
 }
 
 std::string joined(const std::vector<std::string>& names) {
@@ -163,7 +170,7 @@ void ParserMessage::report(MessageKey key, std::vector<std::string> arguments,
   ParserMessageRecord record;
   record.operation = entry.operation;
   record.severity = entry.severity;
-  record.arguments = inUtf8(std::move(arguments));
+  record.arguments = forSinks(std::move(arguments));
   if (key == MessageKey::kSubComRequired) {
     const bool one = record.arguments.size() == 1;
     record.text = fill(one ? entry.shortText : entry.text, {joined(record.arguments)});
@@ -189,7 +196,7 @@ void ParserMessage::reportGeneric(MessageKey key, const std::string& text,
   record.operation = entry.operation;
   record.severity = entry.severity;
   record.messageTemplate = currentToUtf8(text);
-  record.arguments = inUtf8(std::move(arguments));
+  record.arguments = forSinks(std::move(arguments));
   record.text = fill(record.messageTemplate, record.arguments);
   send(record, currentSpot());
 }

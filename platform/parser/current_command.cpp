@@ -1,8 +1,10 @@
 #include "platform/parser/current_command.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/parser/command_names.h"
+#include "platform/parser/secret_tokens.h"
 
 namespace vornwout {
 namespace {
@@ -40,6 +42,16 @@ const Token* CurrentCommand::strayCommand() const {
     ++i;
   }
   return strayCommand_.emplace(i < tokens.size() ? &tokens[i] : nullptr);
+}
+
+const std::vector<std::string>& CurrentCommand::secrets() {
+  if (secrets_) return *secrets_;
+  std::vector<std::string> texts;
+  const std::vector<bool> secret = passwordTokens(*command_);
+  for (std::size_t i = 0; i < secret.size(); ++i) {
+    if (secret[i]) texts.push_back(command_->text(command_->tokens()[i]));
+  }
+  return secrets_.emplace(std::move(texts));
 }
 
 }  // namespace vornwout

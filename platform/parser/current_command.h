@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <optional>
 #include <span>
+#include <string>
+#include <vector>
 
 #include "platform/parser/token.h"
 
@@ -28,6 +30,9 @@ class CurrentCommand {
   /// The tokens behind the command's name.
   std::span<const Token> argumentTokens() const;
 
+  /// The texts of the command's passwords, which no message may repeat; found once.
+  const std::vector<std::string>& secrets();
+
   /// Remembers what is being read, so that a message about it can name its place.
   void noteRead(const Token* token) { lastRead_ = token; }
   /// Where what was read last stands, else the command itself.
@@ -42,6 +47,7 @@ class CurrentCommand {
   const TokenizedCommand* command_;
   std::size_t nameTokens_;
   const Token* lastRead_ = nullptr;
+  std::optional<std::vector<std::string>> secrets_;
   CurrentCommand* previous_;
   mutable std::optional<const Token*> strayCommand_;
 };

@@ -380,10 +380,8 @@ bool UniversalParser::endsValue(const SubComDescriptor& subcommand, const ParamD
   // the value ends.
   if (isOperator(i + 1, OperatorCode::kEquals)) return isDeclared || !bracketLeftOpen;
   if (i == begin || bracketLeftOpen) return false;
-  // In a list of keywords every word is one of its own.
-  if (subcommand.spec() == UPSpecTypes::kKeywordList && param.spec() == UPSpecTypes::kNoValue) {
-    return true;
-  }
+  // Behind a keyword that takes no value, and behind an unknown word, every word is one of its own.
+  if (param.spec() == UPSpecTypes::kNoValue) return true;
   // A list in brackets ends with its bracket.
   const bool listIsClosed = param.brackets() != UPSpecTypes::kBracketsRaw &&
                             isOperator(begin, OperatorCode::kLeftBracket);

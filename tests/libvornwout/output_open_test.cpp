@@ -67,6 +67,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Field{"RelativePath", "FILE='out/a.qxv'", "\\srv\\jobs\\out\\a.qxv", "", 1, 0, ""},
         Field{"DriveLetter", "FILE='C:/a.qxv'", "C:\\a.qxv", "", 1, 0, ""},
+        Field{"ColonAsSecondCharacter", "FILE='\xC3\xA9:/a.qxv'", "\xC3\xA9:\\a.qxv", "", 1, 0, ""},
         Field{"Backslash", "FILE='\\a/b.qxv'", "\\a\\b.qxv", "", 1, 0, ""},
         Field{"FileHandle", "FILE='reports/a.qxv'", "\\srv\\reports\\a.qxv", "", 1, 0, ""},
         Field{"Name", "FILE='/a' NAME=doc1", "\\a", "doc1", 1, 0, ""},

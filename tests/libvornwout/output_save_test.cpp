@@ -132,6 +132,18 @@ TEST_F(OutputSave, MarksThePasswordOfAMessageAsSecret) {
   EXPECT_EQ(renderText(withoutSecrets(saved.outputMessages[0].message)), tooLong("***"));
 }
 
+TEST_F(OutputSave, RepeatsNoPasswordInAMessageOfTheParser) {
+  for (const char* protection : {"PASSWORD='a' 's3cret'", "PASSWORD=my s3cret", "'s3cret'",
+                                 "PASSWORD=x/s3cret", "PASSWORD=-5s3cret"}) {
+    const CommandRun saved = run(std::string("OUTFILE='/a' /PASSPROTECT ") + protection);
+    EXPECT_THAT(saved.parserMessages, testing::Not(IsEmpty())) << protection;
+    for (const ParserMessageRecord& message : saved.parserMessages) {
+      EXPECT_EQ(message.text.find("s3cret"), std::string::npos) << message.text;
+      for (const std::string& argument : message.arguments) EXPECT_NE(argument, "s3cret");
+    }
+  }
+}
+
 TEST_F(OutputSave, ExpandsHandlesAndRelativePaths) {
   run("OUTFILE='reports/a.qxv'");
   run("OUTFILE='out/a.qxv'");
