@@ -2,7 +2,6 @@
 
 #include <vector>
 
-#include "libvornwout/frame/constants.h"
 #include "libvornwout/frame/file_path.h"
 #include "platform/files/file_specification.h"
 
@@ -22,13 +21,6 @@ std::string quotedTokens(const ParamObj& value) {
 }
 
 }  // namespace
-
-ParamDescriptor yesOrNo(const char* keyword) {
-  ParamDescriptor param(keyword, UPSpecTypes::kDeclaredValue, false, true);
-  param.addStringValue(kYes);
-  param.addStringValue(kNo);
-  return param;
-}
 
 std::optional<std::string> readDocumentPath(const ParamObj& file, const ParserMessage& messages) {
   std::string path = file.getStringToken();

@@ -1,4 +1,4 @@
-// What OUTPUT OPEN and OUTPUT SAVE declare and read in the same way: flags, the file, the password.
+// The values that OUTPUT OPEN and OUTPUT SAVE read in the same way: the file and the password.
 #pragma once
 
 #include <optional>
@@ -8,9 +8,6 @@
 #include "platform/parser/command_spec.h"
 
 namespace vornwout {
-
-/// A keyword whose value is YES or NO.
-ParamDescriptor yesOrNo(const char* keyword);
 
 /// Reads a file specification that must be quoted: file handles are replaced and the path is made
 /// what the output controller is sent. Nothing after reporting a value that is no quoted text.

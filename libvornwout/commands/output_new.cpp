@@ -2,6 +2,7 @@
 #include "libvornwout/frame/command_frame.h"
 #include "libvornwout/frame/constants.h"
 #include "libvornwout/frame/output_request.h"
+#include "libvornwout/frame/yes_or_no.h"
 #include "platform/files/document_name.h"
 #include "vornwout/entry_points.h"
 
@@ -15,10 +16,7 @@ void declareGrammar(CommandDescriptor& grammar) {
   type.addStringValue(kDraft);
   main.addParamDesc(type);
   main.addParamDesc(kKeywordName, UPSpecTypes::kDeclaredValue, false, true);
-  ParamDescriptor minimized(kKeywordMinimized, UPSpecTypes::kDeclaredValue, false, true);
-  minimized.addStringValue(kYes);
-  minimized.addStringValue(kNo);
-  main.addParamDesc(minimized);
+  main.addParamDesc(yesOrNo(kKeywordMinimized));
   grammar.addSubComDesc(main);
 }
 

@@ -3,6 +3,7 @@
 #include "libvornwout/frame/command_frame.h"
 #include "libvornwout/frame/constants.h"
 #include "libvornwout/frame/output_request.h"
+#include "libvornwout/frame/yes_or_no.h"
 #include "vornwout/entry_points.h"
 
 namespace vornwout {

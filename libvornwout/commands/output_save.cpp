@@ -7,6 +7,7 @@
 #include "libvornwout/frame/constants.h"
 #include "libvornwout/frame/output_commands.h"
 #include "libvornwout/frame/output_request.h"
+#include "libvornwout/frame/yes_or_no.h"
 #include "vornwout/entry_points.h"
 
 namespace vornwout {
