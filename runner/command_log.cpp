@@ -6,11 +6,11 @@
 
 namespace vornwout {
 
-std::string commandLogText(const TokenizedCommand& command) {
+std::string commandLogText(const TokenizedCommand& command, const CommandDescriptor* grammar) {
   const std::vector<Token>& tokens = command.tokens();
   const std::string_view source = command.source();
   if (tokens.empty()) return currentToUtf8(source);
-  const std::vector<bool> secret = passwordTokens(command);
+  const std::vector<bool> secret = secretTokens(command, grammar);
   const std::size_t sourceBegin = tokens.front().offset;
   std::string text;
   std::size_t copied = 0;  // of the source

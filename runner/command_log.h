@@ -7,7 +7,10 @@
 
 namespace vornwout {
 
-/// The command as written, in UTF-8, with "***" in place of every token that is a password.
-std::string commandLogText(const TokenizedCommand& command);
+class CommandDescriptor;
+
+/// The command as written, in UTF-8, with "***" in place of every token that is secret. Null for
+/// `grammar` when there is no such command.
+std::string commandLogText(const TokenizedCommand& command, const CommandDescriptor* grammar);
 
 }  // namespace vornwout

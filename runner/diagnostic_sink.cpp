@@ -5,7 +5,12 @@
 #include <sstream>
 #include <string_view>
 #include <utility>
+#include <vector>
 
+#include "platform/parser/current_command.h"
+#include "platform/parser/secret_tokens.h"
+#include "platform/parser/tokenizer.h"
+#include "platform/pivot/cell_text.h"
 #include "platform/text/encoding.h"
 
 namespace vornwout {
@@ -21,19 +26,56 @@ int characterCount(std::string_view text) {
   return count;
 }
 
+/// The first token that ends behind a byte of the job. Tokens stand in the order of their places.
+std::vector<Token>::const_iterator tokenAt(const std::vector<Token>& tokens, std::size_t offset) {
+  return std::partition_point(tokens.begin(), tokens.end(), [offset](const Token& token) {
+    return token.offset + token.length <= offset;
+  });
+}
+
+/// The bytes [begin, end) of the job with "***" in place of what is secret.
+std::string withoutSecrets(const TokenizedCommand& command, const std::vector<bool>& secret,
+                           std::size_t begin, std::size_t end) {
+  const std::vector<Token>& tokens = command.tokens();
+  std::string shown;
+  for (auto token = tokenAt(tokens, begin); token != tokens.end() && token->offset < end; ++token) {
+    if (!secret[static_cast<std::size_t>(token - tokens.begin())]) continue;
+    if (token->offset > begin) shown += command.jobText().substr(begin, token->offset - begin);
+    shown += kHiddenSecret;
+    begin = std::min<std::size_t>(end, token->offset + token->length);
+  }
+  return shown.append(command.jobText().substr(begin, end - begin));
+}
+
 /// Fills in the place, the source line and the length of the offender.
-void describe(Diagnostic& diagnostic, const TokenizedCommand& command, const SourceSpot& spot,
-              int reach) {
+void describe(Diagnostic& diagnostic, const TokenizedCommand& command,
+              const std::vector<bool>& secret, const SourceSpot& spot, int reach) {
   diagnostic.place = spot.place;
   if (spot.length == 0) return;
   // No character has more bytes, and more characters than these are never shown.
   const std::size_t bytes = static_cast<std::size_t>(reach) * kMostBytesOfCharacter;
   const TokenizedCommand::LinePart part = command.partOfLine(
       static_cast<std::uint32_t>(spot.offset), static_cast<std::uint32_t>(spot.place.line), bytes);
-  diagnostic.sourceLine = {currentToUtf8(part.text), part.column, part.isCutBefore,
+  const auto begin = static_cast<std::size_t>(part.text.data() - command.jobText().data());
+  const std::size_t end = begin + part.text.size();
+  // What stands inside a secret is shown at its beginning.
+  std::size_t split = spot.offset;
+  const auto token = tokenAt(command.tokens(), split);
+  if (token != command.tokens().end() && token->offset < split &&
+      secret[static_cast<std::size_t>(token - command.tokens().begin())]) {
+    split = std::max<std::size_t>(begin, token->offset);
+  }
+  const std::string before = withoutSecrets(command, secret, begin, split);
+  const std::string behind = withoutSecrets(command, secret, split, end);
+  // The place stays that of the job; in the line it lies behind what is shown of it. Characters are
+  // counted anew only where there are others now.
+  const bool isAsWritten = split == spot.offset && part.text.substr(0, split - begin) == before;
+  const int column = isAsWritten ? part.column : spot.place.column - characterCount(before);
+  diagnostic.sourceLine = {currentToUtf8(before + behind), column, part.isCutBefore,
                            part.isCutAfter};
+  const std::size_t length = std::min({spot.length, bytes, command.jobText().size() - spot.offset});
   diagnostic.length =
-      characterCount(command.jobText().substr(spot.offset, std::min(spot.length, bytes)));
+      characterCount(withoutSecrets(command, secret, spot.offset, spot.offset + length));
 }
 
 }  // namespace
@@ -45,10 +87,18 @@ DiagnosticSink::DiagnosticSink(std::ostream& out, const TerminalStyle& style,
 void DiagnosticSink::setSource(const Job* job, const TokenizedCommand* command) {
   job_ = job;
   command_ = command;
+  guessedSecrets_.reset();
+}
+
+const std::vector<bool>& DiagnosticSink::secrets() {
+  const CurrentCommand* current = CurrentCommand::current();
+  if (current != nullptr && &current->command() == command_) return current->secretTokens();
+  if (!guessedSecrets_) guessedSecrets_ = secretTokens(*command_, nullptr);
+  return *guessedSecrets_;
 }
 
 void DiagnosticSink::parserMessage(const ParserMessageRecord& message) {
-  show(message.severity, {message.place, message.offset, message.length}, message.text,
+  show(message.severity, {message.place, message.offset, message.length}, message.briefText(),
        message.remedy);
 }
 
@@ -57,18 +107,24 @@ void DiagnosticSink::outputMessage(const OutputMessageRecord& message) {
   if (command_ != nullptr && !command_->tokens().empty()) {
     spot = command_->spot(command_->tokens().front());
   }
-  show(message.severity(), spot, message.shownText(), {});
+  show(message.severity(), spot, message.briefText(), {});
 }
 
 void DiagnosticSink::warnOfText(const Job& job, std::uint32_t offset, std::uint32_t line,
                                 const std::string& text, const std::string& help) {
-  const TokenizedCommand whole(job.text);
+  // The line is shown as it is in a message of the command that it stands in.
+  Tokenizer tokenizer(job.text);
+  TokenizedCommand command(job.text);
+  while (tokenizer.next(command)) {
+    if (!command.tokens().empty() && command.tokens().back().line >= line) break;
+  }
   Diagnostic diagnostic;
   diagnostic.file = job.name;
   diagnostic.severity = MessageSeverity::kWarning;
   diagnostic.text = text;
   diagnostic.help = help;
-  describe(diagnostic, whole, {whole.place(offset, line), offset, 1}, excerptReach(style_));
+  describe(diagnostic, command, secretTokens(command, nullptr),
+           {command.place(offset, line), offset, 1}, excerptReach(style_));
   write(diagnostic);
 }
 
@@ -80,7 +136,9 @@ void DiagnosticSink::show(MessageSeverity severity, const SourceSpot& spot, cons
   diagnostic.severity = severity;
   diagnostic.text = text;
   diagnostic.help = std::string(remedy);
-  if (command_ != nullptr) describe(diagnostic, *command_, spot, excerptReach(style_));
+  if (command_ != nullptr) {
+    describe(diagnostic, *command_, secrets(), spot, excerptReach(style_));
+  }
   write(diagnostic);
 }
 

@@ -1,11 +1,16 @@
 // Shows the messages of a run on standard error and counts them.
+//
+// A message comes with the line of the job that it is about, in which secrets are hidden as they
+// are in the message.
 #pragma once
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/adapter/output_sink.h"
 #include "platform/parser/token.h"
@@ -37,6 +42,8 @@ class DiagnosticSink : public OutputSink {
   int warnings() const { return warnings_; }
 
  private:
+  /// Which tokens of the command that messages are about are secret.
+  const std::vector<bool>& secrets();
   void show(MessageSeverity severity, const SourceSpot& spot, const std::string& text,
             std::string_view remedy);
   void write(const Diagnostic& diagnostic);
@@ -46,6 +53,7 @@ class DiagnosticSink : public OutputSink {
   std::function<void()> beforeMessage_;
   const Job* job_ = nullptr;
   const TokenizedCommand* command_ = nullptr;
+  std::optional<std::vector<bool>> guessedSecrets_;  ///< where the command is not being carried out
   int errors_ = 0;
   int warnings_ = 0;
 };

@@ -11,7 +11,9 @@
 #include "platform/message/parser_message.h"
 #include "platform/parser/command_names.h"
 #include "platform/parser/current_command.h"
+#include "platform/parser/grammar_capture.h"
 #include "platform/parser/lexical_error.h"
+#include "platform/parser/secret_tokens.h"
 #include "platform/parser/tokenizer.h"
 #include "platform/parser/value_shape.h"
 #include "platform/text/encoding.h"
@@ -33,23 +35,25 @@ std::vector<std::string_view> commandNames() {
 }
 
 /// What a user wrote for the name of a command that there is not.
-std::string nameAsWritten(const TokenizedCommand& command) {
+MessageArgument nameAsWritten(const TokenizedCommand& command) {
   const std::vector<Token>& tokens = command.tokens();
-  std::string name(command.sourceText(tokens[0]));
+  MessageArgument name = MessageArgument::ofSource(command, tokens[0]);
   if (tokens.size() < kNameTokens || tokens[1].kind != TokenKind::kWord) return name;
   // A subcommand's name follows its slash directly.
-  if (tokens[0].code != OperatorCode::kSlash) name += ' ';
-  return name.append(command.sourceText(tokens[1]));
+  if (tokens[0].code != OperatorCode::kSlash) name += " ";
+  name += MessageArgument::ofSource(command, tokens[1]);
+  return name;
 }
 
 /// The command's name for the document: one of the language's, or the words as written where there
 /// is no such command; empty where it does not start with a word.
 std::string nameForLog(const Command* known, const TokenizedCommand& command) {
   if (known != nullptr) return std::string(known->name);
+  const std::vector<bool> secret = secretTokens(command, nullptr);
   std::string name;
   for (std::size_t i = 0; i < kNameTokens && i < command.tokens().size(); ++i) {
     const Token& token = command.tokens()[i];
-    if (token.kind != TokenKind::kWord) break;
+    if (token.kind != TokenKind::kWord || secret[i]) break;
     if (i > 0) name += ' ';
     name += toUpperCase(command.sourceText(token));
   }
@@ -58,16 +62,19 @@ std::string nameForLog(const Command* known, const TokenizedCommand& command) {
 
 }  // namespace
 
-void JobRunner::run(const Job& job) {
+bool JobRunner::run(const Job& job) {
   const ScopedCommandNames names(commandNames());
   warnOfForeignByte(job);
   Tokenizer tokenizer(job.text);
   TokenizedCommand command;
-  while (tokenizer.next(command)) {
+  bool isOver = false;
+  while (!isOver && tokenizer.next(command)) {
     diagnostics_.setSource(&job, &command);
     runCommand(command);
+    isOver = isOver_();
   }
   diagnostics_.setSource(nullptr, nullptr);
+  return !isOver;
 }
 
 void JobRunner::warnOfForeignByte(const Job& job) {
@@ -85,7 +92,7 @@ void JobRunner::runCommand(const TokenizedCommand& command) {
   const Command* known = findCommand(command);
   // Before anything is reported: a message belongs below its own command, whether that runs or not.
   if (host_ != nullptr) {
-    host_->setCommandLog(nameForLog(known, command), commandLogText(command));
+    host_->setCommandLog(nameForLog(known, command), commandLogText(command, grammarFor(known)));
   }
   if (command.tokens().empty()) {
     // Only a lexical error, such as a comment without end, comes without tokens.
@@ -104,13 +111,20 @@ void JobRunner::reportUnknown(const TokenizedCommand& command) {
     if (const Command* known = findCommand(command)) {
       messages.report(MessageKey::kCommandNotIncluded, {std::string(known->name)});
     } else {
-      const std::string name = nameAsWritten(command);
+      const MessageArgument name = nameAsWritten(command);
       const bool isSubcommand = command.tokens().front().code == OperatorCode::kSlash;
       messages.report(MessageKey::kUnknownCommand, {name}, std::nullopt,
-                      isSubcommand ? kEndedBefore : suggestion(name, commandNames()));
+                      isSubcommand ? kEndedBefore : suggestion(name.text(), commandNames()));
     }
   }
   reportLexicalErrors(messages, command);
+}
+
+const CommandDescriptor* JobRunner::grammarFor(const Command* known) {
+  if (known == nullptr || known->run == nullptr) return nullptr;
+  auto grammar = grammars_.find(known);
+  if (grammar == grammars_.end()) grammar = grammars_.emplace(known, grammarOf(known->run)).first;
+  return &grammar->second;
 }
 
 void JobRunner::callEntry(const Command& known, const TokenizedCommand& command) {

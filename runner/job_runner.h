@@ -4,6 +4,11 @@
 // and an exception that leaves an entry point is reported here.
 #pragma once
 
+#include <functional>
+#include <map>
+#include <utility>
+
+#include "platform/parser/descriptor.h"
 #include "platform/parser/token.h"
 #include "platform/trace/trace_writer.h"
 #include "runner/command_table.h"
@@ -17,22 +22,29 @@ class EmbeddedHost;
 class JobRunner {
  public:
   /// `trace` and `host` may be null; `host` is told of every command so that it can keep its log.
-  JobRunner(DiagnosticSink& diagnostics, TraceWriter* trace, EmbeddedHost* host)
-      : diagnostics_(diagnostics), trace_(trace), host_(host) {}
+  /// `isOver` is asked behind every command; once it is true no other is run.
+  JobRunner(
+      DiagnosticSink& diagnostics, TraceWriter* trace, EmbeddedHost* host,
+      std::function<bool()> isOver = [] { return false; })
+      : diagnostics_(diagnostics), trace_(trace), host_(host), isOver_(std::move(isOver)) {}
 
   /// Runs all commands of a job whose text is in the current encoding; warns of the first byte that
-  /// the encoding does not know.
-  void run(const Job& job);
+  /// the encoding does not know. False when the run is over before the job is.
+  bool run(const Job& job);
 
  private:
   void warnOfForeignByte(const Job& job);
   void runCommand(const TokenizedCommand& command);
   void reportUnknown(const TokenizedCommand& command);
   void callEntry(const Command& known, const TokenizedCommand& command);
+  /// The grammar of a command; null for one that there is not.
+  const CommandDescriptor* grammarFor(const Command* known);
 
   DiagnosticSink& diagnostics_;
   TraceWriter* trace_;
   EmbeddedHost* host_;
+  std::function<bool()> isOver_;
+  std::map<const Command*, CommandDescriptor> grammars_;  ///< of the commands that have run
 };
 
 }  // namespace vornwout

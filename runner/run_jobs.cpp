@@ -120,8 +120,10 @@ int runAll(const RunOptions& options, const std::vector<Job>& jobs, Hosts& hosts
   if (adapter != nullptr && trace != nullptr) adapter = &tracing.emplace(*adapter, *trace);
   const AdapterRegistration adapterRegistration(adapter);
 
-  JobRunner runner(diagnostics, trace, hosts.embedded ? &*hosts.embedded : nullptr);
-  for (const Job& job : jobs) runner.run(job);
+  JobRunner runner(diagnostics, trace, hosts.embedded ? &*hosts.embedded : nullptr, readerHasLeft);
+  for (const Job& job : jobs) {
+    if (!runner.run(job)) break;
+  }
   if (trace != nullptr && trace->failed()) {
     return refuse("The trace could not be written to the end: " + trace->error() + ".");
   }

@@ -15,11 +15,10 @@
 namespace vornwout {
 namespace {
 
-/// True when standard output is a pipe or socket that nobody reads any more.
-bool readerIsGone() {
-  pollfd output{STDOUT_FILENO, 0, 0};
-  return poll(&output, 1, 0) == 1 && (output.revents & (POLLERR | POLLHUP)) != 0;
-}
+using SignalHandler = void (*)(int);
+
+/// What the program was started with for the signal of a reader that leaves.
+SignalHandler inheritedHandler = SIG_DFL;
 
 }  // namespace
 
@@ -33,13 +32,22 @@ void prepareStandardStreams() {
       throw std::system_error(errno, std::generic_category(), "a closed standard stream");
     }
   }
-  std::signal(SIGPIPE, SIG_IGN);
+  inheritedHandler = std::signal(SIGPIPE, SIG_IGN);
+}
+
+bool readerHasLeft() {
+  if (std::cout) return false;
+  pollfd output{STDOUT_FILENO, 0, 0};
+  return poll(&output, 1, 0) == 1 && (output.revents & (POLLERR | POLLHUP)) != 0;
 }
 
 int finishStandardOutput(int status) {
   std::cout.flush();
   if (std::cout) return status;
-  if (readerIsGone()) return kExitUsage;
+  if (readerHasLeft() && inheritedHandler == SIG_DFL) {
+    std::signal(SIGPIPE, SIG_DFL);
+    std::raise(SIGPIPE);
+  }
   return refuse("The output could not be written to the end.");
 }
 

@@ -2,8 +2,9 @@
 //
 // A program may be started with descriptors 0 to 2 closed. The next file that it opened would take
 // such a number, and what is written for a reader would land in that file. And a reader that has
-// seen enough, as `head` has, ends a writer by a signal unless that is ignored; a run is not ended,
-// for what its commands do to documents and files does not hang on who watches.
+// seen enough, as `head` has, ends a writer by a signal unless that is ignored. Here the signal
+// waits: no command is cut in two, and a trace is whole up to the last one. Then the program ends
+// as any other filter does, by that very signal.
 #pragma once
 
 #include <string_view>
@@ -15,9 +16,13 @@ namespace vornwout {
 /// closed fails.
 void prepareStandardStreams();
 
+/// True once something could not be written to standard output because its reader has left.
+bool readerHasLeft();
+
 /// Brings standard output to its end. Returns `status`, or the status for a file that cannot be
-/// written when not all of it arrived. That is told on standard error, unless the reader of a pipe
-/// has left: it knows.
+/// written when not all of it arrived, which is told on standard error. Where the reader of a pipe
+/// has left it does not return: the signal that waited ends the program, unless whoever started it
+/// asked for that signal to be ignored.
 int finishStandardOutput(int status);
 
 /// Tells on standard error why the program does not do what was asked of it, one sentence in UTF-8

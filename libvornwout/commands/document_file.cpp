@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "libvornwout/frame/constants.h"
 #include "libvornwout/frame/file_path.h"
 #include "platform/files/file_specification.h"
 
@@ -9,15 +10,18 @@ namespace vornwout {
 namespace {
 
 /// The value as the message shows it: the texts of its tokens, joined by blanks, in double quotes.
-std::string quotedTokens(const ParamObj& value) {
+MessageArgument quotedTokens(const ParamObj& value) {
   std::vector<TokenInfoObj> tokens;
   value.getTokenList(tokens);
-  std::string text = "\"";
+  MessageArgument text("\"");
+  const char* separator = "";
   for (const TokenInfoObj& token : tokens) {
-    if (text.size() > 1) text += ' ';
-    text += token.getString();
+    text += separator;
+    text += token.messageText();
+    separator = " ";
   }
-  return text + "\"";
+  text += "\"";
+  return text;
 }
 
 }  // namespace
@@ -34,6 +38,12 @@ std::optional<std::string> readDocumentPath(const ParamObj& file, const ParserMe
   }
   NormalizeOutputFilePath(path);
   return path;
+}
+
+ParamDescriptor passwordDescriptor() {
+  ParamDescriptor password(kKeywordPassword, UPSpecTypes::kString, false, true);
+  password.setSecret();
+  return password;
 }
 
 std::string readPassword(const ParamObj& password) {

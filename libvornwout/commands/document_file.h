@@ -13,6 +13,9 @@ namespace vornwout {
 /// what the output controller is sent. Nothing after reporting a value that is no quoted text.
 std::optional<std::string> readDocumentPath(const ParamObj& file, const ParserMessage& messages);
 
+/// The keyword of a password.
+ParamDescriptor passwordDescriptor();
+
 /// Reads a quoted password; the keyword NONE, as every unquoted word, leaves it empty.
 std::string readPassword(const ParamObj& password);
 

@@ -48,11 +48,12 @@ void readColor(const SubComObj& subcommand, const char* keyword, const ParserMes
   if (param == nullptr) return;
   std::string value;
   bool literal = false;
-  if (!param->getStringOrLiteral(value, literal)) value = param->writtenText();
-  if (isCommentColor(value)) {
-    color = value;
+  const bool isOneToken = param->getStringOrLiteral(value, literal);
+  const MessageArgument written = isOneToken ? MessageArgument(value) : param->writtenText();
+  if (isCommentColor(written.text())) {
+    color = written.text();
   } else {
-    messages.IgnoredParamValue(keyword, "", value);
+    messages.IgnoredParamValue(keyword, "", written);
   }
 }
 

@@ -15,7 +15,7 @@ void declareGrammar(CommandDescriptor& grammar) {
   main.addParamDesc(kKeywordName, UPSpecTypes::kDeclaredValue, false, true);
   main.addParamDesc(yesOrNo(kKeywordLock));
   main.addParamDesc(yesOrNo(kKeywordMinimized));
-  main.addParamDesc(kKeywordPassword, UPSpecTypes::kString, false, true);
+  main.addParamDesc(passwordDescriptor());
   grammar.addSubComDesc(main);
 }
 

@@ -28,7 +28,7 @@ void declareGrammar(CommandDescriptor& grammar) {
   main.addParamDesc(yesOrNo(kKeywordStoreModel));
   grammar.addSubComDesc(main);
   SubComDescriptor protect(kPassprotect, UPSpecTypes::kKeywords, false, false);
-  protect.addParamDesc(kKeywordPassword, UPSpecTypes::kString, false, true);
+  protect.addParamDesc(passwordDescriptor());
   protect.addParamDesc(yesOrNo(kKeywordEncryptedPw));
   grammar.addSubComDesc(protect);
 }

@@ -3,12 +3,23 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/text/shortened_text.h"
+
 namespace vornwout {
 namespace {
 
 std::vector<OutputSink*>& sinks() {
   static std::vector<OutputSink*> registered;
   return registered;
+}
+
+void shorten(Rare<std::vector<CellText>>& arguments) {
+  if (arguments.empty()) return;
+  for (CellText& argument : arguments.edit()) {
+    if (argument.kind == CellText::Kind::kString) argument.text = shortenedText(argument.text);
+    shorten(argument.arguments);
+    shorten(argument.sublist);
+  }
 }
 
 }  // namespace
@@ -24,6 +35,13 @@ std::string OutputMessageRecord::shownText() const {
     text = "The host refused the command and gave no reason.";
   }
   return text;
+}
+
+std::string OutputMessageRecord::briefText() const {
+  OutputMessageRecord brief = *this;
+  shorten(brief.message.arguments);
+  shorten(brief.message.sublist);
+  return brief.shownText();
 }
 
 OutputSink::~OutputSink() = default;

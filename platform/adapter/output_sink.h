@@ -37,16 +37,29 @@ struct SourceSpot {
 };
 
 /// A message about the command's syntax or values, reported through a ParserMessage.
+///
+/// Its texts have "***" in place of what is secret, so that a sink that knows nothing of secrets
+/// gives none away.
 struct ParserMessageRecord {
+  struct Texts {
+    std::vector<std::string> arguments;
+    std::string text;
+  };
+
   std::string_view operation;          ///< "WrongValueType"; lives as long as the program
   std::vector<std::string> arguments;  ///< as passed; a list flat; generic ones without the text
   std::string messageTemplate;         ///< generic operations only: the text with its placeholders
   MessageSeverity severity = MessageSeverity::kError;
-  std::string text;         ///< as shown
-  std::string_view remedy;  ///< what the user can do about it; lives as long as the program
+  std::string text;
+  std::string shortened;           ///< the text with long arguments shortened; empty where none is
+  std::optional<Texts> uncovered;  ///< where there are secrets: with them, for who may see them
+  std::string_view remedy;         ///< what the user can do about it; lives as long as the program
   SourcePlace place;
   std::size_t offset = 0;  ///< of what the message is about, in bytes of the job's text
   std::size_t length = 0;  ///< 0 when the bytes are not known
+
+  /// The text for a person to read.
+  const std::string& briefText() const { return shortened.empty() ? text : shortened; }
 };
 
 /// A message written into the output.
@@ -56,8 +69,10 @@ struct OutputMessageRecord {
   int level = 0;
 
   MessageSeverity severity() const;
-  /// The message as every sink shows it. A host's refusal without a text says at least that.
+  /// The message as it is shown. A host's refusal without a text says at least that.
   std::string shownText() const;
+  /// The same with long arguments shortened, for a person to read.
+  std::string briefText() const;
 };
 
 /// A label and a value for the notes of the current procedure.

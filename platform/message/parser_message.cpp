@@ -4,11 +4,12 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <utility>
+#include <functional>
 
 #include "platform/parser/current_command.h"
 #include "platform/pivot/cell_text.h"
 #include "platform/text/encoding.h"
+#include "platform/text/shortened_text.h"
 
 namespace vornwout {
 namespace {
@@ -49,16 +50,30 @@ std::string forgottenPeriodHint() {
          " begins a command: does the one before it lack its period?";
 }
 
-/// The arguments as sinks take them: in UTF-8, and without a password that they would repeat.
-std::vector<std::string> forSinks(std::vector<std::string> arguments) {
-  CurrentCommand* command = CurrentCommand::current();
-  for (std::string& argument : arguments) {
-    const bool isSecret =
-        command != nullptr && !argument.empty() &&
-        std::count(command->secrets().begin(), command->secrets().end(), argument) > 0;
-    argument = isSecret ? kHiddenSecret : currentToUtf8(argument);
+/// A message as its texts are made from its arguments.
+using Render = std::function<std::string(const std::vector<std::string>& arguments)>;
+
+/// Fills in the arguments and every text made from them: as all may see it, shortened for people,
+/// and with the secrets.
+void fillTexts(ParserMessageRecord& record, const std::vector<MessageArgument>& arguments,
+               const Render& render) {
+  std::vector<std::string> shortened;
+  bool isShortened = false;
+  bool hasSecrets = false;
+  for (const MessageArgument& argument : arguments) {
+    record.arguments.push_back(argument.hidden());
+    shortened.push_back(shortenedText(record.arguments.back()));
+    isShortened = isShortened || shortened.back() != record.arguments.back();
+    hasSecrets = hasSecrets || argument.hasSecrets();
   }
-  return arguments;
+  record.text = render(record.arguments);
+  if (isShortened) record.shortened = render(shortened);
+  if (!hasSecrets) return;
+  ParserMessageRecord::Texts& uncovered = record.uncovered.emplace();
+  for (const MessageArgument& argument : arguments) {
+    uncovered.arguments.push_back(argument.uncovered());
+  }
+  uncovered.text = render(uncovered.arguments);
 }
 
 std::string joined(const std::vector<std::string>& names) {
@@ -70,6 +85,18 @@ std::string joined(const std::vector<std::string>& names) {
   return list;
 }
 
+/// The text of a row of the catalogue.
+std::string rowText(const MessageEntry& entry, const std::vector<std::string>& arguments) {
+  const bool isOne = arguments.size() == 1;
+  if (entry.key == MessageKey::kSubComRequired) {
+    return fill(isOne ? entry.shortText : entry.text, {joined(arguments)});
+  }
+  const bool lastIsEmpty = !arguments.empty() && arguments.back().empty();
+  const bool listStandsAlone = entry.key == MessageKey::kParamNeedIntegerList && isOne;
+  const bool useShort = listStandsAlone || (lastIsEmpty && !entry.shortText.empty());
+  return fill(useShort ? entry.shortText : entry.text, arguments);
+}
+
 }  // namespace
 
 ParserMessage::ParserMessage() : previous_(innermost) { innermost = this; }
@@ -78,7 +105,8 @@ ParserMessage::~ParserMessage() { innermost = previous_; }
 
 const ParserMessage* ParserMessage::current() { return innermost; }
 
-void ParserMessage::WrongValueType(const std::string& keyword, const std::string& detail) const {
+void ParserMessage::WrongValueType(const std::string& keyword,
+                                   const MessageArgument& detail) const {
   report(MessageKey::kWrongValueType, {keyword, detail}, std::nullopt, forgottenPeriodHint());
 }
 
@@ -86,17 +114,17 @@ void ParserMessage::InvalidParam(const std::string& keyword, const std::string& 
   report(MessageKey::kInvalidParam, {keyword, subcommand});
 }
 
-void ParserMessage::InvalidParamValue(const std::string& value, const std::string& keyword,
+void ParserMessage::InvalidParamValue(const MessageArgument& value, const std::string& keyword,
                                       const std::string& subcommand) const {
   report(MessageKey::kInvalidParamValue, {value, keyword, subcommand});
 }
 
 void ParserMessage::IgnoredParamValue(const std::string& keyword, const std::string& subcommand,
-                                      const std::string& value) const {
+                                      const MessageArgument& value) const {
   report(MessageKey::kIgnoredParamValue, {keyword, subcommand, value});
 }
 
-void ParserMessage::FileNameInvalid(const std::string& path) const {
+void ParserMessage::FileNameInvalid(const MessageArgument& path) const {
   report(MessageKey::kFileNameInvalid, {path});
 }
 
@@ -118,7 +146,7 @@ void ParserMessage::ParamRequiredForSubCom(const std::string& keyword,
   report(MessageKey::kParamRequiredForSubCom, {keyword, subcommand});
 }
 
-void ParserMessage::ParamNoSubCom(const std::string& name) const {
+void ParserMessage::ParamNoSubCom(const MessageArgument& name) const {
   report(MessageKey::kParamNoSubCom, {name});
 }
 
@@ -161,43 +189,32 @@ void ParserMessage::SquareBracketRequired(const std::string& keyword,
 }
 
 void ParserMessage::SubComRequired(const std::vector<std::string>& names) const {
-  report(MessageKey::kSubComRequired, names);
+  report(MessageKey::kSubComRequired, {names.begin(), names.end()});
 }
 
-void ParserMessage::report(MessageKey key, std::vector<std::string> arguments,
+void ParserMessage::report(MessageKey key, const std::vector<MessageArgument>& arguments,
                            std::optional<SourceSpot> spot, std::string_view hint) const {
   const MessageEntry& entry = messageEntry(key);
   ParserMessageRecord record;
   record.operation = entry.operation;
   record.severity = entry.severity;
-  record.arguments = forSinks(std::move(arguments));
-  if (key == MessageKey::kSubComRequired) {
-    const bool one = record.arguments.size() == 1;
-    record.text = fill(one ? entry.shortText : entry.text, {joined(record.arguments)});
-  } else if (key == MessageKey::kParamNeedIntegerList && record.arguments.size() == 1) {
-    record.text = fill(entry.shortText, record.arguments);
-  } else {
-    const bool lastIsEmpty = !record.arguments.empty() && record.arguments.back().empty();
-    const bool useShort = lastIsEmpty && !entry.shortText.empty();
-    record.text = fill(useShort ? entry.shortText : entry.text, record.arguments);
-  }
-  if (hint.empty()) {
-    record.remedy = messageRemedy(key, record.arguments);
-  } else {
-    record.text += " " + currentToUtf8(hint);
-  }
+  const std::string behind = hint.empty() ? std::string() : " " + currentToUtf8(hint);
+  fillTexts(record, arguments,
+            [&](const std::vector<std::string>& texts) { return rowText(entry, texts) + behind; });
+  if (hint.empty()) record.remedy = messageRemedy(key, record.arguments);
   send(record, spot ? *spot : currentSpot());
 }
 
 void ParserMessage::reportGeneric(MessageKey key, const std::string& text,
-                                  std::vector<std::string> arguments) const {
+                                  const std::vector<MessageArgument>& arguments) const {
   const MessageEntry& entry = messageEntry(key);
   ParserMessageRecord record;
   record.operation = entry.operation;
   record.severity = entry.severity;
   record.messageTemplate = currentToUtf8(text);
-  record.arguments = forSinks(std::move(arguments));
-  record.text = fill(record.messageTemplate, record.arguments);
+  fillTexts(record, arguments, [&](const std::vector<std::string>& texts) {
+    return fill(record.messageTemplate, texts);
+  });
   send(record, currentSpot());
 }
 

@@ -2,8 +2,9 @@
 //
 // A command makes one ParserMessage; while it lives the parser reports through it. Every operation
 // sends one ParserMessageRecord to the output sinks at once and returns: whether the command goes
-// on is the command's decision. Arguments are in the current encoding. The place of a message is
-// the value or keyword that the command read last, unless the parser names one.
+// on is the command's decision. Arguments are in the current encoding; where one repeats tokens of
+// the command it says which of them are secret, and sinks get "***" for these. The place of a
+// message is the value or keyword that the command read last, unless the parser names one.
 #pragma once
 
 #include <optional>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "platform/message/catalogue.h"
+#include "platform/message/message_argument.h"
 
 namespace vornwout {
 
@@ -31,21 +33,21 @@ class ParserMessage {
   const std::string& procedureTitle() const { return procedureTitle_; }
 
   /// `detail` is the subcommand or the value as written; may be empty, as every last argument may.
-  void WrongValueType(const std::string& keyword, const std::string& detail) const;
+  void WrongValueType(const std::string& keyword, const MessageArgument& detail) const;
   void InvalidParam(const std::string& keyword, const std::string& subcommand) const;
-  void InvalidParamValue(const std::string& value, const std::string& keyword,
+  void InvalidParamValue(const MessageArgument& value, const std::string& keyword,
                          const std::string& subcommand) const;
   /// A warning: the value is not used, the command goes on.
   void IgnoredParamValue(const std::string& keyword, const std::string& subcommand,
-                         const std::string& value) const;
-  void FileNameInvalid(const std::string& path) const;
+                         const MessageArgument& value) const;
+  void FileNameInvalid(const MessageArgument& path) const;
   void ParamValueBreakBdry(double value, double lower, double upper, const std::string& keyword,
                            const std::string& subcommand) const;
   /// The same for a value that no double holds, as it was written.
   void ParamValueBreakBdry(const std::string& value, double lower, double upper,
                            const std::string& keyword, const std::string& subcommand) const;
   void ParamRequiredForSubCom(const std::string& keyword, const std::string& subcommand) const;
-  void ParamNoSubCom(const std::string& name) const;
+  void ParamNoSubCom(const MessageArgument& name) const;
   void ParamNeedParam(const std::string& keyword, const std::string& otherKeyword,
                       const std::string& otherValue) const;
   void ParamNeedInteger(const std::string& keyword, const std::string& subcommand) const;
@@ -61,16 +63,16 @@ class ParserMessage {
   /// A message of the command's own. A placeholder without an argument shows nothing.
   template <typename... Arguments>
   void GenericError(const std::string& text, const Arguments&... arguments) const {
-    reportGeneric(MessageKey::kGenericError, text, {std::string(arguments)...});
+    reportGeneric(MessageKey::kGenericError, text, {MessageArgument(arguments)...});
   }
   template <typename... Arguments>
   void GenericWarning(const std::string& text, const Arguments&... arguments) const {
-    reportGeneric(MessageKey::kGenericWarning, text, {std::string(arguments)...});
+    reportGeneric(MessageKey::kGenericWarning, text, {MessageArgument(arguments)...});
   }
 
   /// Reports a row of the catalogue. `spot` where known; `hint` is a sentence shown behind the
   /// text, and as it is about this very mistake it takes the place of the row's remedy.
-  void report(MessageKey key, std::vector<std::string> arguments,
+  void report(MessageKey key, const std::vector<MessageArgument>& arguments,
               std::optional<SourceSpot> spot = std::nullopt, std::string_view hint = {}) const;
 
   /// How many errors were reported so far.
@@ -78,7 +80,7 @@ class ParserMessage {
 
  private:
   void reportGeneric(MessageKey key, const std::string& text,
-                     std::vector<std::string> arguments) const;
+                     const std::vector<MessageArgument>& arguments) const;
   void send(ParserMessageRecord& record, const SourceSpot& spot) const;
 
   std::string commandName_;

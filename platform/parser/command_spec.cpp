@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "platform/message/parser_message.h"
+#include "platform/parser/bracket_pairs.h"
 #include "platform/parser/current_command.h"
 #include "platform/parser/value_shape.h"
 #include "platform/text/multibyte.h"
@@ -13,6 +14,13 @@ namespace {
 constexpr std::string_view kAllText = "ALL";
 
 bool isOperator(const Token& token, OperatorCode code) { return token.code == code; }
+
+/// True when the first and the last of the tokens are brackets that belong together, as they do not
+/// in "['a'] ['b']".
+bool arePartners(std::span<const Token> tokens) {
+  const BracketPairs pairs(tokens, [](std::size_t) { return false; });
+  return pairs.hasPartner(0) && pairs.partner(0) == tokens.size() - 1;
+}
 
 const SubComObj* firstNamed(std::span<const SubComObj> subcommands, std::string_view name) {
   for (const SubComObj& subcommand : subcommands) {
@@ -75,12 +83,11 @@ std::span<const Token> ParamObj::readableTokens() const {
   if (descriptor_->spec() == UPSpecTypes::kMeasure) {
     return splitMeasure(*command_, *descriptor_, value_).values;
   }
-  if (descriptor_->brackets() != UPSpecTypes::kBracketsRaw && value_.size() >= 2 &&
-      isOperator(value_.front(), OperatorCode::kLeftBracket) &&
-      isOperator(value_.back(), OperatorCode::kRightBracket)) {
-    return value_.subspan(1, value_.size() - 2);
-  }
-  return value_;
+  const bool isBracketed = descriptor_->brackets() != UPSpecTypes::kBracketsRaw &&
+                           value_.size() >= 2 &&
+                           isOperator(value_.front(), OperatorCode::kLeftBracket) &&
+                           isOperator(value_.back(), OperatorCode::kRightBracket);
+  return isBracketed && arePartners(value_) ? value_.subspan(1, value_.size() - 2) : value_;
 }
 
 template <typename Visit>
@@ -304,7 +311,7 @@ bool ParamObj::getStringQualList(const ParamDescriptor& declared, const ParserMe
     }
     const ParamDescriptor* qualifier = declared.findQualifier(command_->rawText(name));
     if (qualifier == nullptr) {
-      messages.ParamNoSubCom(command_->text(name));
+      messages.ParamNoSubCom(MessageArgument::ofToken(*command_, name));
       known = false;
       continue;
     }
@@ -336,10 +343,15 @@ std::string ParamObj::sourceText() const {
   return text;
 }
 
-std::string_view ParamObj::writtenText() const {
-  if (value_.empty()) return {};
-  const std::size_t begin = value_.front().offset;
-  return command_->jobText().substr(begin, value_.back().offset + value_.back().length - begin);
+MessageArgument ParamObj::writtenText() const {
+  MessageArgument text;
+  std::size_t copied = value_.empty() ? 0 : value_.front().offset;
+  for (const Token& token : value_) {
+    text += std::string(command_->jobText().substr(copied, token.offset - copied));
+    text += MessageArgument::ofSource(*command_, token);
+    copied = token.offset + token.length;
+  }
+  return text;
 }
 
 SourcePlace ParamObj::place() const {

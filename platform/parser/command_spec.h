@@ -83,8 +83,8 @@ class ParamObj {
 
   /// The value's tokens as written, joined by single blanks.
   std::string sourceText() const;
-  /// The value as it stands in the job, from its first token to its last.
-  std::string_view writtenText() const;
+  /// The value as it stands in the job, from its first token to its last, for a message.
+  MessageArgument writtenText() const;
   /// The place of the value, or of the keyword when there is none.
   SourcePlace place() const;
   const Token* placeToken() const { return value_.empty() ? keyword_ : &value_.front(); }

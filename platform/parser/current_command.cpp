@@ -1,7 +1,7 @@
 #include "platform/parser/current_command.h"
 
 #include <algorithm>
-#include <utility>
+#include <functional>
 
 #include "platform/parser/command_names.h"
 #include "platform/parser/secret_tokens.h"
@@ -44,14 +44,29 @@ const Token* CurrentCommand::strayCommand() const {
   return strayCommand_.emplace(i < tokens.size() ? &tokens[i] : nullptr);
 }
 
-const std::vector<std::string>& CurrentCommand::secrets() {
-  if (secrets_) return *secrets_;
-  std::vector<std::string> texts;
-  const std::vector<bool> secret = passwordTokens(*command_);
-  for (std::size_t i = 0; i < secret.size(); ++i) {
-    if (secret[i]) texts.push_back(command_->text(command_->tokens()[i]));
+void CurrentCommand::setGrammar(const CommandDescriptor& grammar) {
+  grammar_ = &grammar;
+  secrets_.reset();
+}
+
+void CurrentCommand::forgetGrammar(const CommandDescriptor& grammar) {
+  for (CurrentCommand* command = innermost; command != nullptr; command = command->previous_) {
+    if (command->grammar_ == &grammar) command->grammar_ = nullptr;
   }
-  return secrets_.emplace(std::move(texts));
+}
+
+const std::vector<bool>& CurrentCommand::secretTokens() const {
+  if (secrets_) return *secrets_;
+  return secrets_.emplace(vornwout::secretTokens(*command_, grammar_));
+}
+
+bool CurrentCommand::isSecret(const Token& token) const {
+  const std::vector<Token>& tokens = command_->tokens();
+  const std::less<const Token*> before;
+  if (tokens.empty() || before(&token, tokens.data()) || before(&tokens.back(), &token)) {
+    return false;
+  }
+  return secretTokens()[static_cast<std::size_t>(&token - tokens.data())];
 }
 
 }  // namespace vornwout

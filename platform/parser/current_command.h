@@ -1,18 +1,20 @@
 // The command that is being carried out: its tokens and where in it a value was last read.
 //
 // The command processor makes a CurrentCommand around each call of an entry point; the entry reads
-// it through VORN_TokenSequence(true), and messages find their place through it.
+// it through VORN_TokenSequence(true), and messages find their place through it, and what of the
+// command they may repeat.
 #pragma once
 
 #include <cstddef>
 #include <optional>
 #include <span>
-#include <string>
 #include <vector>
 
 #include "platform/parser/token.h"
 
 namespace vornwout {
+
+class CommandDescriptor;
 
 /// Makes a command the current one while it lives; the one before is back afterwards.
 class CurrentCommand {
@@ -30,8 +32,15 @@ class CurrentCommand {
   /// The tokens behind the command's name.
   std::span<const Token> argumentTokens() const;
 
-  /// The texts of the command's passwords, which no message may repeat; found once.
-  const std::vector<std::string>& secrets();
+  /// The parser tells by which grammar it reads the command, for that says which keywords have a
+  /// secret for their value. `grammar` must live until it is forgotten.
+  void setGrammar(const CommandDescriptor& grammar);
+  /// Forgets a grammar wherever it is in use.
+  static void forgetGrammar(const CommandDescriptor& grammar);
+  /// Which of the command's tokens are secret; see secret_tokens.h. Found once, when first asked.
+  const std::vector<bool>& secretTokens() const;
+  /// False also for a token that is none of this command's.
+  bool isSecret(const Token& token) const;
 
   /// Remembers what is being read, so that a message about it can name its place.
   void noteRead(const Token* token) { lastRead_ = token; }
@@ -47,7 +56,8 @@ class CurrentCommand {
   const TokenizedCommand* command_;
   std::size_t nameTokens_;
   const Token* lastRead_ = nullptr;
-  std::optional<std::vector<std::string>> secrets_;
+  const CommandDescriptor* grammar_ = nullptr;
+  mutable std::optional<std::vector<bool>> secrets_;
   CurrentCommand* previous_;
   mutable std::optional<const Token*> strayCommand_;
 };

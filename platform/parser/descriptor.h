@@ -66,6 +66,9 @@ class ParamDescriptor {
 
   void addStringValue(std::string value) { values_.push_back(std::move(value)); }
   void addQualifDesc(ParamDescriptor qualifier) { qualifiers_.push_back(std::move(qualifier)); }
+  /// Says that the value is a secret: no message repeats it, and neither a trace nor a document
+  /// keeps it.
+  void setSecret() { secret_ = true; }
   void setBracketOption(UPSpecTypes::BracketOptions brackets) { brackets_ = brackets; }
   void setLowerBoundary(double bound, LowerBdryOptions option = kLowerInclusive) {
     lower_ = {bound, option == kLowerInclusive};
@@ -83,6 +86,7 @@ class ParamDescriptor {
   UPSpecTypes::ParamSpec spec() const { return spec_; }
   bool required() const { return required_; }
   bool standard() const { return standard_; }
+  bool secret() const { return secret_; }
   UPSpecTypes::BracketOptions brackets() const { return brackets_; }
   const std::vector<std::string>& values() const { return values_; }
   const std::vector<ParamDescriptor>& qualifiers() const { return qualifiers_; }
@@ -104,6 +108,7 @@ class ParamDescriptor {
   UPSpecTypes::ParamSpec spec_;
   bool required_;
   bool standard_;
+  bool secret_ = false;
   UPSpecTypes::BracketOptions brackets_;
   std::vector<std::string> values_;
   std::vector<ParamDescriptor> qualifiers_;

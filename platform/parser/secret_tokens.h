@@ -1,8 +1,9 @@
-// Which tokens of a command are passwords.
+// Which tokens of a command are secret: passwords, and what may be one.
 //
-// It goes by the words as they are written, not by what was parsed, so that a command that is
-// refused gives nothing away either: what is kept of a command or said about it shows "***"
-// instead.
+// A keyword's descriptor says that its value is a secret. The tokens are walked in the order in
+// which they are written rather than taken from what was parsed, so that a command that is refused
+// for a forgotten equals sign, a misspelt keyword or a lost quote gives nothing away either. In
+// doubt a token counts as secret; names of keywords and subcommands do not.
 #pragma once
 
 #include <vector>
@@ -11,8 +12,11 @@
 
 namespace vornwout {
 
-/// One flag per token of the command: true for what stands behind the word PASSWORD up to the next
-/// keyword or subcommand, save the keyword NONE, and for every text behind PASSPROTECT.
-std::vector<bool> passwordTokens(const TokenizedCommand& command);
+class CommandDescriptor;
+
+/// One flag per token of the command. Null for `grammar` when it is not known: the keywords that
+/// have a secret for their value are then guessed by their names, as they are behind the first word
+/// on a new line that begins a command of its own.
+std::vector<bool> secretTokens(const TokenizedCommand& command, const CommandDescriptor* grammar);
 
 }  // namespace vornwout

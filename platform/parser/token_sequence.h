@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 
+#include "platform/message/message_argument.h"
 #include "platform/parser/token.h"
 
 namespace vornwout {
@@ -33,6 +34,8 @@ class TokenInfoObj {
   std::string getString() const { return command_->text(*token_); }
   /// The text in upper case.
   std::string getUpperString() const;
+  /// The same for a message: says whether the token is a secret.
+  MessageArgument messageText() const { return MessageArgument::ofToken(*command_, *token_); }
   /// The token as written.
   std::string getSourceText() const { return std::string(command_->sourceText(*token_)); }
   /// The operator's code, 0 for a token that is no operator.

@@ -28,6 +28,8 @@ UniversalParser::UniversalParser(const VORN_TokenSequence& tokens, CommandSpec& 
                                  const CommandDescriptor& descriptor)
     : command_(tokens.command()), tokens_(tokens.tokens()), spec_(spec), descriptor_(descriptor) {}
 
+UniversalParser::~UniversalParser() { CurrentCommand::forgetGrammar(descriptor_); }
+
 int UniversalParser::getCommandSpecifications() {
   if (GrammarCapture* capture = GrammarCapture::current()) {
     capture->take(descriptor_);
@@ -43,6 +45,9 @@ int UniversalParser::getCommandSpecifications() {
     own->SetCommandName(descriptor_.name());
     own->SetProcedureTitle(descriptor_.title().empty() ? descriptor_.name() : descriptor_.title());
   }
+  CurrentCommand* current = CurrentCommand::current();
+  const bool isCurrent = current != nullptr && &current->command() == command_;
+  if (isCurrent) current->setGrammar(descriptor_);
   seen_.assign(descriptor_.subcommands().size(), false);
   seenInGroup_.clear();
   for (const GroupComDescriptor& group : descriptor_.groups()) {
@@ -50,8 +55,7 @@ int UniversalParser::getCommandSpecifications() {
   }
   errors_ = reportLexicalErrors(*messages_, *command_);
   if (zeroByte(*command_) != nullptr) return errors_;
-  const CurrentCommand* current = CurrentCommand::current();
-  if (current != nullptr && &current->command() == command_) stray_ = current->strayCommand();
+  if (isCurrent) stray_ = current->strayCommand();
   brackets_ =
       BracketPairs(tokens_, [this](std::size_t slash) { return isDeclaredSubcommand(slash + 1); });
   parseMainSubcommand();
@@ -65,8 +69,8 @@ bool UniversalParser::isName(std::size_t i) const {
          (tokens_[i].kind == TokenKind::kWord || tokens_[i].code == OperatorCode::kAll);
 }
 
-void UniversalParser::error(MessageKey key, std::vector<std::string> arguments, const Token* token,
-                            std::string_view hint) {
+void UniversalParser::error(MessageKey key, std::vector<MessageArgument> arguments,
+                            const Token* token, std::string_view hint) {
   if (stopped_ || (token != nullptr && token->unterminated)) return;
   ++errors_;
   if (token == nullptr) token = &command_->tokens().front();
@@ -77,7 +81,7 @@ void UniversalParser::error(MessageKey key, std::vector<std::string> arguments, 
     if (token != stray_) {
       token = stray_;
       key = MessageKey::kUnexpectedToken;
-      arguments = {command_->text(*stray_), ""};
+      arguments = {MessageArgument::ofToken(*command_, *stray_), ""};
     }
   }
   messages_->report(key, std::move(arguments), command_->spot(*token), hint);
@@ -144,7 +148,7 @@ void UniversalParser::parseOneSubcommand() {
   if (declaration.subcommand == nullptr) {
     const SubComDescriptor* main = descriptor_.findSubCom("");
     const bool isKeyword = main != nullptr && main->findParam(nameText) != nullptr;
-    error(MessageKey::kUnknownSubCom, {std::string(nameText)}, &name,
+    error(MessageKey::kUnknownSubCom, {MessageArgument::ofToken(*command_, name)}, &name,
           isKeyword ? "It is a keyword of the command: write it without the slash."
                     : closestSubcommand(nameText));
     return skipToSubcommand();

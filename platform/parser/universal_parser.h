@@ -15,6 +15,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/message/message_argument.h"
 #include "platform/parser/bracket_pairs.h"
 #include "platform/parser/command_spec.h"
 #include "platform/parser/descriptor.h"
@@ -30,6 +31,9 @@ class UniversalParser {
   /// All three must outlive the parser; `descriptor` also every use of `spec` but its destruction.
   UniversalParser(const VORN_TokenSequence& tokens, CommandSpec& spec,
                   const CommandDescriptor& descriptor);
+  ~UniversalParser();
+  UniversalParser(const UniversalParser&) = delete;
+  UniversalParser& operator=(const UniversalParser&) = delete;
 
   /// Fills the spec. Zero when there was no error; otherwise the number of errors, all reported,
   /// and the spec holds what could be read.
@@ -51,11 +55,14 @@ class UniversalParser {
   /// A word, or the reserved word ALL, which serves as a keyword and a declared value.
   bool isName(std::size_t i) const;
   std::string_view source(std::size_t i) const { return command_->sourceText(tokens_[i]); }
-  std::string text(std::size_t i) const { return command_->text(tokens_[i]); }
+  /// The token's text as a message repeats it.
+  MessageArgument text(std::size_t i) const {
+    return MessageArgument::ofToken(*command_, tokens_[i]);
+  }
 
   /// Reports an error, unless it follows from one that was reported: it is about a text without
   /// end, or stands in a command whose period was forgotten before it.
-  void error(MessageKey key, std::vector<std::string> arguments, const Token* token,
+  void error(MessageKey key, std::vector<MessageArgument> arguments, const Token* token,
              std::string_view hint = {});
 
   /// True when a lexical error starts between `keyword` and the current position: what is missing

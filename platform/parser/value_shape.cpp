@@ -65,16 +65,21 @@ class ShapeCheck {
     const std::size_t end =
         endOfBrackets(0, OperatorCode::kLeftBracket, OperatorCode::kRightBracket);
     if (end < value_.size()) {
-      fail(MessageKey::kUnexpectedToken, {command_.text(value_[end]), param_.name()}, value_[end]);
+      fail(MessageKey::kUnexpectedToken, {told(value_[end]), param_.name()}, value_[end]);
       return false;
     }
     value_ = value_.subspan(1, end - 2);
     return true;
   }
 
-  void fail(MessageKey key, std::vector<std::string> arguments, const Token& token,
+  void fail(MessageKey key, std::vector<MessageArgument> arguments, const Token& token,
             std::string hint = {}) {
     report_({key, std::move(arguments), &token, std::move(hint)});
+  }
+
+  /// The token's text as a message repeats it.
+  MessageArgument told(const Token& token) const {
+    return MessageArgument::ofToken(command_, token);
   }
 
   std::string allowedValues() const {
@@ -88,8 +93,8 @@ class ShapeCheck {
   }
 
   void failValue(const Token& token, std::string hint) {
-    fail(MessageKey::kInvalidParamValue,
-         {command_.text(token), param_.name(), std::string(subcommand_)}, token, std::move(hint));
+    fail(MessageKey::kInvalidParamValue, {told(token), param_.name(), std::string(subcommand_)},
+         token, std::move(hint));
   }
 
   /// True when the value is one token; commas that reach no reader do not count.
@@ -108,7 +113,7 @@ class ShapeCheck {
     if (marked) extra = &value_.front();
     // In NAME= LOCK=YES the value is LOCK, which is hardly what was meant.
     const bool isEquals = extra->code == OperatorCode::kEquals;
-    fail(MessageKey::kUnexpectedToken, {command_.text(*extra), param_.name()}, *extra,
+    fail(MessageKey::kUnexpectedToken, {told(*extra), param_.name()}, *extra,
          isEquals ? "Is the value of " + param_.name() + " missing?" : "");
     return false;
   }
@@ -149,8 +154,8 @@ class ShapeCheck {
     for (const Token& token : tokens) {
       const bool quoted = token.code == OperatorCode::kComma || token.kind == TokenKind::kString;
       if (!quoted && !inUnquoted) {
-        fail(MessageKey::kParamNeedLiteral,
-             {command_.text(token), param_.name(), std::string(subcommand_)}, token);
+        fail(MessageKey::kParamNeedLiteral, {told(token), param_.name(), std::string(subcommand_)},
+             token);
       }
       inUnquoted = !quoted;
     }
@@ -161,13 +166,32 @@ class ShapeCheck {
     if (parts.unit != nullptr) return checkUnitText(*parts.unit, parts.values);
     if (value_.size() >= 2 && value_[1].code == OperatorCode::kLeftParen &&
         value_.front().kind == TokenKind::kWord) {
-      const ParamDescriptor* unit = param_.findQualifier(command_.sourceText(value_.front()));
+      const ParamDescriptor* unit = unitOf(value_.front());
       if (unit == nullptr) return failQualifier(value_.front());
       const Token& behind =
           value_[endOfBrackets(1, OperatorCode::kLeftParen, OperatorCode::kRightParen)];
-      return fail(MessageKey::kUnexpectedToken, {command_.text(behind), unit->name()}, behind);
+      return fail(MessageKey::kUnexpectedToken, {told(behind), unit->name()}, behind);
+    }
+    if (value_.size() >= 2) {
+      if (isMisspeltUnit(value_.back())) return failQualifier(value_.back());
+      if (const ParamDescriptor* unit = unitOf(value_.front())) {
+        return fail(MessageKey::kParenRequired, {unit->name()}, value_.front());
+      }
     }
     if (!param_.values().empty()) checkDeclaredValue();
+  }
+
+  const ParamDescriptor* unitOf(const Token& token) const {
+    return token.kind == TokenKind::kWord ? param_.findQualifier(command_.sourceText(token))
+                                          : nullptr;
+  }
+
+  /// True for a word at the end of a measure that stands where a unit would. Where the measure
+  /// takes any value, such a word may be one, unless it is spelt nearly like a unit.
+  bool isMisspeltUnit(const Token& token) const {
+    if (token.kind != TokenKind::kWord || unitOf(token) != nullptr) return false;
+    if (!param_.values().empty()) return !isDeclaredValue(command_, param_, token);
+    return !suggestedQualifier(token).empty();
   }
 
   /// A unit with numbers is left to its reader; a text would be passed over without a word.
@@ -189,11 +213,14 @@ class ShapeCheck {
     return i;
   }
 
-  void failQualifier(const Token& token) {
+  std::string suggestedQualifier(const Token& token) const {
     std::vector<std::string_view> names;
     for (const ParamDescriptor& qualifier : param_.qualifiers()) names.push_back(qualifier.name());
-    fail(MessageKey::kParamNoSubCom, {command_.text(token)}, token,
-         suggestion(command_.text(token), names));
+    return suggestion(command_.text(token), names);
+  }
+
+  void failQualifier(const Token& token) {
+    fail(MessageKey::kParamNoSubCom, {told(token)}, token, suggestedQualifier(token));
   }
 
   /// NAME(...) NAME(...), commas between them or not.
@@ -202,7 +229,7 @@ class ShapeCheck {
       const Token& name = value_[i++];
       if (name.code == OperatorCode::kComma) continue;
       if (name.kind != TokenKind::kWord && name.code != OperatorCode::kAll) {
-        fail(MessageKey::kUnexpectedToken, {command_.text(name), param_.name()}, name);
+        fail(MessageKey::kUnexpectedToken, {told(name), param_.name()}, name);
         return;
       }
       std::span<const Token> arguments;
@@ -234,7 +261,21 @@ class ShapeCheck {
   const std::function<void(ShapeError)>& report_;
 };
 
-/// Edit distance of insertions, deletions, replacements and swaps of neighbours; names are short.
+}  // namespace
+
+void checkValueShape(const TokenizedCommand& command, const ParamDescriptor& param,
+                     std::string_view subcommand, std::span<const Token> value,
+                     const std::function<void(ShapeError)>& report) {
+  ShapeCheck(command, param, subcommand, value, report).run();
+}
+
+bool isDeclaredValue(const TokenizedCommand& command, const ParamDescriptor& param,
+                     const Token& token) {
+  if (token.kind == TokenKind::kOperator && token.code != OperatorCode::kAll) return false;
+  return std::any_of(param.values().begin(), param.values().end(),
+                     [&](const std::string& value) { return command.textEquals(token, value); });
+}
+
 std::size_t editDistance(std::string_view left, std::string_view right) {
   std::vector<std::size_t> beforeLast(right.size() + 1);
   std::vector<std::size_t> last(right.size() + 1);
@@ -253,21 +294,6 @@ std::size_t editDistance(std::string_view left, std::string_view right) {
     std::swap(last, row);
   }
   return last.back();
-}
-
-}  // namespace
-
-void checkValueShape(const TokenizedCommand& command, const ParamDescriptor& param,
-                     std::string_view subcommand, std::span<const Token> value,
-                     const std::function<void(ShapeError)>& report) {
-  ShapeCheck(command, param, subcommand, value, report).run();
-}
-
-bool isDeclaredValue(const TokenizedCommand& command, const ParamDescriptor& param,
-                     const Token& token) {
-  if (token.kind == TokenKind::kOperator && token.code != OperatorCode::kAll) return false;
-  return std::any_of(param.values().begin(), param.values().end(),
-                     [&](const std::string& value) { return command.textEquals(token, value); });
 }
 
 std::string suggestion(std::string_view name, const std::vector<std::string_view>& candidates) {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/message/catalogue.h"
+#include "platform/message/message_argument.h"
 #include "platform/parser/descriptor.h"
 #include "platform/parser/token.h"
 
@@ -20,7 +21,7 @@ namespace vornwout {
 /// One thing that is wrong with a value.
 struct ShapeError {
   MessageKey key;
-  std::vector<std::string> arguments;
+  std::vector<MessageArgument> arguments;
   const Token* token;
   std::string hint;
 };
@@ -34,6 +35,9 @@ void checkValueShape(const TokenizedCommand& command, const ParamDescriptor& par
 /// True when the token, a word or a quoted text or ALL, is one of the declared values.
 bool isDeclaredValue(const TokenizedCommand& command, const ParamDescriptor& param,
                      const Token& token);
+
+/// Insertions, deletions, replacements and swaps of neighbours that make one name of another.
+std::size_t editDistance(std::string_view left, std::string_view right);
 
 /// "Did you mean X?" for the candidate closest to `name`; empty when none is close.
 std::string suggestion(std::string_view name, const std::vector<std::string_view>& candidates);

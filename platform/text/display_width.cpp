@@ -139,13 +139,11 @@ struct Cluster {
 std::vector<Cluster> clustersOf(std::string_view text) {
   std::vector<Cluster> clusters;
   clusters.reserve(text.size());
-  Boundaries boundaries(Boundaries::Kind::kClusters, text);
-  for (std::size_t start = 0; start < text.size();) {
-    const std::size_t end = boundaries.next();
-    const std::string_view cluster = text.substr(start, end - start);
-    clusters.push_back({end, clusterWidth(cluster), cluster == " " || cluster == "\t"});
-    start = end;
-  }
+  std::size_t end = 0;
+  forEachCluster(text, [&](std::string_view cluster, int width) {
+    end += cluster.size();
+    clusters.push_back({end, width, cluster == " " || cluster == "\t"});
+  });
   return clusters;
 }
 
@@ -225,16 +223,22 @@ void wrapParagraph(std::string_view text, int columns, std::vector<std::string>&
 
 }  // namespace
 
+void forEachCluster(std::string_view utf8,
+                    const std::function<void(std::string_view cluster, int columns)>& take) {
+  Boundaries boundaries(Boundaries::Kind::kClusters, utf8);
+  for (std::size_t start = 0; start < utf8.size();) {
+    const std::size_t end = boundaries.next();
+    const std::string_view cluster = utf8.substr(start, end - start);
+    take(cluster, clusterWidth(cluster));
+    start = end;
+  }
+}
+
 int displayWidth(std::string_view utf8) {
   if (isPrintableAscii(utf8)) return static_cast<int>(utf8.size());
   if (!isSafe(utf8)) return displayWidth(sanitizeForTerminal(utf8));
   int width = 0;
-  Boundaries boundaries(Boundaries::Kind::kClusters, utf8);
-  for (std::size_t start = 0; start < utf8.size();) {
-    const std::size_t end = boundaries.next();
-    width += clusterWidth(utf8.substr(start, end - start));
-    start = end;
-  }
+  forEachCluster(utf8, [&](std::string_view, int columns) { width += columns; });
   return width;
 }
 

@@ -6,6 +6,7 @@
 // East Asian Width and emoji properties.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +14,11 @@
 namespace vornwout {
 
 enum class NewlineHandling { kReplace, kKeep };
+
+/// Calls `take(cluster, columns)` for every grapheme cluster of UTF-8 text, in order. What is not
+/// safe for a terminal takes one column, as it does when it is replaced.
+void forEachCluster(std::string_view utf8,
+                    const std::function<void(std::string_view cluster, int columns)>& take);
 
 /// The columns that UTF-8 text takes as sanitizeForTerminal() shows it: a control character, a line
 /// end and a byte that is not valid take one each.

@@ -210,9 +210,13 @@ void TraceWriter::procedureOpened(const ProcedureRecord& procedure) {
 
 void TraceWriter::parserMessage(const ParserMessageRecord& message) {
   TraceLine line("message");
-  line.add("by", "parser").add("operation", message.operation).add("arguments", message.arguments);
+  const bool isOpen = secrets_ == Secrets::kShown && message.uncovered;
+  const std::string& text = isOpen ? message.uncovered->text : message.text;
+  line.add("by", "parser")
+      .add("operation", message.operation)
+      .add("arguments", isOpen ? message.uncovered->arguments : message.arguments);
   if (!message.messageTemplate.empty()) line.add("template", message.messageTemplate);
-  line.add("severity", severityName(message.severity)).add("text", message.text);
+  line.add("severity", severityName(message.severity)).add("text", text);
   if (message.place.line != 0) line.add("line", message.place.line);
   if (message.place.column != 0) line.add("column", message.place.column);
   line.writeTo(*this);

@@ -1,13 +1,8 @@
 #include "runner/terminal/diagnostics.h"
 
 #include <algorithm>
-#include <memory>
-#include <stdexcept>
 #include <string_view>
 #include <vector>
-
-#include <unicode/brkiter.h>
-#include <unicode/utext.h>
 
 #include "platform/text/display_width.h"
 #include "platform/text/utf8.h"
@@ -22,8 +17,6 @@ constexpr int kTabStop = 8;
 constexpr int kNarrowestExcerpt = 10;
 constexpr int kLongestSource = 1'000'000'000;
 constexpr int kWidestExcerpt = 240;  // a line of a megabyte helps nobody
-
-constexpr const char* kNoBoundaries = "no character boundaries from the text library";
 
 struct SeverityLook {
   const char* word;
@@ -93,32 +86,6 @@ std::string_view nearCaret(std::string_view line, int reach, int& caret, Excerpt
   return line.substr(start, position - start);
 }
 
-std::unique_ptr<icu::BreakIterator> makeClusterBreaks() {
-  UErrorCode status = U_ZERO_ERROR;
-  std::unique_ptr<icu::BreakIterator> breaks(
-      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
-  if (U_FAILURE(status)) throw std::runtime_error(kNoBoundaries);
-  return breaks;
-}
-
-/// Boundaries of the clusters of UTF-8 text, as offsets behind each of them.
-std::vector<std::size_t> clusterEnds(const std::string& text) {
-  // Making one costs more than a line, and a long list of messages has many lines.
-  thread_local const std::unique_ptr<icu::BreakIterator> breaks = makeClusterBreaks();
-  UErrorCode status = U_ZERO_ERROR;
-  UText* const opened =
-      utext_openUTF8(nullptr, text.data(), static_cast<std::int64_t>(text.size()), &status);
-  const std::unique_ptr<UText, decltype(&utext_close)> source(opened, &utext_close);
-  if (U_SUCCESS(status)) breaks->setText(source.get(), status);
-  if (U_FAILURE(status)) throw std::runtime_error(kNoBoundaries);
-  std::vector<std::size_t> ends;
-  breaks->first();
-  for (auto end = breaks->next(); end != icu::BreakIterator::DONE; end = breaks->next()) {
-    ends.push_back(static_cast<std::size_t>(end));
-  }
-  return ends;
-}
-
 /// Adds a cluster that the terminal shows as `text`, a tab up to the next tab stop.
 void addCluster(Excerpt& excerpt, std::string_view text, int characters, int width) {
   Cluster cluster;
@@ -146,19 +113,15 @@ void measure(std::string_view part, Excerpt& excerpt) {
   // Sanitizing replaces characters one for one, so both texts are walked side by side.
   const std::string shown = sanitizeForTerminal(part);
   std::size_t original = 0;
-  std::size_t start = 0;
-  for (const std::size_t end : clusterEnds(shown)) {
+  forEachCluster(shown, [&](std::string_view cluster, int width) {
     const bool isTab = part[original] == '\t';
     int characters = 0;
-    for (std::size_t i = start; i < end; i += characterBytes(std::string_view(shown).substr(i))) {
+    for (std::size_t i = 0; i < cluster.size(); i += characterBytes(cluster.substr(i))) {
       original += characterBytes(part.substr(original));
       ++characters;
     }
-    const std::string_view cluster = std::string_view(shown).substr(start, end - start);
-    const int width = cluster.size() == 1 ? 1 : displayWidth(cluster);
     addCluster(excerpt, isTab ? "\t" : cluster, characters, width);
-    start = end;
-  }
+  });
 }
 
 /// Where the characters [caret, caret + length) stand; behind the end of the line when they do.

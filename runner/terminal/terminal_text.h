@@ -19,6 +19,10 @@ int widestLine(std::string_view shown);
 /// The lines of a shown text at most `columns` wide; 0 for no limit.
 std::vector<std::string> shownLines(const std::string& shown, int columns);
 
+/// A shown line in at most `columns` columns: cut at a word where there is one, with an ellipsis
+/// where something is missing.
+std::string cutLine(const std::string& line, int columns);
+
 /// A count of blanks, box lines or the like: `text` `times` times over; nothing when negative.
 std::string repeated(std::string_view text, int times);
 

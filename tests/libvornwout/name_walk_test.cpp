@@ -79,6 +79,7 @@ constexpr WalkCase kCases[] = {
     {"'NAME'", "refused", "refused"},
     // "=" before a bare name: OUTPUT NAME alone passes over it, and not at the end.
     {"= doc1", "doc1, 0", "refused"},
+    {"'=' doc1", "refused", "refused"},
     {"=", "=, 0", "=, 0"},
     {"= =", "=, 0", "refused"},
     {"= NAME", "NAME, 0", "refused"},

@@ -2,8 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/parser/grammar_capture.h"
 #include "tests/support/command_run.h"
+#include "tests/support/free_list_grammar.h"
 #include "vornwout/entry_points.h"
 
 namespace vornwout {
@@ -12,14 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(OutputClose, DeclaresOneFreeTokenList) {
-  const CommandDescriptor grammar = grammarOf(outclose_);
-  ASSERT_EQ(grammar.subcommands().size(), 1U);
-  EXPECT_EQ(grammar.subcommands()[0].name(), "");
-  EXPECT_EQ(grammar.subcommands()[0].spec(), 0);
-  EXPECT_TRUE(grammar.subcommands()[0].required());
-  EXPECT_FALSE(grammar.subcommands()[0].repeatable());
-}
+TEST(OutputClose, DeclaresOneFreeTokenList) { expectOneFreeTokenList(outclose_); }
 
 struct Sent {
   const char* condition;

@@ -247,6 +247,23 @@ TEST(IsCommentColor, KeepsTheLenientTestOfOneHexadecimalDigitInSix) {
   }
 }
 
+TEST(IsCommentColor, KeepsEveryHexadecimalDigitInEveryPlaceAsTheOneThatSuffices) {
+  const auto colorWith = [](char only, std::size_t place) {
+    std::string value = "#zzzzzz";
+    value[1 + place] = only;
+    return value;
+  };
+  for (std::size_t place = 0; place < 6; ++place) {
+    for (const char digit : std::string_view("0123456789abcdefABCDEF")) {
+      EXPECT_TRUE(isCommentColor(colorWith(digit, place))) << colorWith(digit, place);
+    }
+    // The neighbours of the digits in the character set.
+    for (const char other : std::string_view("Gg/:@`")) {
+      EXPECT_FALSE(isCommentColor(colorWith(other, place))) << colorWith(other, place);
+    }
+  }
+}
+
 TEST(IsCommentColor, CountsCharactersAndLooksInsideNone) {
   EXPECT_TRUE(isCommentColor("#1\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4"));
   EXPECT_FALSE(isCommentColor("#12\xC3\xA4\xC3\xA4"));

@@ -6,6 +6,7 @@
 #include "platform/parser/grammar_capture.h"
 #include "platform/text/encoding.h"
 #include "tests/support/command_run.h"
+#include "tests/support/table_rows.h"
 #include "vornwout/entry_points.h"
 
 namespace vornwout {
@@ -13,20 +14,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-/// "0: a (Active output document)" for every row.
-std::vector<std::string> rowsOf(const PivotTable& table) {
-  std::vector<std::string> rows;
-  for (const PivotCell& cell : table.cells) {
-    const PivotDimension& dimension = table.dimensions.at(0);
-    const int node = categoryPath(dimension, cell.at.at(0)).at(0);
-    std::string row = renderText(dimension.categories[static_cast<std::size_t>(node)].label);
-    row += ": " + renderText(cell.value);
-    for (const CellText& note : cell.notes) row += " (" + renderText(note) + ")";
-    rows.push_back(row);
-  }
-  return rows;
-}
 
 TEST(OutputDisplay, DeclaresNothing) {
   const CommandDescriptor grammar = grammarOf(outdisp_);

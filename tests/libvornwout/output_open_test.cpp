@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/files/path_context.h"
+#include "platform/parser/command_names.h"
 #include "tests/support/command_run.h"
 #include "vornwout/entry_points.h"
 
@@ -91,6 +92,22 @@ TEST_F(OutputOpen, RefusesAFileThatIsNoQuotedText) {
   const CommandRun run(outopen_, "OUTPUT OPEN FILE=out a.qxv NAME=x.", &host);
   EXPECT_THAT(run.parserCalls(), ElementsAre("WrongValueType(FILE, \"out a.qxv\")"));
   EXPECT_THAT(host.requests, IsEmpty());
+}
+
+TEST_F(OutputOpen, NamesTheOffenderAndNeverThePassword) {
+  const ScopedCommandNames names({"OUTPUT NEW"});
+  const std::pair<const char*, const char*> cases[] = {
+      {"FILE= PASSWORD='s3cret'", "WrongValueType(FILE, \"PASSWORD = ***\")"},
+      {"FILE='a' PASSWORD='x' LOCK MINIMIZED=YES", "ParamValueRequired(LOCK, )"},
+      {"FILE='a' PASSWORD='x' LOCK YES", "EqualSignRequired(LOCK, )"},
+      {"FILE='a' PASSWORD='LOCK' LOCK=X", "InvalidParamValue(X, LOCK, )"},
+      {"FILE='a' PASSWORD='s3c'\nOUTPUT NEW", "UnexpectedToken(OUTPUT, PASSWORD)"},
+      {"FILE='a' PASSWORD='x' 'y'", "UnexpectedToken(***, PASSWORD)"},
+  };
+  for (const auto& [keywords, call] : cases) {
+    const CommandRun run(outopen_, std::string("OUTPUT OPEN ") + keywords + ".", &host);
+    EXPECT_THAT(run.parserCalls(), ElementsAre(call)) << keywords;
+  }
 }
 
 TEST_F(OutputOpen, RequiresTheFileAndSaysSoOnce) {

@@ -110,6 +110,14 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{"UnquotedFile", "OUTFILE=a.qxv", {"WrongValueType(OUTFILE, \"a.qxv\")"}, {}},
         Refused{"NameOfTwoWords", "OUTFILE='/a' NAME=a b", {"WrongValueType(NAME, )"}, {}},
         Refused{"NameAll", "OUTFILE='/a' NAME=ALL", {"WrongValueType(NAME, )"}, {}},
+        Refused{"WordsSpeltLikeThePasswordAreNamed",
+                "OUTFILE='/a' NAME='NAME' 'b' /PASSPROTECT PASSWORD='NAME'",
+                {"WrongValueType(NAME, )"},
+                {}},
+        Refused{"ValueBesideThePasswordIsNamed",
+                "OUTFILE='/a' /PASSPROTECT ENCRYPTEDPW='YSE' PASSWORD='YSE'",
+                {"InvalidParamValue(YSE, ENCRYPTEDPW, PASSPROTECT)"},
+                {}},
         Refused{"EmptyPassword", "OUTFILE='/a' /PASSPROTECT PASSWORD=''", {}, {kEmptyPassword}},
         Refused{"PasswordNone", "OUTFILE='/a' /PASSPROTECT PASSWORD=NONE", {}, {kEmptyPassword}},
         Refused{"Plain11Bytes",
@@ -133,13 +141,22 @@ TEST_F(OutputSave, MarksThePasswordOfAMessageAsSecret) {
 }
 
 TEST_F(OutputSave, RepeatsNoPasswordInAMessageOfTheParser) {
-  for (const char* protection : {"PASSWORD='a' 's3cret'", "PASSWORD=my s3cret", "'s3cret'",
-                                 "PASSWORD=x/s3cret", "PASSWORD=-5s3cret"}) {
-    const CommandRun saved = run(std::string("OUTFILE='/a' /PASSPROTECT ") + protection);
-    EXPECT_THAT(saved.parserMessages, testing::Not(IsEmpty())) << protection;
+  for (const char* keywords :
+       {"OUTFILE='/a' /PASSPROTECT PASSWORD='a' 's3cret'",
+        "OUTFILE='/a' /PASSPROTECT PASSWORD=my s3cret", "OUTFILE='/a' /PASSPROTECT 's3cret'",
+        "OUTFILE='/a' /PASSPROTECT s3cret", "OUTFILE='/a' /PASSPROTECT PASSWORD=x/s3cret",
+        "OUTFILE='/a' /PASSPROTECT PASSWORD=-5s3cret",
+        "OUTFILE='/a' /PASSPROTECT PASSWORD= /s3cret", "OUTFILE= PASSWORD='s3cret'",
+        "OUTFILE=a PASSWORD 's3cret'", "OUTFILE='/a' PASSWORD='s3cret'",
+        "OUTFILE='/a' PASSWROD 's3cret'", "OUTFILE='/a' /PASPROTECT PASSWORD='s3cret'",
+        "OUTFILE='/a' /PASSWORD='s3cret'"}) {
+    const CommandRun saved = run(keywords);
+    EXPECT_THAT(saved.parserMessages, testing::Not(IsEmpty())) << keywords;
     for (const ParserMessageRecord& message : saved.parserMessages) {
       EXPECT_EQ(message.text.find("s3cret"), std::string::npos) << message.text;
-      for (const std::string& argument : message.arguments) EXPECT_NE(argument, "s3cret");
+      for (const std::string& argument : message.arguments) {
+        EXPECT_EQ(argument.find("s3cret"), std::string::npos) << argument;
+      }
     }
   }
 }

@@ -258,6 +258,9 @@ TEST(TokenList, IsWhatReachesTheReader) {
       {Spec::kRawTokens, Spec::kBracketsOptionalList, "1, 2", {"1", "2"}},
       {Spec::kRawTokens, Spec::kBracketsOptional, "[[1]]", {"[", "1", "]"}},
       {Spec::kRawTokens, Spec::kBracketsOptional, "[]", {}},
+      // Brackets at both ends that are not partners enclose nothing.
+      {Spec::kRawTokens, Spec::kBracketsOptional, "['a'] ['b']", {"[", "a", "]", "[", "b", "]"}},
+      {Spec::kRawTokens, Spec::kBracketsOptional, "[['a'] ['b']]", {"[", "a", "]", "[", "b", "]"}},
       {Spec::kRawTokens, Spec::kBracketsOptional, "(1)", {"(", "1", ")"}},
       // Commas of lists separate.
       {Spec::kNumberList, Spec::kBracketsRaw, "1, 2", {"1", "2"}},
@@ -298,9 +301,14 @@ TEST(IntegerText, IsAnIntegerOfWhateverSizeAsWritten) {
 
 TEST(WrittenText, IsTheSliceOfTheJob) {
   for (const char* source : {"RGB(1 2,3)", "a  -  'b c'", "(a /* c */ b)", "x", "'a'\n 'b'"}) {
-    EXPECT_EQ(OneValue(param(Spec::kRawTokens), source)->writtenText(), source);
+    EXPECT_EQ(OneValue(param(Spec::kRawTokens), source)->writtenText().text(), source);
   }
-  EXPECT_EQ(ParamObj().writtenText(), "");
+  EXPECT_EQ(ParamObj().writtenText().text(), "");
+}
+
+TEST(WrittenText, HidesWhatIsSecretInIt) {
+  const OneValue value(param(Spec::kRawTokens), "RGB( PASSWORD = 's' ,1)");
+  EXPECT_EQ(value->writtenText().hidden(), "RGB( PASSWORD = *** ******)");
 }
 
 ParamDescriptor sizeParam() {

@@ -45,6 +45,44 @@ TEST(CurrentCommand, ShorterThanItsNameHasNoTokens) {
   EXPECT_THAT(CurrentCommand(text.command(), 2).argumentTokens(), IsEmpty());
 }
 
+TEST(CurrentCommandSecrets, AreThoseOfItsGrammarUntilThatIsForgotten) {
+  const TokenizedText text("GO KEY='a' PASSWORD b.");
+  const std::vector<Token>& tokens = text.command().tokens();
+  CommandDescriptor grammar("GO");
+  SubComDescriptor main("", UPSpecTypes::kKeywords, false, false);
+  ParamDescriptor key("KEY", UPSpecTypes::kString, false, true);
+  key.setSecret();
+  main.addParamDesc(key);
+  main.addParamDesc("PASSWORD", UPSpecTypes::kString, false, true);
+  grammar.addSubComDesc(main);
+
+  CurrentCommand known(text.command(), 1);
+  known.setGrammar(grammar);
+  EXPECT_TRUE(known.isSecret(tokens[3]));
+  EXPECT_FALSE(known.isSecret(tokens[5]));
+  CurrentCommand::forgetGrammar(grammar);
+  EXPECT_TRUE(known.isSecret(tokens[3])) << "what was found stays";
+
+  CurrentCommand guessed(text.command(), 1);
+  guessed.setGrammar(grammar);
+  {
+    const CurrentCommand inner(text.command(), 1);
+    CurrentCommand::forgetGrammar(grammar);
+  }
+  EXPECT_FALSE(guessed.isSecret(tokens[3]));
+  EXPECT_TRUE(guessed.isSecret(tokens[5]));
+}
+
+TEST(CurrentCommandSecrets, AreNoTokensOfAnotherCommand) {
+  const TokenizedText text("GO PASSWORD=a.");
+  const TokenizedText other("GO PASSWORD=a.");
+  const CurrentCommand current(text.command(), 1);
+  EXPECT_TRUE(current.isSecret(text.command().tokens()[3]));
+  EXPECT_FALSE(current.isSecret(other.command().tokens()[3]));
+  const TokenizedText empty("/* never closed");
+  EXPECT_FALSE(CurrentCommand(empty.command(), 2).isSecret(text.command().tokens()[3]));
+}
+
 TEST(CurrentCommandPlace, IsTheCommandUntilSomethingIsRead) {
   const TokenizedText text("\n  A b\n c.");
   CurrentCommand command(text.command(), 1);

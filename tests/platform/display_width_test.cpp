@@ -213,5 +213,16 @@ TEST(DisplayWidthTest, aMegabyteTakesNoNoticeableTime) {
   }
 }
 
+TEST(ForEachCluster, GivesWhatATerminalDrawsInOnePlaceWithItsColumns) {
+  std::vector<std::pair<std::string, int>> clusters;
+  forEachCluster("ae\u0301表\t\r\n\u0301", [&](std::string_view cluster, int columns) {
+    clusters.emplace_back(cluster, columns);
+  });
+  const std::vector<std::pair<std::string, int>> expected = {
+      {"a", 1}, {"e\u0301", 1}, {"表", 2}, {"\t", 1}, {"\r\n", 1}, {"\u0301", 0}};
+  EXPECT_EQ(clusters, expected);
+  forEachCluster("", [](std::string_view, int) { ADD_FAILURE() << "nothing is no cluster"; });
+}
+
 }  // namespace
 }  // namespace vornwout

@@ -11,6 +11,7 @@
 #include "platform/message/parser_message.h"
 #include "platform/parser/universal_parser.h"
 #include "tests/support/parsed_command.h"
+#include "tests/support/recording_sink.h"
 
 namespace vornwout {
 namespace {
@@ -47,15 +48,6 @@ class SilentHost : public HostAdapter {
   std::string ModifyOutput(const std::string&) override { return {}; }
 };
 
-class MessageSink : public OutputSink {
- public:
-  void parserMessage(const ParserMessageRecord& record) override { texts.push_back(record.text); }
-  std::vector<std::string> texts;
-
- private:
-  SinkRegistration registration_{*this};
-};
-
 TEST(GrammarOfACommand, IsWhatItDeclares) {
   const CommandDescriptor grammar = grammarOf(entry);
   EXPECT_EQ(grammar.name(), "OUTPUT PROBE");
@@ -67,7 +59,7 @@ TEST(GrammarOfACommand, IsWhatItDeclares) {
 TEST(GrammarOfACommand, IsTakenWithoutCarryingItOutShowingAnythingOrAskingAHost) {
   SilentHost host;
   const AdapterRegistration adapter(&host);
-  MessageSink sink;
+  RecordingSink sink;
   const TokenizedText text("OUTPUT PROBE FILE='a'.");
   const CurrentCommand current(text.command(), 2);
   carriedOut = true;
@@ -75,13 +67,13 @@ TEST(GrammarOfACommand, IsTakenWithoutCarryingItOutShowingAnythingOrAskingAHost)
   grammarOf(entry);
   EXPECT_FALSE(carriedOut);
   EXPECT_FALSE(sawAHost);
-  EXPECT_THAT(sink.texts, IsEmpty());
+  EXPECT_THAT(sink.parserMessages, IsEmpty());
 }
 
 TEST(GrammarOfACommand, LeavesEverythingAsItWas) {
   SilentHost host;
   const AdapterRegistration adapter(&host);
-  MessageSink sink;
+  RecordingSink sink;
   grammarOf(entry);
   EXPECT_EQ(GetAdapter(), &host);
   EXPECT_EQ(GrammarCapture::current(), nullptr);
@@ -89,7 +81,8 @@ TEST(GrammarOfACommand, LeavesEverythingAsItWas) {
   const CurrentCommand current(text.command(), 2);
   entry();
   EXPECT_TRUE(carriedOut);
-  EXPECT_THAT(sink.texts, testing::ElementsAre("shown to nobody"));
+  ASSERT_EQ(sink.parserMessages.size(), 1U);
+  EXPECT_EQ(sink.parserMessages[0].text, "shown to nobody");
 }
 
 TEST(GrammarOfACommand, WithoutGrammarIsAnError) {

@@ -9,28 +9,20 @@
 
 #include "platform/message/parser_message.h"
 #include "tests/support/parsed_command.h"
+#include "tests/support/recording_sink.h"
 
 namespace vornwout {
 namespace {
 
-class MessageSink : public OutputSink {
- public:
-  void parserMessage(const ParserMessageRecord& record) override { records.push_back(record); }
-  std::vector<ParserMessageRecord> records;
-
- private:
-  SinkRegistration registration_{*this};
-};
-
 /// "NulCharacter@1:3+1" for every error that is reported.
 std::vector<std::string> reportsOf(const std::string& source) {
   const TokenizedText text(source);
-  MessageSink sink;
+  RecordingSink sink;
   const ParserMessage messages;
   const int count = reportLexicalErrors(messages, text.command());
-  EXPECT_EQ(count, static_cast<int>(sink.records.size()));
+  EXPECT_EQ(count, static_cast<int>(sink.parserMessages.size()));
   std::vector<std::string> reports;
-  for (const ParserMessageRecord& record : sink.records) {
+  for (const ParserMessageRecord& record : sink.parserMessages) {
     reports.push_back(std::string(record.operation) + "@" + std::to_string(record.place.line) +
                       ":" + std::to_string(record.place.column) + "+" +
                       std::to_string(record.length));

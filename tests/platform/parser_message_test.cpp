@@ -14,6 +14,7 @@
 #include "platform/text/encoding.h"
 #include "tests/support/hostile_size.h"
 #include "tests/support/parsed_command.h"
+#include "tests/support/recording_sink.h"
 
 namespace vornwout {
 namespace {
@@ -22,15 +23,6 @@ using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-class MessageSink : public OutputSink {
- public:
-  void parserMessage(const ParserMessageRecord& record) override { records.push_back(record); }
-  std::vector<ParserMessageRecord> records;
-
- private:
-  SinkRegistration registration_{*this};
-};
 
 struct OperationCase {
   const char* operation;
@@ -45,11 +37,11 @@ void PrintTo(const OperationCase& row, std::ostream* out) { *out << row.text; }
 class Operation : public testing::TestWithParam<OperationCase> {};
 
 TEST_P(Operation, SendsOneRecord) {
-  MessageSink sink;
+  RecordingSink sink;
   const ParserMessage messages;
   GetParam().call(messages);
-  ASSERT_THAT(sink.records, SizeIs(1));
-  const ParserMessageRecord& record = sink.records[0];
+  ASSERT_THAT(sink.parserMessages, SizeIs(1));
+  const ParserMessageRecord& record = sink.parserMessages[0];
   EXPECT_EQ(record.operation, GetParam().operation);
   EXPECT_THAT(record.arguments, ElementsAreArray(GetParam().arguments));
   EXPECT_EQ(record.text, GetParam().text);
@@ -207,87 +199,150 @@ const OperationCase kOperationCases[] = {
 INSTANTIATE_TEST_SUITE_P(ParserMessage, Operation, testing::ValuesIn(kOperationCases));
 
 TEST(GenericOperations, SendTheirTemplateTheirArgumentsAndTheFilledText) {
-  MessageSink sink;
+  RecordingSink sink;
   const ParserMessage messages;
   messages.GenericError("Value ^1 breaks ^2 or ^3 for ^4...", "5", "0", "200PERCENTSIZE");
   messages.GenericWarning("^1 was specified, but \"^2\" is ^1.", std::string("A"), "b^1");
   messages.GenericError("No argument");
-  ASSERT_THAT(sink.records, SizeIs(3));
-  EXPECT_EQ(sink.records[0].operation, "GenericError");
-  EXPECT_EQ(sink.records[0].severity, MessageSeverity::kError);
-  EXPECT_EQ(sink.records[0].messageTemplate, "Value ^1 breaks ^2 or ^3 for ^4...");
-  EXPECT_THAT(sink.records[0].arguments, ElementsAre("5", "0", "200PERCENTSIZE"));
-  EXPECT_EQ(sink.records[0].text, "Value 5 breaks 0 or 200PERCENTSIZE for ...");
-  EXPECT_EQ(sink.records[1].operation, "GenericWarning");
-  EXPECT_EQ(sink.records[1].severity, MessageSeverity::kWarning);
-  EXPECT_EQ(sink.records[1].text, "A was specified, but \"b^1\" is A.");
-  EXPECT_THAT(sink.records[2].arguments, IsEmpty());
-  EXPECT_EQ(sink.records[2].text, "No argument");
+  ASSERT_THAT(sink.parserMessages, SizeIs(3));
+  EXPECT_EQ(sink.parserMessages[0].operation, "GenericError");
+  EXPECT_EQ(sink.parserMessages[0].severity, MessageSeverity::kError);
+  EXPECT_EQ(sink.parserMessages[0].messageTemplate, "Value ^1 breaks ^2 or ^3 for ^4...");
+  EXPECT_THAT(sink.parserMessages[0].arguments, ElementsAre("5", "0", "200PERCENTSIZE"));
+  EXPECT_EQ(sink.parserMessages[0].text, "Value 5 breaks 0 or 200PERCENTSIZE for ...");
+  EXPECT_EQ(sink.parserMessages[1].operation, "GenericWarning");
+  EXPECT_EQ(sink.parserMessages[1].severity, MessageSeverity::kWarning);
+  EXPECT_EQ(sink.parserMessages[1].text, "A was specified, but \"b^1\" is A.");
+  EXPECT_THAT(sink.parserMessages[2].arguments, IsEmpty());
+  EXPECT_EQ(sink.parserMessages[2].text, "No argument");
   EXPECT_EQ(messages.errorCount(), 2);
 }
 
 TEST(Messages, AreConvertedFromTheCurrentEncoding) {
   const ScopedEncoding encoding(Encoding::find("Shift-JIS"));
-  MessageSink sink;
+  RecordingSink sink;
   const ParserMessage messages;
   messages.ParenRequired("\x95\x5C");
   messages.GenericError("\x95\x5C: ^1", "\xFF");
   messages.report(MessageKey::kUnknownSubCom, {"X"}, std::nullopt, "\x95\x5C?");
-  EXPECT_EQ(sink.records[0].text, "表 needs its values in parentheses.");
-  EXPECT_EQ(sink.records[1].messageTemplate, "表: ^1");
-  EXPECT_EQ(sink.records[1].text, "表: \xEF\xBF\xBD");
-  EXPECT_EQ(sink.records[2].text, "There is no subcommand X in this command. 表?");
+  EXPECT_EQ(sink.parserMessages[0].text, "表 needs its values in parentheses.");
+  EXPECT_EQ(sink.parserMessages[1].messageTemplate, "表: ^1");
+  EXPECT_EQ(sink.parserMessages[1].text, "表: \xEF\xBF\xBD");
+  EXPECT_EQ(sink.parserMessages[2].text, "There is no subcommand X in this command. 表?");
+}
+
+TEST(Messages, HideWhatIsSecretAndCarryItForWhoMaySeeIt) {
+  const TokenizedText text("GO PASSWORD='s3cret'.");
+  const CurrentCommand current(text.command(), 1);
+  RecordingSink sink;
+  const ParserMessage messages;
+  const MessageArgument secret =
+      MessageArgument::ofToken(text.command(), text.command().tokens()[3]);
+  messages.InvalidParamValue(secret, "s3cret", "");
+  messages.GenericError("^1 and ^2", secret, "x");
+  ASSERT_THAT(sink.parserMessages, SizeIs(2));
+  const ParserMessageRecord& named = sink.parserMessages[0];
+  EXPECT_THAT(named.arguments, ElementsAre("***", "s3cret", "")) << "a name is never hidden";
+  EXPECT_EQ(named.text, "\"***\" is not a valid value for s3cret.");
+  EXPECT_EQ(named.briefText(), named.text);
+  ASSERT_TRUE(named.uncovered);
+  EXPECT_THAT(named.uncovered->arguments, ElementsAre("s3cret", "s3cret", ""));
+  EXPECT_EQ(named.uncovered->text, "\"s3cret\" is not a valid value for s3cret.");
+  EXPECT_EQ(sink.parserMessages[1].text, "*** and x");
+  ASSERT_TRUE(sink.parserMessages[1].uncovered);
+  EXPECT_EQ(sink.parserMessages[1].uncovered->text, "s3cret and x");
+}
+
+TEST(Messages, CarryNothingUncoveredWhereNothingIsSecret) {
+  RecordingSink sink;
+  const ParserMessage messages;
+  messages.WrongValueType("NAME", "a");
+  ASSERT_THAT(sink.parserMessages, SizeIs(1));
+  EXPECT_FALSE(sink.parserMessages[0].uncovered);
+}
+
+TEST(Messages, HaveATextWithLongArgumentsShortened) {
+  RecordingSink sink;
+  const ParserMessage messages;
+  const std::string name(100, 'a');
+  const std::string shortName = std::string(28, 'a') + " … 44 characters … " + std::string(28, 'a');
+  messages.ParenRequired(name);
+  messages.SubComRequired({name, "B"});
+  messages.report(MessageKey::kUnknownSubCom, {name}, std::nullopt, "A hint.");
+  ASSERT_THAT(sink.parserMessages, SizeIs(3));
+  EXPECT_EQ(sink.parserMessages[0].text, name + " needs its values in parentheses.");
+  EXPECT_EQ(sink.parserMessages[0].briefText(), shortName + " needs its values in parentheses.");
+  EXPECT_THAT(sink.parserMessages[0].arguments, ElementsAre(name));
+  EXPECT_EQ(sink.parserMessages[1].briefText(),
+            "One of these subcommands is required: " + shortName + ", B.");
+  EXPECT_EQ(sink.parserMessages[2].briefText(),
+            "There is no subcommand " + shortName + " in this command. A hint.");
+}
+
+TEST(Messages, AboutManySecretsAreMadeInLinearTime) {
+  std::string source = "GO";
+  for (int i = 0; i < kHostileCount; ++i) source += " PASSWORD='s'";
+  const TokenizedText text(source);
+  const CurrentCommand current(text.command(), 1);
+  RecordingSink sink;
+  const ParserMessage messages;
+  const auto start = std::chrono::steady_clock::now();
+  for (const Token& token : text.command().tokens()) {
+    messages.InvalidParamValue(MessageArgument::ofToken(text.command(), token), "A", "");
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  EXPECT_EQ(sink.parserMessages.back().text, "\"***\" is not a valid value for A.");
 }
 
 TEST(MessagePlace, IsThatOfWhatWasReadLastUnlessOneIsNamed) {
   const TokenizedText text("GO\n NAME=a.");
   CurrentCommand current(text.command(), 1);
-  MessageSink sink;
+  RecordingSink sink;
   const ParserMessage messages;
   messages.WrongValueType("NAME", "");
   current.noteRead(&text.command().tokens()[3]);
   messages.WrongValueType("NAME", "");
   messages.GenericWarning("x");
   messages.report(MessageKey::kUnknownParam, {"NAME", ""}, SourceSpot{{7, 8}, 3, 4}, "A hint.");
-  ASSERT_THAT(sink.records, SizeIs(4));
-  EXPECT_EQ(sink.records[0].place, (SourcePlace{1, 1}));
-  EXPECT_EQ(sink.records[1].place, (SourcePlace{2, 7}));
-  EXPECT_EQ(sink.records[2].place, (SourcePlace{2, 7}));
-  EXPECT_EQ(sink.records[1].offset, 9U);
-  EXPECT_EQ(sink.records[1].length, 1U);
-  EXPECT_EQ(sink.records[3].place, (SourcePlace{7, 8}));
-  EXPECT_EQ(sink.records[3].offset, 3U);
-  EXPECT_EQ(sink.records[3].length, 4U);
-  EXPECT_EQ(sink.records[3].text, "There is no keyword NAME in this command. A hint.");
+  ASSERT_THAT(sink.parserMessages, SizeIs(4));
+  EXPECT_EQ(sink.parserMessages[0].place, (SourcePlace{1, 1}));
+  EXPECT_EQ(sink.parserMessages[1].place, (SourcePlace{2, 7}));
+  EXPECT_EQ(sink.parserMessages[2].place, (SourcePlace{2, 7}));
+  EXPECT_EQ(sink.parserMessages[1].offset, 9U);
+  EXPECT_EQ(sink.parserMessages[1].length, 1U);
+  EXPECT_EQ(sink.parserMessages[3].place, (SourcePlace{7, 8}));
+  EXPECT_EQ(sink.parserMessages[3].offset, 3U);
+  EXPECT_EQ(sink.parserMessages[3].length, 4U);
+  EXPECT_EQ(sink.parserMessages[3].text, "There is no keyword NAME in this command. A hint.");
 }
 
 TEST(MessageRemedy, IsThatOfTheRowAndTheKeywordUnlessAHintTakesItsPlace) {
-  MessageSink sink;
+  RecordingSink sink;
   const ParserMessage messages;
   messages.ParenRequired("URL");
   messages.WrongValueType("NAME", "");
   messages.WrongValueType("TEXT", "");
   messages.GenericError("Text.");
   messages.report(MessageKey::kInvalidParamValue, {"*", "NAME", ""}, std::nullopt, "A hint.");
-  ASSERT_THAT(sink.records, SizeIs(5));
-  EXPECT_EQ(sink.records[0].remedy, "Put the values between ( and ).");
-  EXPECT_TRUE(sink.records[1].remedy.starts_with("A document name is one word"));
-  EXPECT_EQ(sink.records[2].remedy, "A text of several words stands in quotes.");
-  EXPECT_EQ(sink.records[3].remedy, "");
-  EXPECT_EQ(sink.records[4].remedy, "");
+  ASSERT_THAT(sink.parserMessages, SizeIs(5));
+  EXPECT_EQ(sink.parserMessages[0].remedy, "Put the values between ( and ).");
+  EXPECT_TRUE(sink.parserMessages[1].remedy.starts_with("A document name is one word"));
+  EXPECT_EQ(sink.parserMessages[2].remedy, "A text of several words stands in quotes.");
+  EXPECT_EQ(sink.parserMessages[3].remedy, "");
+  EXPECT_EQ(sink.parserMessages[4].remedy, "");
 }
 
 TEST(WrongValueType, SaysWhenAnotherCommandSeemsToStandInTheValue) {
   const ScopedCommandNames names({"OUTPUT NEW"});
   const TokenizedText text("GO TEXT='a'\n\tOUTPUT NEW.");
   const CurrentCommand current(text.command(), 1);
-  MessageSink sink;
+  RecordingSink sink;
   const ParserMessage messages;
   messages.WrongValueType("TEXT", "");
   messages.ParamNoSubCom("X");
-  EXPECT_TRUE(sink.records[0].text.ends_with(
+  EXPECT_TRUE(sink.parserMessages[0].text.ends_with(
       " Line 2 begins a command: does the one before it lack its period?"));
-  EXPECT_EQ(sink.records[1].text, "X does not belong here.");
+  EXPECT_EQ(sink.parserMessages[1].text, "X does not belong here.");
 }
 
 TEST(WrongValueType, InALongCommandLooksForAnotherCommandOnce) {
@@ -304,16 +359,16 @@ TEST(WrongValueType, InALongCommandLooksForAnotherCommandOnce) {
 }
 
 TEST(Messages, ReachEverySinkAndNoneThatIsSuspended) {
-  MessageSink first;
-  MessageSink second;
+  RecordingSink first;
+  RecordingSink second;
   const ParserMessage messages;
   messages.ParenRequired("A");
   {
     const SinkSuspension suspended;
     messages.ParenRequired("B");
   }
-  EXPECT_THAT(first.records, SizeIs(1));
-  EXPECT_THAT(second.records, SizeIs(1));
+  EXPECT_THAT(first.parserMessages, SizeIs(1));
+  EXPECT_THAT(second.parserMessages, SizeIs(1));
 }
 
 TEST(CurrentParserMessage, IsTheInnermostThatLives) {

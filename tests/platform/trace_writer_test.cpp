@@ -154,6 +154,28 @@ TEST_F(TraceWriterTest, ShowsInvalidBytesAsTheReplacementCharacter) {
   EXPECT_EQ(all[1].at("name"), "p\xEF\xBF\xBD");
 }
 
+TEST_F(TraceWriterTest, UncoversAMessageOfTheParserOnlyWhenAskedTo) {
+  ParserMessageRecord message;
+  message.operation = "InvalidParamValue";
+  message.arguments = {"***"};
+  message.text = "*** is not valid.";
+  message.shortened = "short";
+  message.uncovered = ParserMessageRecord::Texts{{"s3cret"}, "s3cret is not valid."};
+  trace_.parserMessage(message);
+  TraceWriter open(stream_, TraceWriter::Secrets::kShown);
+  open.parserMessage(message);
+  message.uncovered.reset();
+  open.parserMessage(message);
+  const auto all = lines();
+  ASSERT_EQ(all.size(), 3U);
+  for (const std::size_t covered : {0U, 2U}) {
+    EXPECT_EQ(all[covered].at("arguments").at(0), "***");
+    EXPECT_EQ(all[covered].at("text"), "*** is not valid.");
+  }
+  EXPECT_EQ(all[1].at("arguments").at(0), "s3cret");
+  EXPECT_EQ(all[1].at("text"), "s3cret is not valid.");
+}
+
 TEST_F(TraceWriterTest, WritesAMessageOfTheParserWithTheFieldsItHas) {
   ParserMessageRecord message;
   message.operation = "WrongValueType";

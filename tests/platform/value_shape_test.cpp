@@ -172,6 +172,12 @@ const ShapeCase kShapeCases[] = {
     {sizeParam, "2 1", {}},  // its reader tells what happens without a unit
     {sizeParam, "INCHES", {}},
     {sizeParam, "INCHEZ(2 1)", {"ParamNoSubCom(INCHEZ)@1:8"}},
+    {sizeParam, "2 INCHS", {"ParamNoSubCom(INCHS)@1:10"}},
+    {sizeParam, "2 1 POINT", {"ParamNoSubCom(POINT)@1:12"}},
+    {sizeParam, "2 'INCHS'", {}},
+    {sizeParam, "5 PROPORTIONAL", {}},  // a value, and its reader tells about the unit
+    {sizeParam, "INCHES 2", {"ParenRequired(INCHES)@1:8"}},
+    {sizeParam, "points 2 1", {"ParenRequired(POINTS)@1:8"}},
     {sizeParam, "INCHES(2 (1)) 3 x", {"UnexpectedToken(3, INCHES)@1:22"}},
     {locationParam, "LASTROW", {}},
     {locationParam, "'lastcolumn'", {}},
@@ -180,6 +186,11 @@ const ShapeCase kShapeCases[] = {
     {locationParam, "STARTCELL", {"ParenRequired(STARTCELL)@1:8"}},
     {locationParam, "STARTCELL()", {"ParenRequired(STARTCELL)@1:8"}},
     {locationParam, "STARTCELL('A' 'B')", {"UnexpectedToken(B, STARTCELL)@1:22"}},
+    {locationParam, "'B4' STARTCEL", {"ParamNoSubCom(STARTCEL)@1:13"}},
+    {locationParam, "'B4' HERE", {"ParamNoSubCom(HERE)@1:13"}},
+    {locationParam, "'B4' 5", {"InvalidParamValue(B4, P, S)@1:8"}},
+    {locationParam, "'B4' LASTROW", {"InvalidParamValue(B4, P, S)@1:8"}},
+    {locationParam, "STARTCELL 'B4'", {"ParenRequired(STARTCELL)@1:8"}},
     {locationParam, "FIRSTROW", {"InvalidParamValue(FIRSTROW, P, S)@1:8"}},
     {locationParam, "LASTROW LASTROW", {"UnexpectedToken(LASTROW, P)@1:16"}},
     {locationParam, "5", {"InvalidParamValue(5, P, S)@1:8"}},
@@ -201,6 +212,16 @@ TEST(IsDeclaredValue, OfAnOperatorIsFalseEvenWhenItsTextIsDeclared) {
   const TokenizedText text("A *");
   EXPECT_FALSE(isDeclaredValue(text.command(), param(UPSpecTypes::kDeclaredValue, {"*"}),
                                text.command().tokens()[1]));
+}
+
+TEST(ValueShape, MisspeltUnitIsNamedWithTheOneThatIsMeant) {
+  CommandDescriptor command("G");
+  SubComDescriptor main("", UPSpecTypes::kKeywords, false, false);
+  main.addParamDesc(sizeParam());
+  command.addSubComDesc(main);
+  const ParsedCommand parsed(command, "P=2 INCHS.");
+  ASSERT_EQ(parsed.records.size(), 1U);
+  EXPECT_EQ(parsed.records[0].text, "INCHS does not belong here. Did you mean INCHES?");
 }
 
 TEST(Suggestion, IsTheClosestCandidateOrNothing) {

@@ -30,7 +30,8 @@ TEST(Application, HelpNamesTheCommands) {
   EXPECT_EQ(result.status, 0);
   EXPECT_THAT(result.out, HasSubstr("\n  run  "));
   EXPECT_THAT(result.out, HasSubstr("\n  help  "));
-  EXPECT_THAT(result.out, HasSubstr("vornwout run --help and vornwout help --help tell more"));
+  EXPECT_THAT(result.out,
+              HasSubstr("vornwout run --help, vornwout show --help and so on tell more"));
   EXPECT_EQ(result.err, "");
 }
 
@@ -81,12 +82,12 @@ struct Refused {
 
 TEST(Application, WrongUsageIsRefusedInWords) {
   const Refused cases[] = {
-      {{}, "A command is missing: run or help."},
-      {{"bogus"}, "There is no command bogus; there are run and help."},
-      {{"bogus", "a.qxs"}, "There is no command bogus; there are run and help."},
-      {{"rum"}, "There is no command rum; there are run and help. Did you mean run?"},
-      {{"RUN", "a.qxs"}, "There is no command RUN; there are run and help. Did you mean run?"},
-      {{"\x1b[1m"}, "There is no command \xEF\xBF\xBD[1m; there are run and help."},
+      {{}, "A command is missing: run, "},
+      {{"bogus"}, "There is no command bogus; there are run, "},
+      {{"bogus", "a.qxs"}, "There is no command bogus; there are run, "},
+      {{"rum"}, "There is no command rum; there are run, "},
+      {{"RUN", "a.qxs"}, "There is no command RUN; there are run, "},
+      {{"\x1b[1m"}, "There is no command \xEF\xBF\xBD[1m; there are run, "},
       {{"--quiet"}, "There is no option --quiet."},
       {{"--versoin"}, "There is no option --versoin. Did you mean --version?"},
       {{"run", "--quit", "a"}, "There is no option --quit. Did you mean --quiet?"},
@@ -120,6 +121,13 @@ TEST(Application, WrongUsageIsRefusedInWords) {
     EXPECT_THAT(result.err, StartsWith("vornwout: error: " + std::string(refused.error)));
     EXPECT_EQ(result.out, "");
   }
+}
+
+TEST(Application, MistypedCommandIsSuggested) {
+  EXPECT_THAT(runProgram({"rum"}).err, HasSubstr(" and help. Did you mean run?\n"));
+  EXPECT_THAT(runProgram({"RUN", "a.qxs"}).err, HasSubstr(" and help. Did you mean run?\n"));
+  EXPECT_THAT(runProgram({"shwo"}).err, HasSubstr(" and help. Did you mean show?\n"));
+  EXPECT_THAT(runProgram({"bogus"}).err, HasSubstr(" and help.\n"));
 }
 
 TEST(Application, OutputThatCannotBeWrittenIsAnError) {

@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/parser/grammar_capture.h"
 #include "platform/parser/tokenizer.h"
 #include "platform/text/encoding.h"
+#include "vornwout/entry_points.h"
 
 namespace vornwout {
 namespace {
@@ -13,7 +15,7 @@ std::string logOf(const std::string& text) {
   Tokenizer tokenizer(text);
   TokenizedCommand command;
   tokenizer.next(command);
-  return commandLogText(command);
+  return commandLogText(command, nullptr);
 }
 
 struct Logged {
@@ -23,6 +25,16 @@ struct Logged {
 };
 
 class CommandLogTest : public testing::TestWithParam<Logged> {};
+
+TEST(CommandLog, GoesByTheGrammarOfItsCommand) {
+  const std::string text = "OUTPUT OPEN FILE='a' PASSWORD='s3cret' LOCK YES.";
+  Tokenizer tokenizer(text);
+  TokenizedCommand command;
+  ASSERT_TRUE(tokenizer.next(command));
+  const CommandDescriptor grammar = grammarOf(outopen_);
+  EXPECT_EQ(commandLogText(command, &grammar), "OUTPUT OPEN FILE='a' PASSWORD=*** LOCK YES");
+  EXPECT_EQ(commandLogText(command, nullptr), "OUTPUT OPEN FILE='a' PASSWORD=*** *** ***");
+}
 
 TEST_P(CommandLogTest, HidesPasswordsAndNothingElse) {
   EXPECT_EQ(logOf(GetParam().command), GetParam().log);

@@ -76,6 +76,45 @@ TEST(DiagnosticSink, ShowsWhatWasReadLastWhenNoPlaceIsNamed) {
   EXPECT_EQ(shown.sink().errors(), 0);
 }
 
+TEST(DiagnosticSink, HidesSecretsInTheLineAndKeepsTheCaretBelowTheOffender) {
+  Shown shown("GO PASSWORD='a long secret' X PASSWORD=表 Y.");
+  const CurrentCommand current(shown.command(), 1);
+  const ParserMessage messages;
+  const auto report = [&](std::size_t token) {
+    messages.report(MessageKey::kParenRequired, {"X"},
+                    shown.command().spot(shown.command().tokens()[token]));
+  };
+  for (const std::size_t token : {3U, 1U, 8U}) report(token);
+  const std::string line = "  GO PASSWORD=*** *** PASSWORD=*** ***.\n";
+  const std::string message = "error: X needs its values in parentheses.\n";
+  const std::string help = "  help: Put the values between ( and ).\n";
+  EXPECT_EQ(shown.text(), "job.qxs:1:13: " + message + line + "              ^~~\n" + help +
+                              "job.qxs:1:4: " + message + line + "     ^~~~~~~~\n" + help +
+                              "job.qxs:1:42: " + message + line +
+                              "                                   ^~~\n" + help);
+}
+
+TEST(DiagnosticSink, HidesSecretsOfACommandThatIsNotCarriedOut) {
+  Shown shown("GO PASSWORD='s3cret' X.");
+  shown.sink().outputMessage(outputMessage("Text.", MessageSeverity::kError));
+  EXPECT_THAT(shown.text(), HasSubstr("\n  GO PASSWORD=*** ***.\n  ^~\n"));
+}
+
+TEST(DiagnosticSink, ShortensLongArguments) {
+  Shown shown("GO x.");
+  const ParserMessage messages;
+  messages.ParenRequired(std::string(2'000'000, 'a'));
+  OutputMessageRecord record = outputMessage("Name ^1.", MessageSeverity::kError);
+  record.message.kind = CellText::Kind::kComposite;
+  record.message.arguments.edit().emplace_back().text = std::string(2'000'000, 'b');
+  shown.sink().outputMessage(record);
+  EXPECT_THAT(shown.text(),
+              HasSubstr("error: " + std::string(28, 'a') + " … 1999944 characters … " +
+                        std::string(28, 'a') + " needs its values in parentheses.\n"));
+  EXPECT_THAT(shown.text(), HasSubstr("error: Name " + std::string(28, 'b') + " … "));
+  EXPECT_LT(shown.text().size(), 1000U);
+}
+
 TEST(DiagnosticSink, ShowsTheLineOfALexicalErrorThatIsNoToken) {
   Shown shown("GO a /* b");
   const ParserMessage messages;
@@ -120,7 +159,8 @@ TEST(DiagnosticSink, ShowsNamesOfASublistOnce) {
   OutputMessageRecord record = outputMessage("Left out:", MessageSeverity::kWarning);
   record.message.kind = CellText::Kind::kComposite;
   record.message.hasSublist = true;
-  for (const char* name : {"alpha", "beta"}) record.message.sublist.emplace_back().text = name;
+  for (const char* name : {"alpha", "beta"})
+    record.message.sublist.edit().emplace_back().text = name;
   shown.sink().outputMessage(record);
   EXPECT_EQ(shown.text(), "job.qxs:1:1: warning: Left out: alpha, beta\n  GO x.\n  ^~\n");
 }
@@ -141,6 +181,14 @@ TEST(DiagnosticSink, WarnsOfTheTextOfAJob) {
   EXPECT_EQ(shown.text(),
             "job.qxs:2:7: warning: A bad byte.\n  TEXT='\uFFFD'.\n        ^\n  help: Mend it.\n");
   EXPECT_EQ(shown.sink().warnings(), 1);
+}
+
+TEST(DiagnosticSink, HidesSecretsInTheLineOfAWarningOfTheText) {
+  Shown shown("GO x.\n\nGO PASSWORD='ab\xFF' y.\n");
+  shown.sink().warnOfText(shown.job(), 22, 3, "A bad byte.", "Mend it.");
+  EXPECT_EQ(shown.text(),
+            "job.qxs:3:16: warning: A bad byte.\n  GO PASSWORD=*** ***.\n              ^~~\n"
+            "  help: Mend it.\n");
 }
 
 TEST(DiagnosticSink, CallsForEarlierOutputBeforeItWrites) {

@@ -140,9 +140,32 @@ TEST(JobRunner, ErrorOfAnUnknownCommandStandsBelowItsOwnHeading) {
     const DocumentObject& root = host.documents()[0]->root();
     EXPECT_EQ(outline(root),
               "Output Comment[Log Comment] " + std::string(misnamed.heading) + "[Log Error]");
-    const auto& log = std::get<LogContent>(root.children.at(1).children.at(0).content);
+    const auto& log = std::get<LogContent>(root.children.at(1).children.at(0).content.get());
     EXPECT_EQ(log.text + ".", misnamed.command);
   }
+}
+
+TEST(JobRunner, NamesNoSecretInTheHeadingOfAnUnknownCommand) {
+  EmbeddedHost host;
+  const JobRun run("PASSWORD s3cret.\n", &host, &host);
+  ASSERT_EQ(host.documents().size(), 1u);
+  EXPECT_EQ(outline(host.documents()[0]->root()), "PASSWORD[Log Error]");
+  EXPECT_THAT(run.shown(),
+              HasSubstr("error: There is no command PASSWORD ***.\n  PASSWORD ***.\n"));
+  EXPECT_THAT(run.trace(), Not(HasSubstr("s3cret")));
+}
+
+TEST(JobRunner, RunsNoCommandOnceItIsOver) {
+  std::ostringstream shown;
+  DiagnosticSink diagnostics(shown, TerminalStyle(), [] {});
+  const SinkRegistration registration(diagnostics);
+  int asked = 0;
+  JobRunner runner(diagnostics, nullptr, nullptr, [&asked] { return ++asked == 2; });
+  const Job job{"job.qxs", "A.\nB.\nC.\n"};
+  EXPECT_FALSE(runner.run(job));
+  EXPECT_EQ(asked, 2);
+  EXPECT_EQ(diagnostics.errors(), 2);
+  EXPECT_TRUE(runner.run(job)) << "nobody says that it is over";
 }
 
 TEST(JobRunner, ErrorOfACommandWithoutTokensStandsBelowItsOwnHeading) {
@@ -159,7 +182,7 @@ TEST(JobRunner, LogOfACommandNamesTheEntrysCommand) {
   const JobRun run("output\n  new name=a.\n", &host, &host);
   const DocumentObject& log = host.documents().at(0)->root().children.at(0);
   EXPECT_EQ(log.command, "OUTPUT NEW");
-  EXPECT_EQ(std::get<LogContent>(log.content).text, "output\n  new name=a");
+  EXPECT_EQ(std::get<LogContent>(log.content.get()).text, "output\n  new name=a");
 }
 
 struct Foreign {

@@ -200,6 +200,34 @@ TEST(RunJobs, TraceIsWrittenToItsFile) {
   EXPECT_THAT(scratch.read("trace"), EndsWith("\"line\":1}\n"));
 }
 
+TEST(RunJobs, PasswordsAreInTheTraceOnlyWhenAskedFor) {
+  const ScratchDirectory scratch;
+  const std::string job =
+      "OUTPUT OPEN FILE= PASSWORD='s3cret'.\nOUTPUT OPEN FILE='a' PASSWORD='s3cret'.\n";
+  const std::string trace = scratch.file("trace");
+  const ProgramResult hidden = runInput(job, {"--trace", trace});
+  EXPECT_THAT(scratch.read("trace"), Not(HasSubstr("s3cret")));
+  EXPECT_THAT(scratch.read("trace"), HasSubstr(R"("arguments":["FILE","\"PASSWORD = ***\""])"));
+  EXPECT_THAT(hidden.err, Not(HasSubstr("s3cret")));
+  const ProgramResult shown = runInput(job, {"--trace", trace, "--trace-secrets"});
+  EXPECT_THAT(scratch.read("trace"), HasSubstr(R"("arguments":["FILE","\"PASSWORD = s3cret\""])"));
+  EXPECT_THAT(scratch.read("trace"), HasSubstr(R"("password":"s3cret")"));
+  EXPECT_EQ(shown.err, hidden.err) << "the terminal never shows them";
+}
+
+TEST(RunJobs, LongNamesAreWholeInTheTraceOnly) {
+  const ScratchDirectory scratch;
+  const std::string name(100'000, 'n');
+  const ProgramResult result =
+      runInput("OUTPUT NEW " + name + "=1.\nOUTPUT NEW NAME=" + name + ".\n",
+               {"--trace", scratch.file("trace")});
+  EXPECT_THAT(result.err, HasSubstr("There is no keyword " + std::string(28, 'n') +
+                                    " … 99944 characters … " + std::string(28, 'n') + " in"));
+  EXPECT_LT(result.err.size(), 2000U);
+  EXPECT_THAT(scratch.read("trace"), HasSubstr("There is no keyword " + name + " in"));
+  EXPECT_THAT(scratch.read("trace"), HasSubstr("Output name " + name + " is too long."));
+}
+
 TEST(RunJobs, TraceThatCannotBeWrittenIsAnError) {
   const ProgramResult missing = runInput(kComment, {"--trace", "/nowhere/trace"});
   EXPECT_EQ(missing.status, 2);
@@ -262,24 +290,56 @@ TEST(RunJobs, OutputThatCannotBeWrittenIsAnErrorBehindTheWholeRun) {
   EXPECT_THAT(scratch.read("trace"), HasSubstr(R"("name":"last")"));
 }
 
-TEST(RunJobs, ReaderThatLeavesEndsTheOutputQuietlyAndNotTheRun) {
+/// A run whose standard output is a pipe that nobody reads any more.
+ProgramResult runWithoutReader(const std::string& job, std::vector<std::string> options,
+                               void (*signalHandler)(int)) {
+  std::array<int, 2> ends{};
+  EXPECT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
+  close(ends[0]);
+  ProgramSetup setup;
+  setup.prepare = [&] {
+    dup2(ends[1], STDOUT_FILENO);
+    std::signal(SIGPIPE, signalHandler);
+  };
+  const ProgramResult result = runInput(job, std::move(options), setup);
+  close(ends[1]);
+  return result;
+}
+
+TEST(RunJobs, ReaderThatLeavesEndsTheRunBehindTheCommandThatNoticesIt) {
   const ScratchDirectory scratch;
-  for (const bool isIgnored : {false, true}) {
-    std::array<int, 2> ends{};
-    ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
-    close(ends[0]);
-    ProgramSetup setup;
-    setup.prepare = [&] {
-      dup2(ends[1], STDOUT_FILENO);
-      std::signal(SIGPIPE, isIgnored ? SIG_IGN : SIG_DFL);
-    };
-    const ProgramResult result = runInput(std::string(kComment) + "OUTPUT NEW NAME=last.\n",
-                                          {"--trace", scratch.file("trace")}, setup);
-    close(ends[1]);
-    EXPECT_EQ(result.status, 2);
-    EXPECT_EQ(result.err, "");
-    EXPECT_THAT(scratch.read("trace"), HasSubstr(R"("name":"last")"));
-  }
+  const std::string job =
+      "OUTPUT NEW NAME=first.\n" + std::string(kComment) + "OUTPUT NEW NAME=last.\n" + kMistake;
+  const std::string trace = scratch.file("trace");
+  const ProgramResult result = runWithoutReader(job, {"--trace", trace}, SIG_DFL);
+  EXPECT_EQ(result.status, 128 + SIGPIPE) << "as every other filter ends";
+  EXPECT_EQ(result.err, "");
+  EXPECT_THAT(scratch.read("trace"), HasSubstr(R"("name":"first")"));
+  EXPECT_THAT(
+      scratch.read("trace"),
+      EndsWith("{\"event\":\"leave\",\"entry\":\"outcomnt_\",\"command\":\"OUTPUT COMMENT\","
+               "\"line\":2}\n"))
+      << "the command was not cut in two";
+}
+
+TEST(RunJobs, ReaderThatLeavesEndsAllJobsOfARun) {
+  const ScratchDirectory scratch;
+  const std::string other = scratch.write("b.qxs", kMistake);
+  const ProgramResult result = runWithoutReader(kComment, {other, "-", other}, SIG_DFL);
+  EXPECT_EQ(result.status, 128 + SIGPIPE);
+  EXPECT_THAT(result.err, StartsWith(other + ":1:12: error: "));
+  EXPECT_EQ(result.err.find(other, 1), std::string::npos) << result.err;
+}
+
+TEST(RunJobs, ReaderThatLeavesIsAnErrorWhereTheSignalIsIgnored) {
+  const ProgramResult result = runWithoutReader(kComment, {}, SIG_IGN);
+  EXPECT_EQ(result.status, 2);
+  EXPECT_EQ(result.err, "vornwout: error: The output could not be written to the end.\n");
+}
+
+TEST(RunJobs, ReaderThatLeavesIsNoMatterForARunWithoutOutput) {
+  EXPECT_EQ(runWithoutReader("OUTPUT NEW NAME=a.\n", {}, SIG_DFL).status, 0);
+  EXPECT_EQ(runWithoutReader(kComment, {"--quiet"}, SIG_DFL).status, 0);
 }
 
 TEST(RunJobs, NothingOfAClosedStandardStreamLandsInTheTrace) {

@@ -18,6 +18,10 @@ class RecordingSink : public OutputSink {
   void procedureClosed(const ProcedureRecord& procedure) override {
     events.push_back("close " + procedure.name);
   }
+  void parserMessage(const ParserMessageRecord& message) override {
+    events.push_back("parser " + std::string(message.operation));
+    parserMessages.push_back(message);
+  }
   void outputMessage(const OutputMessageRecord& message) override {
     events.push_back("message " + renderText(message.message));
     messages.push_back(message);
@@ -33,6 +37,7 @@ class RecordingSink : public OutputSink {
 
   std::vector<std::string> events;
   std::vector<ProcedureRecord> procedures;
+  std::vector<ParserMessageRecord> parserMessages;
   std::vector<OutputMessageRecord> messages;
   std::vector<std::shared_ptr<const PivotTable>> tables;
   std::vector<NoteRecord> notes;

@@ -1,0 +1,14 @@
+// Long texts inside a sentence: the middle gives way, so that both ends can be recognised.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vornwout {
+
+/// The UTF-8 text itself where it takes at most 80 columns; otherwise its two ends with the number
+/// of characters left out between them: "abc … 1999930 characters … xyz". The cost of a long text
+/// is that of counting its characters.
+std::string shortenedText(std::string_view utf8);
+
+}  // namespace vornwout
