@@ -3,9 +3,10 @@
 # nothing when all are there, so it works without a network then.
 set -eu
 
-build="g++ cmake ninja-build ccache pkg-config libicu-dev libfmt-dev nlohmann-json3-dev libcli11-dev"
+build="g++ cmake ninja-build ccache pkg-config libicu-dev libfmt-dev nlohmann-json3-dev libcli11-dev
+       libzip-dev zlib1g-dev libssl-dev libpugixml-dev libcsv-dev libcmark-dev"
 check="clang libclang-rt-14-dev llvm-14 clang-format clang-tidy libgtest-dev libgmock-dev libbenchmark-dev
-       binutils jq"
+       libsqlite3-dev libxml2-utils binutils jq libvalijson-dev"
 
 packages=$build
 [ "${1:-build}" = check ] && packages="$build $check"

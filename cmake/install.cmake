@@ -28,3 +28,4 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vornwout-config.cmake
         DESTINATION ${package_dir})
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vornwout.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES docs/manifest-schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/vornwout)

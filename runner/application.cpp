@@ -11,9 +11,12 @@
 #include "platform/parser/value_shape.h"
 #include "platform/strings/language.h"
 #include "platform/text/multibyte.h"
+#include "runner/build_document.h"
 #include "runner/command_table.h"
 #include "runner/help_text.h"
+#include "runner/password_command.h"
 #include "runner/run_options.h"
+#include "runner/show_document.h"
 #include "runner/standard_streams.h"
 
 namespace vornwout {
@@ -132,13 +135,28 @@ int showHelp(const HelpOptions& options) {
   return kExitSuccess;
 }
 
+/// The names of all subcommands, in the order in which help lists them.
+std::vector<std::string> subcommandNames(const CLI::App& application) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : application.get_subcommands({})) {
+    names.push_back(command->get_name());
+  }
+  return names;
+}
+
+/// "run, show and help", with `word` before the last one.
+std::string listed(const std::vector<std::string>& names, std::string_view word) {
+  const auto last = names.end() - 1;
+  return fmt::format("{} {} {}", fmt::join(names.begin(), last, ", "), word, *last);
+}
+
 /// Why the command line cannot be read, one or more sentences.
 std::string problemOf(const CLI::App& application, const CLI::ParseError& error) {
   const std::vector<std::string> rest = application.remaining(true);
   const auto chosen = application.get_subcommands();
   if (rest.empty()) {
     if (chosen.empty() && dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
-      return "A command is missing: run or help.";
+      return fmt::format("A command is missing: {}.", listed(subcommandNames(application), "or"));
     }
     return fmt::format("{}.", error.what());
   }
@@ -154,8 +172,9 @@ std::string problemOf(const CLI::App& application, const CLI::ParseError& error)
                        behindBlank(suggestion(unknown, {options.begin(), options.end()})));
   }
   if (!chosen.empty()) return fmt::format("The argument {} is not expected.", unknown);
-  return fmt::format("There is no command {}; there are run and help.{}", unknown,
-                     behindBlank(suggestion(unknown, {"run", "help"})));
+  const std::vector<std::string> names = subcommandNames(application);
+  return fmt::format("There is no command {}; there are {}.{}", unknown, listed(names, "and"),
+                     behindBlank(suggestion(unknown, {names.begin(), names.end()})));
 }
 
 /// Takes over what was written; why it cannot be, or an empty text.
@@ -198,11 +217,16 @@ int runApplication(int argc, char** argv) {
   CLI::App application("Runs the OUTPUT commands of jobs on output documents.", "vornwout");
   application.set_version_flag("--version", "vornwout " VORN_VERSION);
   application.require_subcommand(1);
-  application.footer("vornwout run --help and vornwout help --help tell more about them.");
+  application.footer("vornwout run --help, vornwout show --help and so on tell more about them.");
   RunOptions runOptions;
   HelpOptions helpOptions;
   Written written;
   addRun(application, runOptions, written);
+  BuildOptions buildOptions;
+  addBuildCommand(application, buildOptions);
+  ShowOptions showOptions;
+  addShowCommand(application, showOptions);
+  addPasswordCommand(application);
   addHelp(application, helpOptions);
   if (const std::string option = optionWithoutValue(argc, argv); !option.empty()) {
     return refuseUsage(option + " has no value.");
@@ -216,6 +240,9 @@ int runApplication(int argc, char** argv) {
     }
     return refuseUsage(problemOf(application, error));
   }
+  if (application.got_subcommand("build")) return finishStandardOutput(runBuild(buildOptions));
+  if (application.got_subcommand("show")) return finishStandardOutput(runShow(showOptions));
+  if (application.got_subcommand("password")) return finishStandardOutput(runPasswordCommand());
   if (application.got_subcommand("help")) return finishStandardOutput(showHelp(helpOptions));
   if (const std::string problem = applyWritten(written, runOptions); !problem.empty()) {
     return refuseUsage(problem);

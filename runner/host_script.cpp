@@ -14,8 +14,8 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-#include "platform/text/encoding.h"
-#include "runner/json_locator.h"
+#include "platform/text/json_locator.h"
+#include "platform/text/strict_json.h"
 #include "runner/response_xml.h"
 
 namespace vornwout {
@@ -25,85 +25,6 @@ using Json = nlohmann::json;
 
 constexpr std::size_t kMaxFileSize = std::size_t{16} * 1024 * 1024;
 constexpr std::size_t kMaxDepth = 64;
-
-/// Follows the parser to check what a finished document no longer shows: its depth, members that
-/// stand twice, and where in the document a syntax error lies.
-class ShapeCheck : public nlohmann::json_sax<Json> {
- public:
-  bool null() override { return valueRead(); }
-  bool boolean(bool) override { return valueRead(); }
-  bool number_integer(number_integer_t) override { return valueRead(); }
-  bool number_unsigned(number_unsigned_t) override { return valueRead(); }
-  bool number_float(number_float_t, const string_t&) override { return valueRead(); }
-  bool string(string_t&) override { return valueRead(); }
-  bool binary(binary_t&) override { return valueRead(); }
-  bool start_object(std::size_t) override { return open(false); }
-  bool end_object() override { return close(); }
-  bool start_array(std::size_t) override { return open(true); }
-  bool end_array() override { return close(); }
-
-  bool key(string_t& name) override {
-    Level& level = levels_.back();
-    level.name = name;
-    hasDuplicate_ = !level.names.insert(name).second;
-    return !hasDuplicate_;
-  }
-
-  bool parse_error(std::size_t position, const std::string&,
-                   const nlohmann::detail::exception& error) override {
-    // The library counts the bytes it has read, the offending one included.
-    offset_ = position > 0 ? position - 1 : 0;
-    syntaxError_ = error.what();
-    return false;
-  }
-
-  bool hasDuplicate() const { return hasDuplicate_; }
-  /// Empty when the text was stopped for its shape, or not at all.
-  const std::string& syntaxError() const { return syntaxError_; }
-  std::size_t syntaxErrorOffset() const { return offset_; }
-  /// Where the parser stopped.
-  JsonPath path() const {
-    JsonPath path;
-    for (const Level& level : levels_) {
-      if (level.isArray) {
-        path.push_back(std::to_string(level.index));
-      } else if (level.name) {
-        path.push_back(*level.name);
-      }
-    }
-    return path;
-  }
-
- private:
-  struct Level {
-    bool isArray = false;
-    std::size_t index = 0;            ///< of the element that is read next
-    std::optional<std::string> name;  ///< of the member that is being read
-    std::unordered_set<std::string> names;
-  };
-
-  bool open(bool isArray) {
-    if (levels_.size() == kMaxDepth) return false;
-    levels_.emplace_back().isArray = isArray;
-    return true;
-  }
-  bool close() {
-    levels_.pop_back();
-    return valueRead();
-  }
-  bool valueRead() {
-    if (!levels_.empty()) {
-      ++levels_.back().index;
-      levels_.back().name.reset();
-    }
-    return true;
-  }
-
-  std::vector<Level> levels_;
-  bool hasDuplicate_ = false;
-  std::string syntaxError_;
-  std::size_t offset_ = 0;
-};
 
 /// What a value is, as a complaint about it says.
 std::string foundType(const Json& json) {
@@ -380,30 +301,6 @@ HostScriptError tooLarge(const std::string& file) {
   return unreadable(file, fmt::format("the file is larger than {} MiB", kMaxFileSize >> 20U));
 }
 
-HostScriptError shapeError(const ShapeCheck& check, std::string_view text,
-                           const std::string& file) {
-  const JsonPath path = check.path();
-  HostScriptError error{file, SourcePlace{}, jsonPointer(path), ""};
-  if (check.hasDuplicate()) {
-    error.place = placeInText(text, locateJsonName(text, path, 2).value_or(0));
-    error.message = fmt::format("member \"{}\" stands twice", path.back());
-  } else if (check.syntaxError().empty()) {
-    error.place = placeInText(text, locateJsonValue(text, path).value_or(0));
-    error.message = fmt::format("nested deeper than {} levels", kMaxDepth);
-  } else {
-    error.place = placeInText(text, check.syntaxErrorOffset());
-    // The library puts its own name and place in front of the reason.
-    const std::string& reason = check.syntaxError();
-    const std::size_t name = reason.find("] ");
-    const std::size_t place = reason.find(": ");
-    const std::size_t start = reason.find("parse error at") != std::string::npos ? place : name;
-    error.message = Encoding::utf8()->toUtf8(start == std::string::npos
-                                                 ? std::string_view(reason)
-                                                 : std::string_view(reason).substr(start + 2));
-  }
-  return error;
-}
-
 }  // namespace
 
 std::string HostScriptError::text() const {
@@ -422,8 +319,10 @@ HostScriptResult parseHostScript(std::string_view text, const std::string& file)
   if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
     text.remove_prefix(kByteOrderMark.size());
   }
-  ShapeCheck check;
-  if (!Json::sax_parse(text, &check)) return shapeError(check, text, file);
+  if (const std::optional<JsonProblem> problem = findJsonProblem(text, kMaxDepth)) {
+    return HostScriptError{file, placeInText(text, problem->offset), jsonPointer(problem->path),
+                           problem->message};
+  }
   return ScriptReader(text, file).read(Json::parse(text));
 }
 

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -12,9 +13,9 @@
 namespace vornwout {
 namespace {
 
-/// A job is written by a person or by a program that writes for one.
-constexpr std::size_t kLargestJob = std::size_t{1} << 30;
 constexpr std::size_t kChunk = std::size_t{1} << 16;
+/// A job beyond this is not held in memory as a whole.
+constexpr std::size_t kMostInMemory = std::size_t{8} << 20;
 
 class File {
  public:
@@ -33,14 +34,24 @@ class File {
 };
 
 /// 0, or the number of a system error.
-int readAll(int descriptor, std::string& text) {
+int readAll(int descriptor, JobText& whole) {
+  std::string text;
+  bool canSpool = true;
   while (text.size() <= kLargestJob) {
+    if (text.size() > kMostInMemory && canSpool) {
+      if (const auto error = JobText::spool(text, descriptor, whole)) return *error;
+      canSpool = false;
+    }
     const std::size_t begin = text.size();
     text.resize(begin + kChunk);
     const ssize_t count = read(descriptor, text.data() + begin, kChunk);
+    const int error = errno;
     text.resize(begin + (count > 0 ? static_cast<std::size_t>(count) : 0));
-    if (count == 0) return 0;
-    if (count < 0 && errno != EINTR) return errno;
+    if (count == 0) {
+      whole = std::move(text);
+      return 0;
+    }
+    if (count < 0 && error != EINTR) return error;
   }
   return EFBIG;
 }

@@ -4,11 +4,13 @@
 #include <string>
 #include <variant>
 
+#include "runner/job_text.h"
+
 namespace vornwout {
 
 struct Job {
   std::string name;  ///< as diagnostics call it: the path as given, or "<stdin>"
-  std::string text;  ///< in the job's encoding
+  JobText text;      ///< in the job's encoding
 };
 
 /// Why a job could not be read, a whole sentence.

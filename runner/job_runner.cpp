@@ -1,5 +1,6 @@
 #include "runner/job_runner.h"
 
+#include <algorithm>
 #include <exception>
 #include <optional>
 #include <string>
@@ -45,6 +46,25 @@ MessageArgument nameAsWritten(const TokenizedCommand& command) {
   return name;
 }
 
+/// Memory of a large job is given back in steps of so many bytes.
+constexpr std::size_t kWindow = std::size_t{4} << 20;
+
+/// Lines end with CR, LF or both.
+std::uint32_t lineEndsIn(std::string_view text) {
+  std::uint32_t count = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\n' || (text[i] == '\r' && text.substr(i + 1, 1) != "\n")) ++count;
+  }
+  return count;
+}
+
+/// Where the command ends in the job's text, without the period.
+std::size_t endOf(const TokenizedCommand& command) {
+  if (command.tokens().empty()) return 0;
+  const std::string_view last = command.sourceText(command.tokens().back());
+  return static_cast<std::size_t>(last.data() + last.size() - command.jobText().data());
+}
+
 /// The command's name for the document: one of the language's, or the words as written where there
 /// is no such command; empty where it does not start with a word.
 std::string nameForLog(const Command* known, const TokenizedCommand& command) {
@@ -68,10 +88,16 @@ bool JobRunner::run(const Job& job) {
   Tokenizer tokenizer(job.text);
   TokenizedCommand command;
   bool isOver = false;
+  std::size_t released = 0;
   while (!isOver && tokenizer.next(command)) {
     diagnostics_.setSource(&job, &command);
     runCommand(command);
     isOver = isOver_();
+    const std::size_t reached = endOf(command);
+    if (reached - released >= kWindow) {
+      job.text.release(reached);
+      released = reached;
+    }
   }
   diagnostics_.setSource(nullptr, nullptr);
   return !isOver;
@@ -79,10 +105,22 @@ bool JobRunner::run(const Job& job) {
 
 void JobRunner::warnOfForeignByte(const Job& job) {
   const Encoding& encoding = currentEncoding();
-  const std::optional<ForeignByte> foreign = findForeignByte(job.text, encoding);
+  const std::string_view text = job.text;
+  std::optional<ForeignByte> foreign;
+  std::size_t begin = 0;
+  // In windows of whole lines, so that a large job is never in memory as a whole. No encoding has a
+  // line feed within a character.
+  for (std::size_t end = 0; end < text.size() && !foreign; begin = end) {
+    const std::size_t line = text.find('\n', std::min(end + kWindow, text.size()));
+    end = line == std::string_view::npos ? text.size() : line + 1;
+    foreign = findForeignByte(text.substr(begin, end - begin), encoding);
+    job.text.release(begin);
+    if (foreign) break;
+  }
   if (!foreign) return;
   diagnostics_.warnOfText(
-      job, foreign->offset, foreign->line,
+      job, foreign->offset + static_cast<std::uint32_t>(begin),
+      foreign->line + lineEndsIn(text.substr(0, begin)),
       fmt::format("The byte {:02X} is no valid {}.", foreign->value, encoding.name()),
       fmt::format("Name the job's encoding with --encoding, for instance --encoding {}.",
                   encoding.isUtf8() ? "windows-1252" : "UTF-8"));

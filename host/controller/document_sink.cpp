@@ -67,13 +67,13 @@ void DocumentSink::procedureClosed(const ProcedureRecord&) {
 }
 
 void DocumentSink::parserMessage(const ParserMessageRecord& message) {
-  addMessage({message.severity, message.text, message.place});
+  addMessage({message.severity, message.briefText(), message.place});
 }
 
 void DocumentSink::outputMessage(const OutputMessageRecord& message) {
   OutputMessageRecord kept = message;
   kept.message = withoutSecrets(message.message);
-  addMessage({kept.severity(), kept.shownText(), {}});
+  addMessage({kept.severity(), kept.briefText(), {}});
 }
 
 void DocumentSink::table(const std::shared_ptr<const PivotTable>& table) {
@@ -92,7 +92,7 @@ void DocumentSink::note(const NoteRecord& note) {
     place = children.insert(place, makeObject(ObjectType::kNotes, heading.command, heading.run,
                                               "Notes", NotesContent{}));
   }
-  std::get<NotesContent>(place->content).entries.push_back({note.label, note.value});
+  std::get<NotesContent>(place->content.change()).entries.push_back({note.label, note.value});
 }
 
 void DocumentSink::addMessage(MessageContent content) {

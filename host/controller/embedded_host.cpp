@@ -19,7 +19,7 @@ void EmbeddedHost::setCommandLog(std::string commandName, std::string sourceText
 
 std::vector<const Document*> EmbeddedHost::documents() const {
   std::vector<const Document*> result;
-  for (const auto& document : controller_.documents()) result.push_back(document.get());
+  for (const OpenDocument& opened : controller_.documents()) result.push_back(&opened.document);
   return result;
 }
 

@@ -1,10 +1,16 @@
 #include "host/controller/output_controller.h"
 
 #include <cstdint>
+#include <iterator>
+#include <memory>
+#include <utility>
 
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
+#include "host/controller/document_file.h"
+#include "host/store/document_store.h"
+#include "host/store/store_error.h"
 #include "platform/files/document_name.h"
 #include "platform/text/encoding.h"
 #include "platform/text/utf8.h"
@@ -13,10 +19,12 @@ namespace vornwout {
 namespace {
 
 constexpr int kErrorLevel = 3;
+constexpr const char* kNoneOpen = "No output documents are open.";
 
-bool fail(VornwMsgOutputControllerResponse& response, const char* message,
+bool fail(VornwMsgOutputControllerResponse& response, std::string_view message,
           std::string_view argument = {}) {
-  response.setError(kErrorLevel, message, currentEncoding().fromUtf8(argument));
+  response.setError(kErrorLevel, currentEncoding().fromUtf8(message),
+                    currentEncoding().fromUtf8(argument));
   return false;
 }
 
@@ -72,11 +80,9 @@ bool OutputController::SendRequest(const VornwMsgOutputControllerRequest& reques
       list(response);
       return true;
     case OutputControllerCommand::kOpen:
-      return fail(response, "This version keeps documents in memory only: ^1 is not available.",
-                  "OUTPUT OPEN");
+      return openFile(request, name, response);
     case OutputControllerCommand::kSave:
-      return fail(response, "This version keeps documents in memory only: ^1 is not available.",
-                  "OUTPUT SAVE");
+      return saveFile(request, name, response);
   }
   return fail(response, "The request's command ^1 is unknown.",
               std::to_string(static_cast<int>(request.getCommand())));
@@ -84,7 +90,7 @@ bool OutputController::SendRequest(const VornwMsgOutputControllerRequest& reques
 
 Document& OutputController::documentForOutput() {
   Document* active = activeDocument();
-  return active != nullptr ? *active : open({}, false);
+  return active != nullptr ? *active : open({}, false).document;
 }
 
 bool OutputController::create(const VornwMsgOutputControllerRequest& request,
@@ -101,10 +107,12 @@ bool OutputController::rename(const VornwMsgOutputControllerRequest& request,
   if (name.empty()) {
     return fail(response, "OUTPUT NAME needs a name for the active output document.");
   }
-  if (!isValidName(request, response) || !isFree(name, activeDocument(), response)) return false;
-  Document& document = documentForOutput();
+  OpenDocument* active = history_.empty() ? nullptr : history_.back();
+  if (!isValidName(request, response) || !isFree(name, active, response)) return false;
+  OpenDocument& opened = active != nullptr ? *active : open({}, false);
+  Document& document = opened.document;
   // The new name first: when there is no memory for it, the document keeps the old one.
-  named_[foldedName(name)] = &document;
+  named_[foldedName(name)] = &opened;
   if (const std::string old = foldedName(document.name()); old != foldedName(name)) {
     named_.erase(old);
   }
@@ -115,14 +123,13 @@ bool OutputController::rename(const VornwMsgOutputControllerRequest& request,
 
 bool OutputController::activate(const std::string& name, OutputDocumentMinimized minimized,
                                 VornwMsgOutputControllerResponse& response) {
-  Document* document = resolve(
+  OpenDocument* opened = resolve(
       name, "OUTPUT ACTIVATE needs the name of an open output document, or * for the active one.",
       response);
-  if (document == nullptr) return false;
-  std::erase(history_, document);
-  history_.push_back(document);
+  if (opened == nullptr) return false;
+  history_.splice(history_.end(), history_, opened->inHistory);
   if (minimized != OutputDocumentMinimized::kNotApplicable) {
-    document->setMinimized(minimized == OutputDocumentMinimized::kYes);
+    opened->document.setMinimized(minimized == OutputDocumentMinimized::kYes);
   }
   return true;
 }
@@ -134,62 +141,130 @@ bool OutputController::close(const std::string& name, VornwMsgOutputControllerRe
     documents_.clear();
     return true;
   }
-  const Document* document = resolve(
+  const OpenDocument* opened = resolve(
       name,
       "OUTPUT CLOSE needs the name of an open output document, * for the active one, or ALL "
       "for all of them.",
       response);
-  if (document == nullptr) return false;
-  remove(document);
+  if (opened == nullptr) return false;
+  remove(*opened);
   return true;
 }
 
 void OutputController::list(VornwMsgOutputControllerResponse& response) const {
-  for (const auto& document : documents_) {
-    response.addDocument(OutputDocumentItem{currentEncoding().fromUtf8(document->name()),
-                                            document.get() == activeDocument()});
+  for (const OpenDocument& opened : documents_) {
+    response.addDocument(OutputDocumentItem{currentEncoding().fromUtf8(opened.document.name()),
+                                            &opened == history_.back()});
   }
 }
 
-Document* OutputController::findByName(std::string_view name) const {
+OpenDocument* OutputController::findByName(std::string_view name) const {
   const auto found = named_.find(foldedName(name));
   return found == named_.end() ? nullptr : found->second;
 }
 
-Document* OutputController::resolve(const std::string& name, const char* missingName,
-                                    VornwMsgOutputControllerResponse& response) {
+OpenDocument* OutputController::resolve(const std::string& name, const char* missingName,
+                                        VornwMsgOutputControllerResponse& response) {
   if (name.empty()) {
     fail(response, missingName);
     return nullptr;
   }
   if (isActiveMark(name)) {
-    if (history_.empty()) fail(response, "No output documents are open.");
-    return activeDocument();
+    if (history_.empty()) fail(response, kNoneOpen);
+    return history_.empty() ? nullptr : history_.back();
   }
-  Document* document = findByName(name);
+  OpenDocument* document = findByName(name);
   if (document == nullptr) fail(response, "There is no open output document named ^1.", name);
   return document;
 }
 
-bool OutputController::isFree(const std::string& name, const Document* owner,
+bool OutputController::isFree(const std::string& name, const OpenDocument* owner,
                               VornwMsgOutputControllerResponse& response) const {
-  const Document* other = findByName(name);
+  const OpenDocument* other = findByName(name);
   if (other == nullptr || other == owner) return true;
   return fail(response, "An open output document is already named ^1.", name);
 }
 
-Document& OutputController::open(const std::string& name, bool minimized) {
-  documents_.push_back(std::make_unique<Document>(created_ + 1, name, minimized));
-  history_.push_back(documents_.back().get());
-  if (!name.empty()) named_[foldedName(name)] = documents_.back().get();
+OpenDocument& OutputController::open(const std::string& name, bool minimized) {
+  OpenDocument& opened = documents_.emplace_back(created_ + 1, name, minimized);
+  opened.self = std::prev(documents_.end());
+  history_.push_back(&opened);
+  opened.inHistory = std::prev(history_.end());
+  if (!name.empty()) named_[foldedName(name)] = &opened;
   ++created_;
-  return *documents_.back();
+  return opened;
 }
 
-void OutputController::remove(const Document* document) {
-  named_.erase(foldedName(document->name()));
-  std::erase(history_, document);
-  std::erase_if(documents_, [&](const auto& owned) { return owned.get() == document; });
+void OutputController::remove(const OpenDocument& document) {
+  named_.erase(foldedName(document.document.name()));
+  history_.erase(document.inHistory);
+  documents_.erase(document.self);
+}
+
+const OpenDocument* OutputController::holderOf(const std::string& path,
+                                               const OpenDocument* besides) const {
+  for (const OpenDocument& opened : documents_) {
+    if (&opened != besides && opened.lock && opened.lock->holds(path)) return &opened;
+  }
+  return nullptr;
+}
+
+bool OutputController::openFile(const VornwMsgOutputControllerRequest& request,
+                                const std::string& name,
+                                VornwMsgOutputControllerResponse& response) {
+  if (!name.empty() && !(isValidName(request, response) && isFree(name, nullptr, response))) {
+    return false;
+  }
+  const std::string path = documentPath(request.getText());
+  try {
+    std::optional<FileLock> lock;
+    if (request.getLock() == OutputDocumentLock::kLocked) {
+      if (holderOf(path, nullptr) != nullptr) {
+        return fail(response, "The file ^1 is already open as an output document, and locked.",
+                    path);
+      }
+      lock = lockToOpen(path);
+    }
+    const std::unique_ptr<Document> read = openWithPassword(path, request.getPassword());
+    OpenDocument& opened = open(name, request.getMinimized() == OutputDocumentMinimized::kYes);
+    opened.document.setContents(std::move(read->root()), read->runs());
+    opened.lock = std::move(lock);
+    return true;
+  } catch (const StoreError& error) {
+    return fail(response, openingFailed(error), path);
+  }
+}
+
+bool OutputController::saveFile(const VornwMsgOutputControllerRequest& request,
+                                const std::string& name,
+                                VornwMsgOutputControllerResponse& response) {
+  OpenDocument* opened = resolve(name.empty() ? "*" : name, "", response);
+  if (opened == nullptr) return false;
+  const std::string path = documentPath(request.getText());
+  try {
+    const FileLock* own = opened->lock && opened->lock->holds(path) ? &*opened->lock : nullptr;
+    if (holderOf(path, opened) != nullptr) {
+      return fail(response, "The file ^1 is open as another output document, and locked.", path);
+    }
+    if (FileLock::isLockedByAnother(path, own)) return fail(response, kLockedByAnother, path);
+    SaveOptions options;
+    options.type = request.getType() == OutputDocumentType::kUnspecified
+                       ? documentFileType(path)
+                       : static_cast<DocumentFileType>(request.getType());
+    options.password = passwordToSave(request);
+    options.storeModels = request.getStoreModel() == YesNoEnum::kYes;
+    std::optional<FileLock> lock = saveDocument(opened->document, path, options);
+    // The lock on the old file guards nothing any more, so one that was held goes on to the new.
+    const bool keeps = request.getLock() == OutputDocumentLock::kUnspecified && own != nullptr;
+    if (keeps || request.getLock() == OutputDocumentLock::kLocked) {
+      opened->lock = std::move(lock);
+    } else if (request.getLock() == OutputDocumentLock::kUnlocked) {
+      opened->lock.reset();
+    }
+    return true;
+  } catch (const StoreError& error) {
+    return fail(response, savingFailed(error), path);
+  }
 }
 
 }  // namespace vornwout

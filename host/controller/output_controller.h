@@ -5,19 +5,32 @@
 // beside it stands the order of their last activation, whose end is the active document, so that
 // closing it makes the one active before it active again. Names are unique without regard to case;
 // several unnamed documents may be open. They are found through an index by their names without
-// case, so that a job may open as many as it likes.
+// case, so that a job may open as many as it likes, and close each without looking at the others. A
+// document that was opened from a file, or saved, may hold the lock on it until it is closed.
 #pragma once
 
-#include <memory>
+#include <list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <vector>
 
 #include "host/document/document.h"
+#include "host/store/file_lock.h"
 #include "platform/adapter/host_adapter.h"
 
 namespace vornwout {
+
+/// An open document, where it stands among the others, and the lock on its file.
+struct OpenDocument {
+  OpenDocument(int number, std::string name, bool minimized)
+      : document(number, std::move(name), minimized) {}
+
+  Document document;
+  std::optional<FileLock> lock;
+  std::list<OpenDocument>::iterator self;
+  std::list<OpenDocument*>::iterator inHistory;
+};
 
 class OutputController : public OutputControllerInterface {
  public:
@@ -25,11 +38,13 @@ class OutputController : public OutputControllerInterface {
                    VornwMsgOutputControllerResponse& response) override;
 
   /// The open documents in the order of their creation.
-  const std::vector<std::unique_ptr<Document>>& documents() const { return documents_; }
+  const std::list<OpenDocument>& documents() const { return documents_; }
 
   /// The document that takes output, or null when none is open.
-  Document* activeDocument() { return history_.empty() ? nullptr : history_.back(); }
-  const Document* activeDocument() const { return history_.empty() ? nullptr : history_.back(); }
+  Document* activeDocument() { return history_.empty() ? nullptr : &history_.back()->document; }
+  const Document* activeDocument() const {
+    return history_.empty() ? nullptr : &history_.back()->document;
+  }
 
   /// The document that takes output; makes an unnamed one when none is open.
   Document& documentForOutput();
@@ -43,20 +58,26 @@ class OutputController : public OutputControllerInterface {
                 VornwMsgOutputControllerResponse& response);
   bool close(const std::string& name, VornwMsgOutputControllerResponse& response);
   void list(VornwMsgOutputControllerResponse& response) const;
+  bool openFile(const VornwMsgOutputControllerRequest& request, const std::string& name,
+                VornwMsgOutputControllerResponse& response);
+  bool saveFile(const VornwMsgOutputControllerRequest& request, const std::string& name,
+                VornwMsgOutputControllerResponse& response);
 
-  Document* findByName(std::string_view name) const;
+  OpenDocument* findByName(std::string_view name) const;
   /// The open document that `name` addresses, the active one for "*"; null after reporting.
-  Document* resolve(const std::string& name, const char* missingName,
-                    VornwMsgOutputControllerResponse& response);
+  OpenDocument* resolve(const std::string& name, const char* missingName,
+                        VornwMsgOutputControllerResponse& response);
+  /// The open document, other than `besides`, that holds the lock on the file.
+  const OpenDocument* holderOf(const std::string& path, const OpenDocument* besides) const;
   /// True when no document but `owner` has the name; reports otherwise.
-  bool isFree(const std::string& name, const Document* owner,
+  bool isFree(const std::string& name, const OpenDocument* owner,
               VornwMsgOutputControllerResponse& response) const;
-  Document& open(const std::string& name, bool minimized);
-  void remove(const Document* document);
+  OpenDocument& open(const std::string& name, bool minimized);
+  void remove(const OpenDocument& document);
 
-  std::vector<std::unique_ptr<Document>> documents_;
-  std::vector<Document*> history_;
-  std::unordered_map<std::string, Document*> named_;  ///< by name without case
+  std::list<OpenDocument> documents_;
+  std::list<OpenDocument*> history_;
+  std::unordered_map<std::string, OpenDocument*> named_;  ///< by name without case
   int created_ = 0;
 };
 

@@ -9,6 +9,11 @@ Document::Document(int number, std::string name, bool minimized)
   root_.type = ObjectType::kHeading;
 }
 
+void Document::setContents(DocumentObject root, std::map<std::string, int> runs) {
+  root_ = std::move(root);
+  runs_ = std::move(runs);
+}
+
 void Document::setName(std::string name) { name_ = std::move(name); }
 
 int Document::beginRun(const std::string& command) { return ++runs_[command]; }

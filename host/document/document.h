@@ -6,8 +6,8 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <string>
-#include <unordered_map>
 
 #include "host/document/document_object.h"
 
@@ -18,6 +18,9 @@ class Document {
   /// `number` tells unnamed documents apart: the how-manieth document of its host this is, from 1.
   Document(int number, std::string name, bool minimized);
 
+  /// Takes over what a file had: the objects, and how often each command had run.
+  void setContents(DocumentObject root, std::map<std::string, int> runs);
+
   int number() const { return number_; }
   /// Empty for an unnamed document; UTF-8.
   const std::string& name() const { return name_; }
@@ -27,9 +30,13 @@ class Document {
 
   /// The unlabelled heading above all objects.
   const DocumentObject& root() const { return root_; }
+  /// To write to; references from at() end when objects of the top level come or go.
+  DocumentObject& root() { return root_; }
 
   /// Counts a run of `command` in this document and returns its number, from 1.
   int beginRun(const std::string& command);
+  /// How often each command has run in this document.
+  const std::map<std::string, int>& runs() const { return runs_; }
 
   /// Puts an object at the end of the top level and returns its position there.
   std::size_t append(DocumentObject object);
@@ -42,7 +49,7 @@ class Document {
   std::string name_;
   bool minimized_;
   DocumentObject root_;
-  std::unordered_map<std::string, int> runs_;
+  std::map<std::string, int> runs_;
 };
 
 }  // namespace vornwout

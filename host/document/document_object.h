@@ -1,18 +1,16 @@
-// An object of an output document: a heading, a log, a table, notes or a message.
+// An object of an output document: what stands in its outline, and a content that may lie in a
+// file.
 //
-// Objects are values that own what stands below them; only headings have children. A table is
-// shared because the builder hands the same finished table to every sink and nobody changes it
-// afterwards. All texts are UTF-8.
+// Objects are values that own what stands below them; only headings have children. All texts are
+// UTF-8.
 #pragma once
 
-#include <memory>
+#include <optional>
 #include <string>
-#include <variant>
+#include <string_view>
 #include <vector>
 
-#include "platform/adapter/output_sink.h"
-#include "platform/pivot/cell_text.h"
-#include "platform/pivot/pivot_table.h"
+#include "host/document/lazy_content.h"
 
 namespace vornwout {
 
@@ -32,33 +30,13 @@ enum class ObjectType {
   kUnknown,
 };
 
-/// The source text of a command.
-struct LogContent {
-  std::string text;
+/// How large an object is shown; a side that is 0 keeps its natural size.
+struct ObjectSize {
+  double width = 0;
+  double height = 0;
+  bool percent = false;  ///< of the natural size; otherwise points
+  friend bool operator==(const ObjectSize&, const ObjectSize&) = default;
 };
-
-struct NoteEntry {
-  CellText label;
-  CellText value;
-};
-
-/// What a procedure notes about itself, in the order in which it was noted.
-struct NotesContent {
-  std::vector<NoteEntry> entries;
-};
-
-/// A warning or an error as it is shown.
-struct MessageContent {
-  MessageSeverity severity = MessageSeverity::kError;
-  std::string text;
-  SourcePlace place;
-};
-
-using TableContent = std::shared_ptr<const PivotTable>;
-
-/// Headings have no content of their own.
-using ObjectContent =
-    std::variant<std::monostate, TableContent, LogContent, NotesContent, MessageContent>;
 
 struct DocumentObject {
   ObjectType type = ObjectType::kUnknown;
@@ -67,8 +45,17 @@ struct DocumentObject {
   std::string subtype;
   std::string label;  ///< the text in the outline
   bool visible = true;
-  ObjectContent content;
+  std::optional<ObjectSize> size;
+  std::string index;  ///< the number that the outline shows before the label; empty for none
+  LazyContent content;
   std::vector<DocumentObject> children;  ///< of a heading
 };
+
+/// The type's name in files: "table", "page-title".
+std::string_view objectTypeName(ObjectType type);
+std::optional<ObjectType> findObjectType(std::string_view name);
+
+/// Whether two objects are the same with all that stands below them; reads their contents.
+bool sameObject(const DocumentObject& a, const DocumentObject& b);
 
 }  // namespace vornwout

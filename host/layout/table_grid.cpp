@@ -176,6 +176,11 @@ class FootnoteCollector {
   std::unordered_map<std::string, int> indexes_;
 };
 
+/// A mark stands once behind what it marks.
+void addNote(std::vector<int>& notes, int index) {
+  if (std::find(notes.begin(), notes.end(), index) == notes.end()) notes.push_back(index);
+}
+
 GridCell makeData(const PivotCell& source, int row, int column, FootnoteCollector& footnotes) {
   GridCell cell;
   cell.row = row;
@@ -185,10 +190,7 @@ GridCell makeData(const PivotCell& source, int row, int column, FootnoteCollecto
   if (cell.isNumber) cell.alignment = CellAlignment::kRight;
   cell.style = {source.textColor, source.backgroundColor, source.bold};
   for (const CellText& note : source.notes) {
-    const int index = footnotes.indexOf(renderText(note));
-    if (std::find(cell.notes.begin(), cell.notes.end(), index) == cell.notes.end()) {
-      cell.notes.push_back(index);
-    }
+    addNote(cell.notes, footnotes.indexOf(renderText(note)));
   }
   return cell;
 }
@@ -272,7 +274,11 @@ TableGrid Layouter::makeGrid(std::uint64_t layer, const PlacedCell* first,
   grid.columnCount = grid.headerColumns + static_cast<int>(columnKeys.size());
   addHeader(grid, columnLines, rowLines, numericColumns(first, last, columnKeys));
 
+  grid.caption = renderText(table_.caption);
   FootnoteCollector footnotes(grid.footnotes);
+  for (const CellText& note : table_.footnotes) {
+    addNote(grid.titleNotes, footnotes.indexOf(renderText(note)));
+  }
   std::vector<std::size_t> nextLabel(rowLines.size(), 0);
   for (std::size_t i = 0; i < rowKeys.size(); ++i) {
     grid.rowStarts.push_back(grid.cells.size());

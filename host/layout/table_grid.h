@@ -60,7 +60,9 @@ struct GridRow {
 };
 
 struct TableGrid {
-  std::string title;  ///< empty when hidden
+  std::string title;            ///< empty when hidden
+  std::vector<int> titleNotes;  ///< footnotes of the table as a whole, indexes into `footnotes`
+  std::string caption;          ///< below the table; empty for none
   std::vector<LayerCaption> layers;
   int rowCount = 0;
   int columnCount = 0;

@@ -76,4 +76,9 @@ std::optional<Rgb> parseCellColor(std::string_view text) {
   return namedCellColor(text);
 }
 
+Rgb readableOn(Rgb background) {
+  const int brightness = 299 * background.red + 587 * background.green + 114 * background.blue;
+  return brightness >= 128'000 ? Rgb{0, 0, 0} : Rgb{255, 255, 255};
+}
+
 }  // namespace vornwout

@@ -33,4 +33,7 @@ std::optional<Rgb> namedCellColor(std::string_view name);
 /// The value of a name or of "#rrggbb"; nothing for any other text.
 std::optional<Rgb> parseCellColor(std::string_view text);
 
+/// Black or white, whichever is easier to read on `background`.
+Rgb readableOn(Rgb background);
+
 }  // namespace vornwout

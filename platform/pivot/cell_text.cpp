@@ -7,6 +7,7 @@
 namespace vornwout {
 
 std::string renderNumber(double value, BpFormatSpec format) {
+  if (format.display) return renderNumber(value, *format.display);
   // The package shows a number that has no value as a period.
   if (!std::isfinite(value)) return ".";
   std::string shown = format.type == BpFormatSpec::Type::kCount ? fmt::format("{:.0f}", value)
@@ -36,8 +37,12 @@ std::string substitutePlaceholders(const std::string& text,
 CellText withoutSecrets(const CellText& cell) {
   CellText copy = cell;
   if (copy.secret) copy.text = kHiddenSecret;
-  for (CellText& argument : copy.arguments) argument = withoutSecrets(argument);
-  for (CellText& name : copy.sublist) name = withoutSecrets(name);
+  if (!copy.arguments.empty()) {
+    for (CellText& argument : copy.arguments.edit()) argument = withoutSecrets(argument);
+  }
+  if (!copy.sublist.empty()) {
+    for (CellText& name : copy.sublist.edit()) name = withoutSecrets(name);
+  }
   return copy;
 }
 

@@ -1,15 +1,22 @@
 // The content of a cell, label, title or message: a text, a number, or a text with arguments.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "platform/pivot/display_format.h"
+#include "platform/pivot/rare.h"
 
 namespace vornwout {
 
 /// How a number is shown.
 struct BpFormatSpec {
-  enum class Type { kGeneral, kCount };
+  enum class Type : std::uint8_t { kGeneral, kCount };
   Type type = Type::kGeneral;
+  std::optional<DisplayFormat> display =
+      std::nullopt;  ///< where there is one, it stands before the type
   friend bool operator==(const BpFormatSpec&, const BpFormatSpec&) = default;
 };
 
@@ -18,17 +25,17 @@ inline constexpr const char* kHiddenSecret = "***";
 
 /// One content, as plain data in UTF-8.
 struct CellText {
-  enum class Kind { kString, kNumber, kComposite };
+  enum class Kind : std::uint8_t { kString, kNumber, kComposite };
 
   Kind kind = Kind::kString;
-  std::string text;           ///< the string, or the composite's text with "^1" and so on
   bool secret = false;        ///< shown to the user who wrote it, and kept nowhere
   bool translatable = false;  ///< the system's own text; a user's text is never translated
-  double number = 0;
-  BpFormatSpec format;
-  std::vector<CellText> arguments;  ///< of a composite, "^1" first
-  std::vector<CellText> sublist;    ///< names listed behind a composite's text
   bool hasSublist = false;
+  BpFormatSpec format;
+  double number = 0;
+  std::string text;  ///< the string, or the composite's text with "^1" and so on
+  Rare<std::vector<CellText>> arguments;  ///< of a composite, "^1" first
+  Rare<std::vector<CellText>> sublist;    ///< names listed behind a composite's text
 
   friend bool operator==(const CellText&, const CellText&) = default;
 };
@@ -40,8 +47,8 @@ CellText withoutSecrets(const CellText& cell);
 /// A placeholder without an argument stays as it is.
 std::string renderText(const CellText& cell);
 
-/// A number as its format shows it: a count without decimals, otherwise up to six significant
-/// digits.
+/// A number as its format shows it: by its display format where it has one, otherwise a count
+/// without decimals, otherwise up to six significant digits.
 std::string renderNumber(double value, BpFormatSpec format);
 
 /// Replaces "^1" to "^9" in `text` by the arguments; one without an argument stays as it is, and a

@@ -1,6 +1,7 @@
 #include "platform/pivot/pivot_builder.h"
 
 #include <functional>
+#include <span>
 #include <utility>
 
 namespace vornwout {
@@ -19,7 +20,7 @@ std::size_t hashOf(const CellText& label) {
   return hash;
 }
 
-std::size_t hashOf(const std::vector<int>& address) {
+std::size_t hashOf(std::span<const int> address) {
   std::size_t hash = address.size();
   for (const int leaf : address) hash = mix(hash, std::hash<int>{}(leaf));
   return hash;

@@ -10,7 +10,9 @@
 #include <string>
 #include <vector>
 
+#include "platform/pivot/cell_coordinates.h"
 #include "platform/pivot/cell_text.h"
+#include "platform/pivot/statistic_kind.h"
 
 namespace vornwout {
 
@@ -31,7 +33,8 @@ struct PivotCategory {
   CellText label;
   int parent = -1;  ///< index of the group it stands in, -1 for the dimension itself
   bool isGroup = false;
-  int leaf = -1;  ///< number of the leaf, from 0; -1 for a group
+  int leaf = -1;                                   ///< number of the leaf, from 0; -1 for a group
+  StatisticKind statistic = StatisticKind::kNone;  ///< of the values that stand below it
   friend bool operator==(const PivotCategory&, const PivotCategory&) = default;
 };
 
@@ -47,11 +50,11 @@ struct PivotDimension {
 };
 
 struct PivotCell {
-  std::vector<int> at;  ///< one leaf number per dimension, in the order of the dimensions
+  CellCoordinates at;  ///< one leaf number per dimension, in the order of the dimensions
   CellText value;
-  std::vector<CellText> notes;  ///< footnotes
-  std::string textColor;        ///< a colour name or "#rrggbb", empty for none
-  std::string backgroundColor;
+  Rare<std::vector<CellText>> notes;  ///< footnotes
+  Rare<std::string> textColor;        ///< a colour name or "#rrggbb", empty for none
+  Rare<std::string> backgroundColor;
   bool bold = false;
   friend bool operator==(const PivotCell&, const PivotCell&) = default;
 };
@@ -59,7 +62,9 @@ struct PivotCell {
 struct PivotTable {
   CellText title;
   CellText subtype;
-  std::optional<bool> flag;  ///< third argument of BpHeading::PivotTable
+  CellText caption;                 ///< below the table; empty for none
+  std::vector<CellText> footnotes;  ///< of the table as a whole, before those of its cells
+  std::optional<bool> flag;         ///< third argument of BpHeading::PivotTable
   bool titleHidden = false;
   std::optional<int> minDataColumnWidth;  ///< points
   std::optional<int> maxDataColumnWidth;  ///< points

@@ -6,9 +6,6 @@
 namespace vornwout {
 namespace {
 
-constexpr Rgb kBlack{0, 0, 0};
-constexpr Rgb kWhite{255, 255, 255};
-
 constexpr std::array<int, 6> kCubeSteps{0, 95, 135, 175, 215, 255};
 
 int nearestStep(int value) {
@@ -54,11 +51,6 @@ int nearestPaletteColor(Rgb color) {
   const int level = 8 + 10 * gray;
   if (squaredDistance(color, level, level, level) < cubeDistance) return 232 + gray;
   return 16 + 36 * red + 6 * green + blue;
-}
-
-Rgb readableOn(Rgb background) {
-  const int brightness = 299 * background.red + 587 * background.green + 114 * background.blue;
-  return brightness >= 128'000 ? kBlack : kWhite;
 }
 
 std::string foregroundCode(Rgb color, ColorDepth depth) { return colorCode(color, depth, "38"); }

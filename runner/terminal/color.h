@@ -13,9 +13,6 @@ namespace vornwout {
 /// 255). The first 16 are never used, for they are what the user has set them to.
 int nearestPaletteColor(Rgb color);
 
-/// Black or white, whichever is easier to read on `background`.
-Rgb readableOn(Rgb background);
-
 /// SGR parameters that set the colour of text or background; empty when nothing is styled.
 std::string foregroundCode(Rgb color, ColorDepth depth);
 std::string backgroundCode(Rgb color, ColorDepth depth);

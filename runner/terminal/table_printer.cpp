@@ -31,16 +31,20 @@ bool isAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
 }
 
-/// A cell's text with its footnote marks.
-std::string markedText(const GridCell& cell, const TableGrid& grid) {
-  std::string text = shownText(cell.text);
-  if (cell.notes.empty()) return text;
+/// A text with the marks of the footnotes `notes` behind it.
+std::string withMarks(std::string text, const std::vector<int>& notes, const TableGrid& grid) {
+  if (notes.empty()) return text;
   const char* separator = text.empty() ? "[" : " [";
-  for (const int note : cell.notes) {
+  for (const int note : notes) {
     text += separator + grid.footnotes[at(note)].mark;
     separator = ",";
   }
   return text + "]";
+}
+
+/// A cell's text with its footnote marks.
+std::string markedText(const GridCell& cell, const TableGrid& grid) {
+  return withMarks(shownText(cell.text), cell.notes, grid);
 }
 
 /// Measures the columns of a grid.
@@ -303,7 +307,11 @@ void printText(std::ostream& out, const std::string& text, std::string_view code
 }
 
 void printCaptions(std::ostream& out, const TableGrid& grid, const TerminalStyle& style) {
-  if (!grid.title.empty()) printText(out, grid.title, kBold, style);
+  // Without a title its notes have no place to be marked at; they stand below the table all the
+  // same.
+  if (!grid.title.empty()) {
+    printText(out, withMarks(grid.title, grid.titleNotes, grid), kBold, style);
+  }
   for (const LayerCaption& layer : grid.layers) {
     const bool hasBoth = !layer.dimension.empty() && !layer.category.empty();
     printText(out, layer.dimension + (hasBoth ? ": " : "") + layer.category, {}, style);
@@ -381,6 +389,7 @@ void printTable(std::ostream& out, const TableGrid& grid, const TerminalStyle& s
   } else {
     printPanels(out, grid, style);
   }
+  if (!grid.caption.empty()) printText(out, grid.caption, {}, style);
   printFootnotes(out, grid, style);
 }
 

@@ -25,18 +25,18 @@ std::string outline(const DocumentObject& object) {
     case ObjectType::kHeading:
       return object.label + "[" + below + "]";
     case ObjectType::kLog:
-      return "log(" + std::get<LogContent>(object.content).text + ")";
+      return "log(" + std::get<LogContent>(object.content.get()).text + ")";
     case ObjectType::kTable:
       return "table(" + object.label + ")";
     case ObjectType::kNotes: {
       std::string notes;
-      for (const NoteEntry& entry : std::get<NotesContent>(object.content).entries) {
+      for (const NoteEntry& entry : std::get<NotesContent>(object.content.get()).entries) {
         notes += (notes.empty() ? "" : ",") + entry.label.text + "=" + entry.value.text;
       }
       return "notes(" + notes + ")";
     }
     case ObjectType::kWarning:
-      return object.label + "(" + std::get<MessageContent>(object.content).text + ")";
+      return object.label + "(" + std::get<MessageContent>(object.content.get()).text + ")";
     default:
       return "?";
   }
@@ -68,12 +68,12 @@ class DocumentSinkTest : public testing::Test {
     ASSERT_TRUE(controller_.SendRequest(message, response));
   }
   void make(const char* name) { request(OutputControllerCommand::kNew, name); }
-  std::string outlineOf(std::size_t document) {
-    return outline(controller_.documents().at(document)->root());
+  const Document& document(std::ptrdiff_t index) const {
+    return std::next(controller_.documents().begin(), index)->document;
   }
-  const DocumentObject& firstObject() {
-    return controller_.documents().at(0)->root().children.at(0);
-  }
+
+  std::string outlineOf(std::ptrdiff_t index) { return outline(document(index).root()); }
+  const DocumentObject& firstObject() { return document(0).root().children.at(0); }
 
   OutputController controller_;
   DocumentSink sink_{controller_};
@@ -110,7 +110,7 @@ TEST_F(DocumentSinkTest, LogOfACommandWithoutOutputStandsWhereTheCommandEnds) {
   close();
   EXPECT_EQ(outlineOf(0), "[]");
   EXPECT_EQ(outlineOf(1), "[log(output new name=b.)]");
-  const DocumentObject& log = controller_.documents()[1]->root().children.at(0);
+  const DocumentObject& log = document(1).root().children.at(0);
   EXPECT_EQ(log.command, "OUTPUT NEW");
   EXPECT_EQ(log.run, 1);
 }
@@ -148,8 +148,8 @@ TEST_F(DocumentSinkTest, ObjectsKnowCommandRunSubtypeAndLabel) {
     addTable("Comment");
     close();
   }
-  ASSERT_EQ(controller_.documents()[0]->root().children.size(), 2u);
-  const DocumentObject& heading = controller_.documents()[0]->root().children[1];
+  ASSERT_EQ(document(0).root().children.size(), 2u);
+  const DocumentObject& heading = document(0).root().children[1];
   EXPECT_EQ(heading.command, "OUTPUT COMMENT");
   EXPECT_EQ(heading.run, 2);
   const DocumentObject& table = heading.children.at(1);
@@ -158,7 +158,7 @@ TEST_F(DocumentSinkTest, ObjectsKnowCommandRunSubtypeAndLabel) {
   EXPECT_EQ(table.run, 2);
   EXPECT_EQ(table.label, "Comment");
   EXPECT_EQ(table.subtype, "subtype of Comment");
-  EXPECT_EQ(renderText(std::get<TableContent>(table.content)->title), "Comment");
+  EXPECT_EQ(renderText(std::get<TableContent>(table.content.get())->title), "Comment");
   EXPECT_EQ(firstObject().run, 1);
 }
 
@@ -172,7 +172,7 @@ TEST_F(DocumentSinkTest, RunsAreCountedPerDocument) {
   open("Output Comment");
   addTable("t");
   close();
-  EXPECT_EQ(controller_.documents()[1]->root().children.at(0).run, 1);
+  EXPECT_EQ(document(1).root().children.at(0).run, 1);
 }
 
 TEST_F(DocumentSinkTest, MessagesBecomeWarningObjectsWithTheirSeverity) {
@@ -189,12 +189,12 @@ TEST_F(DocumentSinkTest, MessagesBecomeWarningObjectsWithTheirSeverity) {
     open("Output Name");
     addMessage("text", c.level);
     close();
-    const DocumentObject& heading = controller_.documents()[0]->root().children.back();
+    const DocumentObject& heading = document(0).root().children.back();
     const DocumentObject& message = heading.children.back();
     EXPECT_EQ(message.type, ObjectType::kWarning);
     EXPECT_EQ(message.label, c.label);
-    EXPECT_EQ(std::get<MessageContent>(message.content).severity, c.severity);
-    EXPECT_EQ(std::get<MessageContent>(message.content).text, "text");
+    EXPECT_EQ(std::get<MessageContent>(message.content.get()).severity, c.severity);
+    EXPECT_EQ(std::get<MessageContent>(message.content.get()).text, "text");
   }
 }
 
@@ -205,7 +205,7 @@ TEST_F(DocumentSinkTest, ArgumentsOfAMessageAreFilledIn) {
   record.message.arguments.push_back(plain("x"));
   record.level = 3;
   sink_.outputMessage(record);
-  EXPECT_EQ(std::get<MessageContent>(firstObject().children.at(0).content).text,
+  EXPECT_EQ(std::get<MessageContent>(firstObject().children.at(0).content.get()).text,
             "Output name x is too long.");
 }
 
@@ -219,9 +219,27 @@ TEST_F(DocumentSinkTest, ParserMessageKeepsTextSeverityAndPlace) {
   sink_.parserMessage(record);
   close();
   EXPECT_EQ(outlineOf(0), "[Output New[log(output new x=1.) Warning(X is ignored.)]]");
-  const auto& message = std::get<MessageContent>(firstObject().children.at(1).content);
+  const auto& message = std::get<MessageContent>(firstObject().children.at(1).content.get());
   EXPECT_EQ(message.severity, MessageSeverity::kWarning);
   EXPECT_EQ(message.place, (SourcePlace{4, 12}));
+}
+
+TEST_F(DocumentSinkTest, KeepsMessagesShortAndWithoutSecrets) {
+  ParserMessageRecord parser;
+  parser.text = "***";
+  parser.uncovered = ParserMessageRecord::Texts{{}, "s3cret"};
+  sink_.parserMessage(parser);
+  parser.shortened = "short";
+  sink_.parserMessage(parser);
+  OutputMessageRecord output;
+  output.message = plain("^1 ^2");
+  output.message.kind = CellText::Kind::kComposite;
+  output.message.arguments = {plain("s3cret"), plain(std::string(100, 'a'))};
+  output.message.arguments.edit()[0].secret = true;
+  output.level = 3;
+  sink_.outputMessage(output);
+  EXPECT_EQ(outlineOf(0), "[Messages[Error(***) Error(short) Error(*** " + std::string(28, 'a') +
+                              " … 44 characters … " + std::string(28, 'a') + ")]]");
 }
 
 TEST_F(DocumentSinkTest, MessagesOutsideProceduresStandBelowTheCommandsName) {
@@ -298,7 +316,7 @@ TEST_F(DocumentSinkTest, NestedProceduresHaveHeadingsOfTheirOwnAndOneRun) {
   addTable("2");
   close();
   EXPECT_EQ(outlineOf(0), "[Inner[log(x) table(1)] Outer[table(2)]]");
-  EXPECT_EQ(controller_.documents()[0]->root().children.at(1).run, 1);
+  EXPECT_EQ(document(0).root().children.at(1).run, 1);
 }
 
 TEST_F(DocumentSinkTest, LogIsHeldBackUntilTheOutermostProcedureCloses) {
@@ -327,8 +345,8 @@ TEST_F(DocumentSinkTest, ProceduresWithoutACommandsNameAreRunsOfTheirOwn) {
     addTable("t");
     close();
   }
-  EXPECT_EQ(controller_.documents()[0]->root().children.at(1).command, "STB PRINT");
-  EXPECT_EQ(controller_.documents()[0]->root().children.at(1).run, 2);
+  EXPECT_EQ(document(0).root().children.at(1).command, "STB PRINT");
+  EXPECT_EQ(document(0).root().children.at(1).run, 2);
 }
 
 }  // namespace

@@ -37,7 +37,7 @@ TEST(EmbeddedHost, RequestsAndOutputReachTheSameDocuments) {
   ASSERT_EQ(objects.size(), 1u);
   EXPECT_EQ(objects[0].label, "Output Comment");
   ASSERT_EQ(objects[0].children.size(), 2u);
-  EXPECT_EQ(std::get<LogContent>(objects[0].children[0].content).text, "output comment.");
+  EXPECT_EQ(std::get<LogContent>(objects[0].children[0].content.get()).text, "output comment.");
 }
 
 TEST(EmbeddedHost, ChangingAndExportingAreRefusedInWords) {

@@ -44,6 +44,10 @@ class OutputControllerTest : public testing::Test {
     return answer;
   }
 
+  const Document& document(std::ptrdiff_t index) const {
+    return std::next(controller_.documents().begin(), index)->document;
+  }
+
   std::vector<std::string> open() { return send(Command::kDisplay, "").documents; }
 
   void expectFailure(const Answer& answer, const std::string& message,
@@ -72,16 +76,16 @@ TEST_F(OutputControllerTest, NewDocumentIsActive) {
   EXPECT_TRUE(send(Command::kNew, "a", Minimized::kNo).isOk);
   EXPECT_TRUE(send(Command::kNew, "b", Minimized::kYes).isOk);
   EXPECT_EQ(open(), (Names{"a", "*b"}));
-  EXPECT_FALSE(controller_.documents()[0]->isMinimized());
-  EXPECT_TRUE(controller_.documents()[1]->isMinimized());
+  EXPECT_FALSE(document(0).isMinimized());
+  EXPECT_TRUE(document(1).isMinimized());
 }
 
 TEST_F(OutputControllerTest, SeveralUnnamedDocumentsMayBeOpen) {
   EXPECT_TRUE(send(Command::kNew, "").isOk);
   EXPECT_TRUE(send(Command::kNew, "").isOk);
   EXPECT_EQ(open(), (Names{"", "*"}));
-  EXPECT_EQ(controller_.documents()[0]->number(), 1);
-  EXPECT_EQ(controller_.documents()[1]->number(), 2);
+  EXPECT_EQ(document(0).number(), 1);
+  EXPECT_EQ(document(1).number(), 2);
 }
 
 TEST_F(OutputControllerTest, NewWithAUsedNameFailsInAnyCase) {
@@ -255,17 +259,6 @@ TEST_F(OutputControllerTest, CloseRefusesWhatAddressesNothing) {
                 "ALL for all of them.",
                 "");
   expectFailure(send(Command::kClose, "a"), "There is no open output document named ^1.", "a");
-}
-
-TEST_F(OutputControllerTest, FilesAreRefusedInOpenAndSave) {
-  const std::string message = "This version keeps documents in memory only: ^1 is not available.";
-  const auto longForm = [](Command command) {
-    return VornwMsgOutputControllerRequest(1, command, "", "\\a.qxv", OutputDocumentLock::kUnlocked,
-                                           Minimized::kNo, OutputDocumentType::kQxv, "",
-                                           OutputDocumentEncryptPW::kNotApplicable, YesNoEnum::kNo);
-  };
-  expectFailure(exchange(longForm(Command::kOpen)), message, "OUTPUT OPEN");
-  expectFailure(exchange(longForm(Command::kSave)), message, "OUTPUT SAVE");
 }
 
 TEST_F(OutputControllerTest, UnknownCommandIsRefused) {

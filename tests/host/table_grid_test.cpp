@@ -364,5 +364,20 @@ TEST(TableGrid, HundredThousandRowsAreLaidOutInLinearTime) {
   EXPECT_LT(secondsFor(100'000), 10.0);
 }
 
+TEST(TableGrid, NotesOfTheTableComeBeforeThoseOfItsCellsAndTheCaptionGoesAlong) {
+  PivotTable table = twoByTwo();
+  table.caption = textCell("below");
+  table.footnotes = {textCell("whole"), textCell("both"), textCell("whole")};
+  table.cells[0].notes = {textCell("cell"), textCell("both")};
+  const TableGrid grid = onlyGrid(table);
+  EXPECT_EQ(grid.caption, "below");
+  EXPECT_EQ(grid.titleNotes, (std::vector<int>{0, 1}));
+  ASSERT_EQ(grid.footnotes.size(), 3U);
+  EXPECT_EQ(grid.footnotes[0].text, "whole");
+  EXPECT_EQ(grid.footnotes[1].text, "both");
+  EXPECT_EQ(grid.footnotes[2].mark, "c");
+  EXPECT_EQ(grid.footnotes[2].text, "cell");
+}
+
 }  // namespace
 }  // namespace vornwout

@@ -63,5 +63,11 @@ TEST(CellColor, Has26NamesInTwoSpellingsOfThirteenColors) {
   EXPECT_EQ(namedCellColor("#000000"), std::nullopt);
 }
 
+TEST(CellColor, TextIsReadableOnEveryNamedBackground) {
+  EXPECT_EQ(readableOn({255, 255, 0}), (Rgb{0, 0, 0}));
+  EXPECT_EQ(readableOn({0, 0, 255}), (Rgb{255, 255, 255}));
+  EXPECT_EQ(readableOn({0, 0, 0}), (Rgb{255, 255, 255}));
+}
+
 }  // namespace
 }  // namespace vornwout

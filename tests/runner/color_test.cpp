@@ -50,12 +50,6 @@ TEST(Color, CodesFollowTheDepth) {
   EXPECT_EQ(foregroundCode(orange, ColorDepth::kNone), "");
 }
 
-TEST(Color, TextIsReadableOnEveryNamedBackground) {
-  EXPECT_EQ(readableOn({255, 255, 0}), (Rgb{0, 0, 0}));
-  EXPECT_EQ(readableOn({0, 0, 255}), (Rgb{255, 255, 255}));
-  EXPECT_EQ(readableOn({0, 0, 0}), (Rgb{255, 255, 255}));
-}
-
 TEST(Color, TextIsStyledOnlyWhereAskedFor) {
   const TerminalStyle styled{ColorDepth::k256, 0};
   EXPECT_EQ(withStyle("x", "1", styled), "\x1b[1mx\x1b[0m");

@@ -328,5 +328,17 @@ TEST(TablePrinter, TitleIsBold) {
   EXPECT_THAT(print(table, kTrueColor), testing::StartsWith("\x1b[1mComment\x1b[0m\n"));
 }
 
+TEST(TablePrinter, CaptionAndNotesOfTheTableStandBelowIt) {
+  PivotTable table = matrix({"r"}, {"c"});
+  addCell(table, {0, 0}, textCell("x")).notes = {textCell("cell")};
+  table.caption = textCell("caption\x1b");
+  table.footnotes = {textCell("whole")};
+  const std::string printed = print(table);
+  EXPECT_THAT(printed, testing::StartsWith("Title [a]\n"));
+  EXPECT_THAT(printed, testing::EndsWith("┘\ncaption\uFFFD\n[a] whole\n[b] cell\n"));
+  table.titleHidden = true;
+  EXPECT_THAT(print(table), testing::StartsWith("┌"));
+}
+
 }  // namespace
 }  // namespace vornwout

@@ -17,43 +17,9 @@
 #include <unistd.h>
 
 #include "tests/support/clean_environment.h"
+#include "tests/support/scratch_directory.h"
 
 namespace vornwout {
-
-/// A directory of its own for a test, gone with it.
-class ScratchDirectory {
- public:
-  ScratchDirectory() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "vornwout-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) ADD_FAILURE() << "no directory for the test";
-    path_ = pattern;
-  }
-  ~ScratchDirectory() {
-    std::error_code error;
-    std::filesystem::remove_all(path_, error);
-    EXPECT_FALSE(error) << error.message();
-  }
-  ScratchDirectory(const ScratchDirectory&) = delete;
-  ScratchDirectory& operator=(const ScratchDirectory&) = delete;
-
-  std::string file(const std::string& name) const { return path_ + "/" + name; }
-
-  /// Writes a file and returns its path.
-  std::string write(const std::string& name, const std::string& content) const {
-    std::ofstream(file(name), std::ios::binary) << content;
-    return file(name);
-  }
-
-  std::string read(const std::string& name) const {
-    std::ifstream stream(file(name), std::ios::binary);
-    std::ostringstream text;
-    text << stream.rdbuf();
-    return text.str();
-  }
-
- private:
-  std::string path_;
-};
 
 /// What a run of the program came to; a status from 128 on is a signal.
 struct ProgramResult {

@@ -1,4 +1,4 @@
-#include "runner/json_locator.h"
+#include "platform/text/json_locator.h"
 
 #include <algorithm>
 

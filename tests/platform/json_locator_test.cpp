@@ -1,5 +1,5 @@
 // Places in a JSON text.
-#include "runner/json_locator.h"
+#include "platform/text/json_locator.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

@@ -1,0 +1,130 @@
+#include "host/build/manifest_reader.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "host/build/build_error.h"
+#include "platform/parser/value_shape.h"
+
+namespace vornwout {
+namespace {
+
+std::string foundType(const ManifestReader::Json& json) {
+  if (json.is_null()) return "null";
+  if (json.is_object()) return "an object";
+  if (json.is_array()) return "a list";
+  if (json.is_string()) return "a text";
+  if (json.is_boolean()) return "true or false";
+  return "a number";
+}
+
+std::string quotedList(const std::vector<std::string_view>& words) {
+  std::string list;
+  for (const std::string_view word : words) {
+    list += fmt::format("{}\"{}\"", list.empty() ? "" : ", ", word);
+  }
+  return list;
+}
+
+/// What to do about a word that is none of those there are.
+std::string remedyFor(std::string_view word, const std::vector<std::string_view>& words) {
+  constexpr std::size_t kMaxSuggested = 200;
+  const std::string guess = word.size() > kMaxSuggested ? std::string() : suggestion(word, words);
+  return fmt::format("{}{}There are {}.", guess, guess.empty() ? "" : " ", quotedList(words));
+}
+
+}  // namespace
+
+void ManifestReader::refuseAt(const JsonPath& path, const std::string& message,
+                              const std::string& help) const {
+  // Of a path that leads nowhere, the part that leads somewhere.
+  JsonPath existing = path;
+  std::optional<std::size_t> offset = locateJsonValue(text_, existing);
+  while (!offset && !existing.empty()) {
+    existing.pop_back();
+    offset = locateJsonValue(text_, existing);
+  }
+  throw BuildError(file_, placeInText(text_, offset.value_or(0)), message, help);
+}
+
+void ManifestReader::refuseType(const Json& json, std::string_view expected) const {
+  const std::string what = path_.empty() ? "The manifest" : fmt::format("\"{}\"", path_.back());
+  refuse(fmt::format("{} is {}, {} is expected.", what, foundType(json), expected));
+}
+
+void ManifestReader::readMembers(const Json& json, const std::vector<Member>& members) {
+  if (!json.is_object()) refuseType(json, "an object");
+  for (const auto& [name, value] : json.items()) {
+    const bool isKnown =
+        std::any_of(members.begin(), members.end(),
+                    [&, &given = name](const Member& m) { return m.name == given; });
+    if (isKnown) continue;
+    std::vector<std::string_view> words;
+    for (const Member& member : members) words.push_back(member.name);
+    JsonPath path = path_;
+    path.push_back(name);
+    throw BuildError(file_, placeInText(text_, locateJsonName(text_, path).value_or(0)),
+                     fmt::format("\"{}\" is not known here.", name), remedyFor(name, words));
+  }
+  for (const Member& member : members) {
+    const auto found = json.find(member.name);
+    if (found == json.end()) {
+      if (member.isRequired) refuse(fmt::format("\"{}\" is missing here.", member.name));
+      continue;
+    }
+    if (member.read) enter(std::string(member.name), [&] { member.read(*found); });
+  }
+}
+
+void ManifestReader::readList(const Json& json, const std::function<void(const Json&)>& read) {
+  if (!json.is_array()) refuseType(json, "a list");
+  for (std::size_t i = 0; i < json.size(); ++i) {
+    enter(std::to_string(i), [&] { read(json[i]); });
+  }
+}
+
+void ManifestReader::readEntries(const Json& json,
+                                 const std::function<void(const std::string&, const Json&)>& read) {
+  if (!json.is_object()) refuseType(json, "an object");
+  for (const auto& [name, value] : json.items()) {
+    enter(name, [&, &given = name, &inner = value] { read(given, inner); });
+  }
+}
+
+std::string ManifestReader::text(const Json& json) const {
+  if (!json.is_string()) refuseType(json, "a text");
+  return json.get<std::string>();
+}
+
+std::string ManifestReader::name(const Json& json) const {
+  std::string value = text(json);
+  if (value.empty()) refuse("An empty text names nothing.");
+  return value;
+}
+
+bool ManifestReader::flag(const Json& json) const {
+  if (!json.is_boolean()) refuseType(json, "true or false");
+  return json.get<bool>();
+}
+
+double ManifestReader::number(const Json& json, double least, double most) const {
+  if (!json.is_number()) refuseType(json, "a number");
+  const auto value = json.get<double>();
+  if (!(value >= least && value <= most)) {
+    refuse(fmt::format("The number is not between {} and {}.", least, most));
+  }
+  return value;
+}
+
+std::size_t ManifestReader::choice(const Json& json,
+                                   std::initializer_list<std::string_view> words) const {
+  const std::string word = text(json);
+  const auto* const found = std::find(words.begin(), words.end(), word);
+  if (found == words.end()) {
+    refuse(fmt::format("\"{}\" is not known here.", word), remedyFor(word, words));
+  }
+  return static_cast<std::size_t>(found - words.begin());
+}
+
+}  // namespace vornwout

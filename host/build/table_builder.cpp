@@ -1,0 +1,558 @@
+#include "host/build/table_builder.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <set>
+
+#include <fmt/format.h>
+
+#include "host/build/build_error.h"
+#include "host/build/category_tree.h"
+#include "platform/parser/value_shape.h"
+
+namespace vornwout {
+namespace {
+
+constexpr int kNoFormat = -1;
+/// Suggestions compare letter by letter; what is longer is no slip of the finger.
+constexpr std::size_t kMaxSuggested = 200;
+
+std::string suggestionFor(const std::string& name, const std::vector<std::string>& known) {
+  if (name.size() > kMaxSuggested) return {};
+  std::vector<std::string_view> candidates;
+  for (const std::string& candidate : known) {
+    if (candidate.size() <= kMaxSuggested) candidates.push_back(candidate);
+  }
+  return suggestion(name, candidates);
+}
+
+JsonPath extended(JsonPath path, std::initializer_list<std::string> steps) {
+  path.insert(path.end(), steps);
+  return path;
+}
+
+/// A value as the file has it, before the categories' final numbers are known.
+struct RawValue {
+  double number = 0;
+  std::uint32_t record = 0;
+  std::uint32_t text = 0;  ///< index of a text plus one; 0 for a number
+  std::int16_t format = kNoFormat;
+  std::uint16_t column = 0;  ///< which of the value columns
+};
+
+/// Finds cells by their coordinates.
+class CellIndex {
+ public:
+  CellIndex(const std::vector<int>& coordinates, std::size_t dimensions, std::size_t cells)
+      : coordinates_(coordinates), dimensions_(dimensions) {
+    std::size_t size = 16;
+    while (size < cells * 2) size *= 2;
+    slots_.assign(size, 0);
+  }
+
+  /// The cell that has the coordinates of `cell` already; otherwise `cell`, which is added.
+  std::size_t add(std::size_t cell) {
+    const int* at = coordinates_.data() + cell * dimensions_;
+    const std::size_t mask = slots_.size() - 1;
+    for (std::size_t slot = hashOf(at) & mask;; slot = (slot + 1) & mask) {
+      if (slots_[slot] == 0) {
+        slots_[slot] = static_cast<std::uint32_t>(cell + 1);
+        return cell;
+      }
+      const std::size_t other = slots_[slot] - 1;
+      if (std::equal(at, at + dimensions_, coordinates_.data() + other * dimensions_)) return other;
+    }
+  }
+
+ private:
+  std::size_t hashOf(const int* at) const {
+    // Neighbours in the last dimension stay neighbours in memory: rows mostly come sorted.
+    std::uint64_t hash = 0;
+    for (std::size_t i = 0; i + 1 < dimensions_; ++i) {
+      hash = (hash ^ static_cast<std::uint64_t>(at[i] + 1)) * 0x9E3779B97F4A7C15U;
+      hash ^= hash >> 29;
+    }
+    return static_cast<std::size_t>(hash + static_cast<std::uint64_t>(at[dimensions_ - 1]));
+  }
+
+  const std::vector<int>& coordinates_;
+  std::size_t dimensions_;
+  std::vector<std::uint32_t> slots_;  ///< cells from 1, 0 where there is none
+};
+
+/// A dimension while the file is read.
+struct Axis {
+  explicit Axis(const DimensionDescription& from) : description(&from), tree(from.columns.size()) {}
+
+  const DimensionDescription* description;
+  CategoryTree tree;
+  std::vector<std::size_t> fields;  ///< of the columns, outermost first
+  std::vector<int> leafFormats;     ///< by leaf, kNoFormat for none; empty when nothing is given
+  std::vector<std::string_view> labels;
+};
+
+class TableMaker {
+ public:
+  TableMaker(const TableDescription& description, BuildFiles& files)
+      : description_(description),
+        source_(files.open(description.csv)),
+        reader_(*source_, files.shownName(description.csv), description.csvOptions) {
+    if (description_.hasValueDimension) {
+      valueDimension_.place = description_.valuesPlace;
+      valueDimension_.label = description_.valuesLabel;
+      valueDimension_.columns.emplace_back();
+    }
+    for (const PivotPlace place : {PivotPlace::kRows, PivotPlace::kColumns, PivotPlace::kLayers}) {
+      for (const DimensionDescription& dimension : description_.dimensions) {
+        if (dimension.place == place) axes_.emplace_back(dimension);
+      }
+      // Innermost in its place, where a table of several values shows them.
+      if (description_.hasValueDimension && valueDimension_.place == place) {
+        valueAxis_ = axes_.size();
+        axes_.emplace_back(valueDimension_);
+      }
+    }
+  }
+
+  std::shared_ptr<const PivotTable> make() {
+    if (description_.footnotes.size() > kMaxFootnotes) {
+      throw DescriptionError({"footnotes"},
+                             fmt::format("There are more than {} footnotes.", kMaxFootnotes));
+    }
+    reader_.read([this](std::uint64_t record, std::span<const std::string_view> fields) {
+      if (record == 0) {
+        readHeader(fields);
+      } else {
+        readRow(record, fields);
+      }
+    });
+    checkUnique();
+    auto table = std::make_shared<PivotTable>();
+    fillTexts(*table);
+    fillDimensions(*table);
+    fillCells(*table);
+    addFootnotes(*table);
+    return table;
+  }
+
+ private:
+  // The file.
+
+  std::size_t fieldOf(const ColumnName& column) {
+    const auto found = std::find(header_.begin(), header_.end(), column.name);
+    if (found == header_.end()) {
+      throw DescriptionError(column.path,
+                             fmt::format("{} has no column \"{}\".", reader_.file(), column.name),
+                             suggestionFor(column.name, header_));
+    }
+    const auto field = static_cast<std::size_t>(found - header_.begin());
+    const auto second = std::find(found + 1, header_.end(), column.name);
+    if (second != header_.end()) {
+      throw BuildError(reader_.file(),
+                       reader_.placeOf(0, static_cast<std::size_t>(second - header_.begin())),
+                       fmt::format("There are two columns \"{}\".", column.name),
+                       "Give one of them another name.");
+    }
+    if (!used_.insert(field).second) {
+      throw DescriptionError(column.path,
+                             fmt::format("The column \"{}\" is used twice.", column.name));
+    }
+    return field;
+  }
+
+  void readHeader(std::span<const std::string_view> fields) {
+    header_.assign(fields.begin(), fields.end());
+    for (std::size_t i = 0; i < axes_.size(); ++i) {
+      if (isValueAxis(i)) continue;
+      for (const ColumnName& column : axes_[i].description->columns) {
+        axes_[i].fields.push_back(fieldOf(column));
+      }
+    }
+    for (const ValueDescription& value : description_.values) {
+      valueFields_.push_back(fieldOf(value.column));
+      const auto& format = value.format ? value.format : description_.format;
+      valueFormats_.push_back(format ? formatNumber(*format) : kNoFormat);
+    }
+    if (description_.hasValueDimension) nameValues();
+    // Formats of categories count from the columns inward to the layers.
+    for (const PivotPlace place : {PivotPlace::kColumns, PivotPlace::kRows, PivotPlace::kLayers}) {
+      for (std::size_t i = 0; i < axes_.size(); ++i) {
+        const DimensionDescription& dimension = *axes_[i].description;
+        if (dimension.place == place && !dimension.formats.empty()) formatted_.push_back(i);
+      }
+    }
+  }
+
+  /// The value columns are categories, in the order in which they are described.
+  void nameValues() {
+    Axis& axis = axes_[valueAxis_];
+    for (std::size_t i = 0; i < description_.values.size(); ++i) {
+      const ValueDescription& value = description_.values[i];
+      const std::string_view label = value.label.empty() ? value.column.name : value.label;
+      if (axis.tree.leafOf({&label, 1}) != static_cast<int>(i)) {
+        throw DescriptionError(value.column.path,
+                               fmt::format("Two value columns are called \"{}\".", label),
+                               "Give one of them a label of its own.");
+      }
+    }
+  }
+
+  std::int16_t formatNumber(const DisplayFormat& format) {
+    const auto found = std::find(formats_.begin(), formats_.end(), format);
+    const auto index = found - formats_.begin();
+    if (found == formats_.end()) formats_.push_back(format);
+    return static_cast<std::int16_t>(index);
+  }
+
+  void readRow(std::uint64_t record, std::span<const std::string_view> fields) {
+    if (record > std::numeric_limits<std::uint32_t>::max()) {
+      throw BuildError(reader_.file(), {}, "The file has too many rows.");
+    }
+    at_.resize(axes_.size());
+    for (std::size_t i = 0; i < axes_.size(); ++i) {
+      if (isValueAxis(i)) continue;
+      Axis& axis = axes_[i];
+      axis.labels.clear();
+      for (const std::size_t field : axis.fields) axis.labels.push_back(fields[field]);
+      at_[i] = axis.tree.leafOf(axis.labels);
+    }
+    const int categoryFormat = formatted_.empty() ? kNoFormat : formatOfCategories();
+    for (std::size_t i = 0; i < valueFields_.size(); ++i) {
+      const std::string_view text = fields[valueFields_[i]];
+      if (text.empty()) continue;
+      if (description_.hasValueDimension) at_[valueAxis_] = static_cast<int>(i);
+      const int format = categoryFormat == kNoFormat ? valueFormats_[i] : categoryFormat;
+      RawValue value;
+      value.record = static_cast<std::uint32_t>(record);
+      value.column = static_cast<std::uint16_t>(i);
+      value.format = static_cast<std::int16_t>(format);
+      readValue(text, description_.values[i], value);
+      coordinates_.insert(coordinates_.end(), at_.begin(), at_.end());
+      values_.push_back(value);
+    }
+  }
+
+  /// The format that a category of the row asks for.
+  int formatOfCategories() {
+    for (const std::size_t i : formatted_) {
+      Axis& axis = axes_[i];
+      while (axis.leafFormats.size() < static_cast<std::size_t>(axis.tree.leafCount())) {
+        axis.leafFormats.push_back(formatOfLeaf(axis, static_cast<int>(axis.leafFormats.size())));
+      }
+      const int format = axis.leafFormats[static_cast<std::size_t>(at_[i])];
+      if (format != kNoFormat) return format;
+    }
+    return kNoFormat;
+  }
+
+  /// The format of the leaf, or of the innermost group around it that has one.
+  int formatOfLeaf(const Axis& axis, int leaf) {
+    for (int node = axis.tree.nodeOfLeaf(leaf); node >= 0; node = axis.tree.parentOf(node)) {
+      for (const auto& [label, format] : axis.description->formats) {
+        if (label == axis.tree.labelOf(node)) return formatNumber(format);
+      }
+    }
+    return kNoFormat;
+  }
+
+  void readValue(std::string_view text, const ValueDescription& described, RawValue& value) {
+    using Kind = DisplayFormat::Kind;
+    const bool hasFormat = value.format != kNoFormat;
+    const Kind kind = hasFormat ? formats_[static_cast<std::size_t>(value.format)].kind : Kind::kF;
+    if (described.isText || (hasFormat && kind == Kind::kA)) {
+      texts_.emplace_back(text);
+      value.text = static_cast<std::uint32_t>(texts_.size());
+      return;
+    }
+    const bool isDate = hasFormat && isDateOrTime(kind);
+    const std::optional<double> number =
+        isDate ? readDateOrTime(text, kind) : readNumber(text, description_.marks);
+    if (number) {
+      value.number = *number;
+      return;
+    }
+    if (withoutBlanks(text).empty()) {
+      throw BuildError(reader_.file(), placeOf(value), "The value is made of blanks only.",
+                       "Leave the field empty where there is no value.");
+    }
+    if (isDate) {
+      throw BuildError(
+          reader_.file(), placeOf(value),
+          fmt::format("\"{}\" is no {}.", shortened(text), kind == Kind::kTime ? "time" : "date"),
+          kind == Kind::kTime ? "Times are written as 13:05 or 13:05:59."
+                              : "Dates are written as 2026-11-20 or "
+                                "2026-11-20T13:05:59, from 1582-10-14 on.");
+    }
+    throw BuildError(reader_.file(), placeOf(value),
+                     fmt::format("\"{}\" is no number.", shortened(text)),
+                     "If the column holds texts, say so; decimal mark and thousands separator can "
+                     "be given as well.");
+  }
+
+  SourcePlace placeOf(const RawValue& value) {
+    return reader_.placeOf(value.record, valueFields_[value.column]);
+  }
+
+  static std::string shortened(std::string_view text) {
+    constexpr std::size_t kMost = 60;
+    if (text.size() <= kMost) return std::string(text);
+    std::size_t end = kMost;
+    while ((static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+    return std::string(text.substr(0, end)) + "...";
+  }
+
+  void checkUnique() {
+    CellIndex index(coordinates_, axes_.size(), values_.size());
+    for (std::size_t cell = 0; cell < values_.size(); ++cell) {
+      const std::size_t other = index.add(cell);
+      if (other == cell) continue;
+      const SourcePlace first = placeOf(values_[other]);
+      throw BuildError(reader_.file(), placeOf(values_[cell]),
+                       fmt::format("The cell {} stands twice, first in line {}, column {}.",
+                                   nameOf(cell), first.line, first.column),
+                       "Each combination of the labels may have one value; a label column may be "
+                       "missing in the description.");
+    }
+  }
+
+  /// The labels of a cell, "North, 2024".
+  std::string nameOf(std::size_t cell) const {
+    std::string name;
+    for (std::size_t i = 0; i < axes_.size(); ++i) {
+      const CategoryTree& tree = axes_[i].tree;
+      std::string path;
+      for (int node = tree.nodeOfLeaf(coordinates_[cell * axes_.size() + i]); node >= 0;
+           node = tree.parentOf(node)) {
+        path = shortened(tree.labelOf(node)) + (path.empty() ? "" : " " + path);
+      }
+      name += (i == 0 ? "" : ", ") + path;
+    }
+    return name;
+  }
+
+  // The table.
+
+  bool isValueAxis(std::size_t axis) const {
+    return description_.hasValueDimension && axis == valueAxis_;
+  }
+
+  void fillTexts(PivotTable& table) const {
+    table.title.text = description_.title;
+    table.titleHidden = description_.titleHidden;
+    table.caption.text = description_.caption;
+    table.subtype.text = description_.subtype;
+  }
+
+  /// What the values below each node are.
+  std::vector<StatisticKind> statisticsOf(std::size_t index) const {
+    const Axis& axis = axes_[index];
+    std::vector<StatisticKind> statistics(static_cast<std::size_t>(axis.tree.nodeCount()),
+                                          StatisticKind::kNone);
+    const auto of = [&](int node) -> StatisticKind& {
+      return statistics[static_cast<std::size_t>(node)];
+    };
+    if (isValueAxis(index)) {
+      for (int i = 0; i < axis.tree.leafCount(); ++i) {
+        const StatisticKind own = description_.values[static_cast<std::size_t>(i)].statistic;
+        of(axis.tree.nodeOfLeaf(i)) = own == StatisticKind::kNone ? description_.statistic : own;
+      }
+      return statistics;
+    }
+    if (!description_.hasValueDimension && index == innermostAxis()) {
+      for (int i = 0; i < axis.tree.leafCount(); ++i) {
+        of(axis.tree.nodeOfLeaf(i)) = singleStatistic();
+      }
+    }
+    for (const auto& [label, kind] : axis.description->statistics) {
+      for (const int node : nodesCalled(axis, label, "statistics")) of(node) = kind;
+    }
+    for (const auto& entry : axis.description->formats) nodesCalled(axis, entry.first, "formats");
+    return statistics;
+  }
+
+  StatisticKind singleStatistic() const {
+    const StatisticKind own = description_.values.front().statistic;
+    return own == StatisticKind::kNone ? description_.statistic : own;
+  }
+
+  /// The dimension whose categories are what a single value column's statistic is said of.
+  std::size_t innermostAxis() const {
+    for (const PivotPlace place : {PivotPlace::kColumns, PivotPlace::kRows, PivotPlace::kLayers}) {
+      for (std::size_t i = axes_.size(); i-- > 0;) {
+        if (axes_[i].description->place == place) return i;
+      }
+    }
+    return 0;
+  }
+
+  /// The categories with that label; throws when there is none.
+  static std::vector<int> nodesCalled(const Axis& axis, const std::string& label,
+                                      const std::string& member) {
+    std::vector<int> nodes;
+    std::vector<std::string> labels;
+    for (int node = 0; node < axis.tree.nodeCount(); ++node) {
+      if (axis.tree.labelOf(node) == label) nodes.push_back(node);
+    }
+    if (!nodes.empty()) return nodes;
+    throw DescriptionError(extended(axis.description->path, {member, label}),
+                           fmt::format("No category is called \"{}\".", label),
+                           suggestionFor(label, someLabels(axis.tree)));
+  }
+
+  static std::vector<std::string> someLabels(const CategoryTree& tree) {
+    constexpr int kMost = 1000;
+    std::vector<std::string> labels;
+    for (int node = 0; node < std::min(kMost, tree.nodeCount()); ++node) {
+      labels.push_back(tree.labelOf(node));
+    }
+    return labels;
+  }
+
+  void fillDimensions(PivotTable& table) {
+    std::array<int, 3> counts{};
+    for (std::size_t i = 0; i < axes_.size(); ++i) {
+      const DimensionDescription& from = *axes_[i].description;
+      PivotDimension& dimension = table.dimensions.emplace_back();
+      dimension.label.text = labelOf(from);
+      PivotPosition position;
+      position.place = static_cast<int>(from.place);
+      position.index = ++counts.at(static_cast<std::size_t>(position.place));
+      position.hideLabel = from.hideLabel;
+      position.hideCategories = from.hideCategories;
+      dimension.position = position;
+      finalLeaves_.push_back(axes_[i].tree.finish(dimension, from.order, statisticsOf(i)));
+    }
+  }
+
+  /// The given label, or the names of the columns from the outermost inward.
+  static std::string labelOf(const DimensionDescription& dimension) {
+    if (!dimension.label.empty()) return dimension.label;
+    std::string label;
+    for (const ColumnName& column : dimension.columns) {
+      label += (label.empty() ? "" : " / ") + column.name;
+    }
+    return label;
+  }
+
+  void fillCells(PivotTable& table) {
+    const std::size_t dimensions = axes_.size();
+    table.cells.resize(values_.size());
+    for (std::size_t i = 0; i < values_.size(); ++i) {
+      const RawValue& value = values_[i];
+      PivotCell& cell = table.cells[i];
+      cell.at.resize(dimensions);
+      for (std::size_t d = 0; d < dimensions; ++d) {
+        cell.at[d] = finalLeaves_[d][static_cast<std::size_t>(coordinates_[i * dimensions + d])];
+      }
+      if (value.text > 0) {
+        cell.value.text = std::move(texts_[value.text - 1]);
+        continue;
+      }
+      cell.value.kind = CellText::Kind::kNumber;
+      cell.value.number = value.number;
+      if (value.format != kNoFormat) {
+        cell.value.format.display = formats_[static_cast<std::size_t>(value.format)];
+      }
+    }
+  }
+
+  // Footnotes.
+
+  void addFootnotes(PivotTable& table) const {
+    for (const FootnoteDescription& note : description_.footnotes) {
+      CellText text;
+      text.text = note.text;
+      if (note.at.empty()) {
+        table.footnotes.push_back(std::move(text));
+        continue;
+      }
+      // Per dimension, whether a leaf is one of those the note is for; empty where it says nothing.
+      std::vector<std::vector<bool>> wanted(axes_.size());
+      for (const auto& [column, label] : note.at) narrow(note, column, label, wanted);
+      bool isUsed = false;
+      for (std::size_t i = 0; i < values_.size(); ++i) {
+        const int* at = coordinates_.data() + i * axes_.size();
+        bool isWanted = true;
+        for (std::size_t d = 0; d < axes_.size() && isWanted; ++d) {
+          isWanted = wanted[d].empty() || wanted[d][static_cast<std::size_t>(at[d])];
+        }
+        if (!isWanted) continue;
+        table.cells[i].notes.push_back(text);
+        isUsed = true;
+      }
+      if (!isUsed) {
+        throw DescriptionError(extended(note.path, {"at"}), "There is no cell with these labels.");
+      }
+    }
+  }
+
+  /// Leaves only what has `label` in `column`, which is the name of a column or of a dimension.
+  void narrow(const FootnoteDescription& note, const std::string& column, const std::string& label,
+              std::vector<std::vector<bool>>& wanted) const {
+    std::vector<std::string> names;
+    for (std::size_t d = 0; d < axes_.size(); ++d) {
+      const Axis& axis = axes_[d];
+      const auto& columns = axis.description->columns;
+      std::size_t level = 0;
+      while (level < columns.size() && columns[level].name != column) ++level;
+      const bool isDimension = labelOf(*axis.description) == column;
+      for (const ColumnName& name : columns) names.push_back(name.name);
+      names.push_back(labelOf(*axis.description));
+      if (level == columns.size() && !isDimension) continue;
+      std::vector<bool> leaves(static_cast<std::size_t>(axis.tree.leafCount()), false);
+      bool isFound = false;
+      for (int leaf = 0; leaf < axis.tree.leafCount(); ++leaf) {
+        std::size_t nodeLevel = axis.tree.levels();
+        for (int node = axis.tree.nodeOfLeaf(leaf); node >= 0; node = axis.tree.parentOf(node)) {
+          --nodeLevel;
+          if (level < columns.size() && nodeLevel != level) continue;
+          if (axis.tree.labelOf(node) == label) leaves[static_cast<std::size_t>(leaf)] = true;
+        }
+        isFound = isFound || leaves[static_cast<std::size_t>(leaf)];
+      }
+      if (!isFound) {
+        throw DescriptionError(extended(note.path, {"at", column}),
+                               fmt::format("\"{}\" has no category \"{}\".", column, label),
+                               suggestionFor(label, someLabels(axis.tree)));
+      }
+      // Two columns of one dimension may both be named.
+      for (std::size_t leaf = 0; leaf < leaves.size() && !wanted[d].empty(); ++leaf) {
+        leaves[leaf] = leaves[leaf] && wanted[d][leaf];
+      }
+      wanted[d] = std::move(leaves);
+      return;
+    }
+    throw DescriptionError(extended(note.path, {"at", column}),
+                           fmt::format("The table has no dimension from a column \"{}\".", column),
+                           suggestionFor(column, names));
+  }
+
+  const TableDescription& description_;
+  std::unique_ptr<ByteSource> source_;
+  CsvReader reader_;
+  DimensionDescription valueDimension_;
+  std::vector<Axis> axes_;
+  std::size_t valueAxis_ = 0;
+  std::vector<std::string> header_;
+  std::set<std::size_t> used_;
+  std::vector<std::size_t> valueFields_;
+  std::vector<int> valueFormats_;
+  std::vector<DisplayFormat> formats_;
+  std::vector<std::size_t> formatted_;  ///< axes with formats of their own, in order of precedence
+  std::vector<int> at_;
+  std::vector<int> coordinates_;  ///< leaves as they came, one per dimension and cell
+  std::vector<RawValue> values_;
+  std::vector<std::string> texts_;
+  std::vector<std::vector<int>> finalLeaves_;
+};
+
+}  // namespace
+
+std::shared_ptr<const PivotTable> buildTable(const TableDescription& description,
+                                             BuildFiles& files) {
+  return TableMaker(description, files).make();
+}
+
+}  // namespace vornwout

@@ -1,0 +1,157 @@
+#include "host/build/value_text.h"
+
+#include <charconv>
+#include <chrono>
+#include <cmath>
+#include <string>
+
+namespace vornwout {
+namespace {
+
+constexpr int kSecondsPerDay = 86400;
+/// No number of a table needs more characters.
+constexpr std::size_t kMaxNumber = 400;
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+std::optional<double> readPlain(std::string_view text) {
+  if (text.starts_with('+')) {
+    text.remove_prefix(1);
+    if (text.starts_with('-')) return std::nullopt;
+  }
+  // It would read "inf", "nan" and nothing else that starts with a letter.
+  const std::size_t first = text.starts_with('-') ? 1 : 0;
+  if (first >= text.size() || (!isDigit(text[first]) && text[first] != '.')) return std::nullopt;
+  double value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return value;
+}
+
+/// Takes a fixed number of digits off the start; -1 when they are not there.
+int takeDigits(std::string_view& text, std::size_t count) {
+  if (text.size() < count) return -1;
+  int number = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (!isDigit(text[i])) return -1;
+    number = number * 10 + (text[i] - '0');
+  }
+  text.remove_prefix(count);
+  return number;
+}
+
+bool takeCharacter(std::string_view& text, char c) {
+  if (!text.starts_with(c)) return false;
+  text.remove_prefix(1);
+  return true;
+}
+
+/// ":minutes[:seconds[.fraction]]" to the end of the text, in seconds.
+std::optional<double> takeBehindHours(std::string_view text) {
+  if (!takeCharacter(text, ':')) return std::nullopt;
+  const int minutes = takeDigits(text, 2);
+  if (minutes < 0 || minutes > 59) return std::nullopt;
+  if (text.empty()) return minutes * 60.0;
+  if (!takeCharacter(text, ':') || text.size() < 2 || !isDigit(text[0]) || !isDigit(text[1])) {
+    return std::nullopt;
+  }
+  if (text.size() > 2 && (text[2] != '.' || text.size() == 3)) return std::nullopt;
+  for (const char c : text.substr(std::min<std::size_t>(3, text.size()))) {
+    if (!isDigit(c)) return std::nullopt;
+  }
+  const auto seconds = readPlain(text);
+  if (!seconds || *seconds >= 60) return std::nullopt;
+  return minutes * 60.0 + *seconds;
+}
+
+std::optional<double> readTime(std::string_view text) {
+  const bool isNegative = takeCharacter(text, '-');
+  std::size_t digits = 0;
+  while (digits < text.size() && isDigit(text[digits])) ++digits;
+  // More hours than that no double counts in seconds.
+  if (digits == 0 || digits > 12) return std::nullopt;
+  double hours = 0;
+  std::from_chars(text.data(), text.data() + digits, hours);
+  const auto rest = takeBehindHours(text.substr(digits));
+  if (!rest) return std::nullopt;
+  const double seconds = hours * 3600 + *rest;
+  return isNegative ? -seconds : seconds;
+}
+
+std::optional<double> readDate(std::string_view text) {
+  using std::chrono::sys_days;
+  using std::chrono::year_month_day;
+  const int year = takeDigits(text, 4);
+  if (year < 0 || !takeCharacter(text, '-')) return std::nullopt;
+  const int month = takeDigits(text, 2);
+  if (month < 0 || !takeCharacter(text, '-')) return std::nullopt;
+  const int day = takeDigits(text, 2);
+  if (day < 0) return std::nullopt;
+  const year_month_day date(std::chrono::year(year),
+                            std::chrono::month(static_cast<unsigned>(month)),
+                            std::chrono::day(static_cast<unsigned>(day)));
+  constexpr sys_days kStart(
+      year_month_day(std::chrono::year(1582), std::chrono::October, std::chrono::day(14)));
+  if (!date.ok() || sys_days(date) < kStart) return std::nullopt;
+  const double days = static_cast<double>((sys_days(date) - kStart).count());
+  double seconds = 0;
+  if (!text.empty()) {
+    if (!takeCharacter(text, 'T') && !takeCharacter(text, ' ')) return std::nullopt;
+    const int hours = takeDigits(text, 2);
+    const auto rest = hours < 0 || hours > 23 ? std::nullopt : takeBehindHours(text);
+    if (!rest) return std::nullopt;
+    seconds = hours * 3600.0 + *rest;
+  }
+  return days * kSecondsPerDay + seconds;
+}
+
+}  // namespace
+
+std::string_view withoutBlanks(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t";
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+std::optional<double> readNumber(std::string_view text, const NumberMarks& marks) {
+  text = withoutBlanks(text);
+  if (marks.decimal == '.' && marks.thousands == 0) return readPlain(text);
+  if (text.size() > kMaxNumber) return std::nullopt;
+  std::string plain;
+  std::size_t digits = 0;  // since the last mark
+  bool hasGroups = false;
+  bool isWhole = true;  // the decimal mark or the exponent is still to come
+  const auto endsGroup = [&] { return !hasGroups || digits == 3; };
+  for (const char c : text) {
+    if (isDigit(c)) {
+      ++digits;
+      plain += c;
+    } else if (isWhole && marks.thousands != 0 && c == marks.thousands) {
+      if (digits == 0 || digits > 3 || !endsGroup()) return std::nullopt;
+      hasGroups = true;
+      digits = 0;
+    } else if (isWhole && c == marks.decimal) {
+      if (!endsGroup()) return std::nullopt;
+      isWhole = false;
+      plain += '.';
+    } else if (c == 'e' || c == 'E') {
+      if (isWhole && !endsGroup()) return std::nullopt;
+      isWhole = false;
+      plain += c;
+    } else if (c == '+' || c == '-') {
+      plain += c;
+    } else {
+      return std::nullopt;
+    }
+  }
+  if (isWhole && !endsGroup()) return std::nullopt;
+  return readPlain(plain);
+}
+
+std::optional<double> readDateOrTime(std::string_view text, DisplayFormat::Kind kind) {
+  text = withoutBlanks(text);
+  return kind == DisplayFormat::Kind::kTime ? readTime(text) : readDate(text);
+}
+
+}  // namespace vornwout

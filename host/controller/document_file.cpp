@@ -1,0 +1,85 @@
+#include "host/controller/document_file.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include "host/store/document_store.h"
+#include "host/store/password_form.h"
+#include "platform/files/path_context.h"
+#include "platform/text/encoding.h"
+
+namespace vornwout {
+namespace {
+
+/// The password of an encrypted form, when the user has a key; nothing otherwise.
+std::optional<Secret> decrypted(const std::string& form) {
+  const std::string key = defaultPasswordKeyPath();
+  // Only what makes encrypted forms may make a key.
+  if (access(key.c_str(), F_OK) != 0) return std::nullopt;
+  return decryptPassword(PasswordKey::loadOrCreate(key), form);
+}
+
+bool looksEncrypted(const std::string& password) {
+  return !password.empty() && password.size() % 2 == 0 &&
+         password.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos;
+}
+
+}  // namespace
+
+std::string documentPath(const char* text) {
+  std::string path = toNativePath(text);
+  std::replace(path.begin(), path.end(), '\\', '/');
+  return path;
+}
+
+std::optional<FileLock> lockToOpen(const std::string& path) {
+  // What cannot be read is said better by whoever then tries to read it.
+  if (access(path.c_str(), R_OK) != 0 || access(path.c_str(), W_OK) != 0) return std::nullopt;
+  std::optional<FileLock> lock = FileLock::tryLock(path);
+  if (!lock) throw StoreError(StoreError::Kind::kLocked, "Another process has locked it.");
+  return lock;
+}
+
+std::unique_ptr<Document> openWithPassword(const std::string& path, const std::string& password) {
+  const std::string plain = currentToUtf8(password);
+  try {
+    return openDocument(path, OpenOptions{plain});
+  } catch (const StoreError& error) {
+    if (error.kind() != StoreError::Kind::kWrongPassword || !looksEncrypted(plain)) throw;
+    const std::optional<Secret> meant = decrypted(plain);
+    if (!meant) throw;
+    return openDocument(path, OpenOptions{std::string(meant->view())});
+  }
+}
+
+std::string passwordToSave(const VornwMsgOutputControllerRequest& request) {
+  std::string password = currentToUtf8(request.getPassword());
+  if (password.empty() || request.getEncryptPassword() != OutputDocumentEncryptPW::kYes) {
+    return password;
+  }
+  if (!looksEncrypted(password)) {
+    throw StoreError(StoreError::Kind::kNotWritten,
+                     "Its password is not in the encrypted form that vornwout password makes.");
+  }
+  const std::optional<Secret> meant = decrypted(password);
+  if (!meant) {
+    throw StoreError(StoreError::Kind::kNotWritten,
+                     "This user has no key for encrypted passwords; vornwout password makes one, "
+                     "and the encrypted form that goes with it.");
+  }
+  return std::string(meant->view());
+}
+
+std::string openingFailed(const StoreError& error) {
+  if (error.kind() == StoreError::Kind::kLocked) return kLockedByAnother;
+  return fmt::format("The output document ^1 was not opened. {}", error.what());
+}
+
+std::string savingFailed(const StoreError& error) {
+  if (error.kind() == StoreError::Kind::kLocked) return kLockedByAnother;
+  return fmt::format("The output document ^1 was not saved. {}", error.what());
+}
+
+}  // namespace vornwout

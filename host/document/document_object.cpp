@@ -1,0 +1,34 @@
+#include "host/document/document_object.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+namespace vornwout {
+namespace {
+
+constexpr std::array<std::string_view, 12> kTypeNames = {
+    "table",      "chart", "text", "log",     "warning", "notes",
+    "page-title", "model", "tree", "heading", "other",   "unknown"};
+
+}  // namespace
+
+std::string_view objectTypeName(ObjectType type) {
+  return kTypeNames.at(static_cast<std::size_t>(type));
+}
+
+std::optional<ObjectType> findObjectType(std::string_view name) {
+  const auto* found = std::find(kTypeNames.begin(), kTypeNames.end(), name);
+  if (found == kTypeNames.end()) return std::nullopt;
+  return static_cast<ObjectType>(found - kTypeNames.begin());
+}
+
+bool sameObject(const DocumentObject& a, const DocumentObject& b) {
+  return a.type == b.type && a.command == b.command && a.run == b.run && a.subtype == b.subtype &&
+         a.label == b.label && a.visible == b.visible && a.size == b.size && a.index == b.index &&
+         sameContent(a.content.get(), b.content.get()) &&
+         std::equal(a.children.begin(), a.children.end(), b.children.begin(), b.children.end(),
+                    sameObject);
+}
+
+}  // namespace vornwout

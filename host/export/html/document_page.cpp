@@ -1,0 +1,302 @@
+#include "host/export/html/document_page.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <exception>
+#include <stdexcept>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include <fmt/format.h>
+
+#include "host/document/content_view.h"
+#include "host/document/media_size.h"
+#include "host/document/outline.h"
+#include "host/export/html/html_style.h"
+#include "host/export/html/html_table.h"
+#include "host/export/html/html_text.h"
+#include "host/export/html/html_writer.h"
+#include "host/layout/table_grid.h"
+#include "host/store/xml_writer.h"
+
+namespace vornwout {
+namespace {
+
+constexpr const char* kPolicy =
+    "default-src 'none'; img-src data:; style-src 'unsafe-inline'; base-uri 'none'; "
+    "form-action 'none'";
+
+/// What a browser shows without running anything in it.
+constexpr std::array<std::string_view, 5> kImageTypes = {kSvgMediaType, kPngMediaType, "image/jpeg",
+                                                         "image/gif", "image/webp"};
+
+std::string idOf(const OutlineEntry& entry) { return fmt::format("o{}", entry.number); }
+
+std::string outlineLabel(const DocumentObject& object) {
+  std::string label =
+      object.label.empty() ? std::string(objectTypeName(object.type)) : object.label;
+  return object.index.empty() ? label : object.index + " " + label;
+}
+
+std::int64_t pixelsOf(double points) {
+  return std::max<std::int64_t>(1, std::llround(points / kPointsPerPixel));
+}
+
+/// Writes one object's content.
+class ContentWriter {
+ public:
+  ContentWriter(HtmlWriter& html, const OutlineEntry& entry, int headingLevel)
+      : html_(html), entry_(entry), object_(*entry.object), headingLevel_(headingLevel) {}
+
+  // A content that holds nothing has nothing to show.
+  void operator()(const std::monostate&) const {}
+  void operator()(const TableContent& table) const;
+  void operator()(const LogContent& log) const;
+  void operator()(const NotesContent& notes) const;
+  void operator()(const MessageContent& message) const;
+  void operator()(const TextContent& text) const;
+  void operator()(const MediaContent& media) const;
+
+ private:
+  HtmlWriter& html_;
+  const OutlineEntry& entry_;
+  const DocumentObject& object_;
+  int headingLevel_;
+};
+
+void ContentWriter::operator()(const TableContent& table) const {
+  std::vector<TableGrid> grids;
+  try {
+    grids = layoutTable(*table);
+  } catch (const std::logic_error& error) {
+    html_.element("p", fmt::format("This table cannot be shown: {}.", error.what()), "aside");
+    return;
+  }
+  for (std::size_t i = 0; i < grids.size(); ++i) {
+    if (const std::string layers = layerHeading(grids[i]); !layers.empty()) {
+      html_.element(fmt::format("h{}", headingLevel_), layers, "layer");
+      html_.newLine();
+    }
+    writeHtmlTable(html_, grids[i], {fmt::format("t{}x{}", entry_.number, i + 1), object_.label});
+  }
+}
+
+void ContentWriter::operator()(const LogContent& log) const {
+  html_.start("pre");
+  html_.element("code", log.text);
+  html_.end("pre");
+}
+
+void ContentWriter::operator()(const NotesContent& notes) const {
+  if (notes.entries.empty()) return;
+  html_.start("dl");
+  html_.attribute("class", "facts");
+  html_.newLine();
+  for (const NoteEntry& entry : notes.entries) {
+    html_.element("dt", renderText(entry.label));
+    html_.element("dd", renderText(entry.value));
+    html_.newLine();
+  }
+  html_.end("dl");
+}
+
+void ContentWriter::operator()(const MessageContent& message) const {
+  const char* name = "Error";
+  const char* cssClass = "message error";
+  if (message.severity == MessageSeverity::kWarning) {
+    name = "Warning";
+    cssClass = "message warning";
+  } else if (message.severity == MessageSeverity::kInformation) {
+    name = "Information";
+    cssClass = "message";
+  }
+  html_.start("p");
+  html_.attribute("class", cssClass);
+  html_.element("strong", name);
+  html_.text(" " + message.text);
+  html_.end("p");
+}
+
+void ContentWriter::operator()(const TextContent& text) const {
+  html_.start("div");
+  html_.attribute("class", "text");
+  html_.newLine();
+  writeHtmlText(html_, text, headingLevel_);
+  html_.end("div");
+}
+
+void ContentWriter::operator()(const MediaContent& media) const {
+  const bool isImage =
+      std::find(kImageTypes.begin(), kImageTypes.end(), media.mediaType) != kImageTypes.end();
+  const std::size_t size = media.bytes == nullptr ? 0 : media.bytes->size();
+  if (!isImage || size == 0) {
+    html_.element("p",
+                  fmt::format("{}: {}, {} bytes. A browser does not show it.",
+                              outlineLabel(object_), media.mediaType, size),
+                  "aside");
+    return;
+  }
+  html_.start("figure");
+  html_.start("img");
+  std::string source = "data:" + media.mediaType + ";base64,";
+  source.reserve(source.size() + size / 3 * 4 + 4);
+  appendBase64(source, *media.bytes);
+  html_.attribute("alt", outlineLabel(object_));
+  if (const auto shown = shownSize(media, object_.size)) {
+    html_.attribute("width", pixelsOf(shown->width));
+    html_.attribute("height", pixelsOf(shown->height));
+  }
+  html_.attribute("src", source);
+  html_.end("figure");
+}
+
+/// Writes the page from its first line to its last.
+class PageWriter {
+ public:
+  PageWriter(std::string& out, const Document& document, const PageOptions& options)
+      : html_(out), entries_(outlineOf(document.root())), options_(options) {
+    chooseTitle(document);
+  }
+
+  void write();
+
+ private:
+  void chooseTitle(const Document& document);
+  void writeHead();
+  void writeNavigation();
+  void writeObjects();
+  void writeObject(const OutlineEntry& entry);
+  /// Sections whose heading is at `depth` or deeper end.
+  void closeSections(int depth);
+  int headingLevel(int depth) const { return std::min(depth + 2, 6); }
+
+  HtmlWriter html_;
+  std::vector<OutlineEntry> entries_;
+  const PageOptions& options_;
+  std::string title_;
+  const DocumentObject* titleObject_ = nullptr;  ///< the page title that is the page's heading
+  int openSections_ = 0;
+};
+
+void PageWriter::chooseTitle(const Document& document) {
+  title_ = options_.title.empty() ? document.name() : options_.title;
+  const auto first = std::find_if(entries_.begin(), entries_.end(),
+                                  [](const OutlineEntry& entry) { return entry.isShown; });
+  // A document that begins with a title says it once.
+  if (options_.title.empty() && first != entries_.end() &&
+      first->object->type == ObjectType::kPageTitle && !first->object->label.empty()) {
+    titleObject_ = first->object;
+    title_ = titleObject_->label;
+  }
+  if (title_.empty()) title_ = "Output";
+}
+
+void PageWriter::writeHead() {
+  html_.raw("<!DOCTYPE html>\n");
+  html_.start("html");
+  html_.attribute("lang", options_.language);
+  html_.newLine();
+  html_.raw("<head>\n<meta charset=\"utf-8\">\n");
+  html_.start("meta");
+  html_.attribute("http-equiv", "Content-Security-Policy");
+  html_.attribute("content", kPolicy);
+  html_.raw(
+      "\n<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+      "<meta name=\"color-scheme\" content=\"light dark\">\n"
+      "<meta name=\"generator\" content=\"vornwout\">\n");
+  html_.element("title", title_);
+  html_.raw("\n<style>");
+  html_.raw(htmlStyleSheet());
+  html_.raw(
+      "</style>\n</head>\n<body>\n<a class=\"skip\" href=\"#output\">Skip to the output</a>\n");
+}
+
+void PageWriter::writeNavigation() {
+  const bool isEmpty = std::none_of(entries_.begin(), entries_.end(),
+                                    [](const OutlineEntry& entry) { return entry.isShown; });
+  if (isEmpty) return;
+  html_.raw("<nav aria-label=\"Outline\">\n<details open>\n<summary>Contents</summary>\n<ul>\n");
+  int depth = 0;
+  bool isFirst = true;
+  for (const OutlineEntry& entry : entries_) {
+    if (!entry.isShown) continue;
+    if (entry.depth > depth) {
+      // One step at most: what stands above a shown object is shown.
+      html_.raw("\n<ul>\n");
+      ++depth;
+    } else if (!isFirst) {
+      html_.raw("</li>\n");
+      for (; depth > entry.depth; --depth) html_.raw("</ul></li>\n");
+    }
+    isFirst = false;
+    html_.start("li");
+    if (entry.object->type == ObjectType::kHeading) html_.attribute("class", "heading");
+    html_.start("a");
+    html_.attribute("href", "#" + idOf(entry));
+    html_.text(outlineLabel(*entry.object));
+    html_.end("a");
+  }
+  html_.raw("</li>\n");
+  for (; depth > 0; --depth) html_.raw("</ul></li>\n");
+  html_.raw("</ul>\n</details>\n</nav>\n");
+}
+
+void PageWriter::closeSections(int depth) {
+  for (; openSections_ > depth; --openSections_) html_.raw("</section>\n");
+}
+
+void PageWriter::writeObject(const OutlineEntry& entry) {
+  const DocumentObject& object = *entry.object;
+  closeSections(entry.depth);
+  if (object.type == ObjectType::kHeading) {
+    html_.start("section");
+    html_.attribute("aria-labelledby", idOf(entry));
+    html_.newLine();
+    const std::string name = fmt::format("h{}", headingLevel(entry.depth));
+    html_.start(name);
+    html_.attribute("id", idOf(entry));
+    html_.text(outlineLabel(object));
+    html_.end(name);
+    html_.newLine();
+    ++openSections_;
+    return;
+  }
+  html_.start("div");
+  html_.attribute("class", "object");
+  html_.attribute("id", idOf(entry));
+  html_.newLine();
+  const ContentView content(object.content);
+  std::visit(ContentWriter(html_, entry, headingLevel(entry.depth)), *content);
+  html_.newLine();
+  html_.raw("</div>\n");
+}
+
+void PageWriter::write() {
+  writeHead();
+  writeNavigation();
+  html_.raw("<main id=\"output\">\n");
+  html_.start("h1");
+  for (const OutlineEntry& entry : entries_) {
+    if (entry.object == titleObject_) html_.attribute("id", idOf(entry));
+  }
+  html_.text(title_);
+  html_.end("h1");
+  html_.newLine();
+  for (const OutlineEntry& entry : entries_) {
+    if (entry.isShown && entry.object != titleObject_) writeObject(entry);
+  }
+  closeSections(0);
+  html_.raw("</main>\n</body>\n</html>\n");
+}
+
+}  // namespace
+
+std::string renderPage(const Document& document, const PageOptions& options) {
+  std::string page;
+  PageWriter(page, document, options).write();
+  return page;
+}
+
+}  // namespace vornwout

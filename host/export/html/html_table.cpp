@@ -1,0 +1,285 @@
+#include "host/export/html/html_table.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include <fmt/format.h>
+
+namespace vornwout {
+namespace {
+
+// More than this a browser does not count.
+constexpr int kMostColumnsSpanned = 1000;
+constexpr int kMostRowsSpanned = 65'534;
+
+std::size_t at(int index) { return static_cast<std::size_t>(index); }
+
+/// Writes the rows of one grid.
+class GridWriter {
+ public:
+  GridWriter(HtmlWriter& html, const TableGrid& grid, const HtmlTableOptions& options)
+      : html_(html),
+        grid_(grid),
+        options_(options),
+        coveredUntil_(at(grid.columnCount), 0),
+        columnHeaders_(at(grid.columnCount)),
+        rowHeaders_(at(grid.headerColumns)) {}
+
+  void write();
+
+ private:
+  /// A header cell that is above or beside what comes now.
+  struct ActiveHeader {
+    std::string id;
+    int untilRow = 0;
+  };
+
+  bool isNested() const;
+  bool isHeader(const GridCell& cell) const { return cell.role != CellRole::kData; }
+  void writeRow(int row);
+  void writeGap(int row, int from, int to);
+  void writeCell(const GridCell& cell, int column, int columnSpan);
+  void writeHeaderAttributes(const GridCell& cell, int column, int columnSpan);
+  void writeScope(const GridCell& cell, int columnSpan);
+  void writeStyle(const GridCell& cell);
+  std::string headersOf(int row, int column) const;
+
+  HtmlWriter& html_;
+  const TableGrid& grid_;
+  const HtmlTableOptions& options_;
+  bool isNested_ = false;
+  std::vector<int> coveredUntil_;                        ///< by column: the first row that is free
+  std::vector<std::vector<std::string>> columnHeaders_;  ///< by column: ids, outermost first
+  std::vector<ActiveHeader> rowHeaders_;                 ///< by header column
+  int lastId_ = 0;
+};
+
+void writeMarks(HtmlWriter& html, const std::vector<int>& notes, const TableGrid& grid,
+                const HtmlTableOptions& options) {
+  if (notes.empty()) return;
+  html.start("sup");
+  const char* separator = "";
+  for (const int note : notes) {
+    const std::string& mark = grid.footnotes[at(note)].mark;
+    html.raw(separator);
+    html.start("a");
+    html.attribute("href", "#" + options.idPrefix + "n" + mark);
+    html.attribute("aria-label", "Footnote " + mark);
+    html.text(mark);
+    html.end("a");
+    separator = ",";
+  }
+  html.end("sup");
+}
+
+bool GridWriter::isNested() const {
+  if (grid_.headerRows > 1 || grid_.headerColumns > 1) return true;
+  return std::any_of(grid_.cells.begin(), grid_.cells.end(), [&](const GridCell& cell) {
+    return isHeader(cell) && (cell.rowSpan > 1 || cell.columnSpan > 1);
+  });
+}
+
+void GridWriter::write() {
+  isNested_ = isNested();
+  const auto section = [&](const char* name, int from, int to) {
+    if (from == to) return;
+    html_.start(name);
+    html_.newLine();
+    for (int row = from; row < to; ++row) writeRow(row);
+    html_.end(name);
+    html_.newLine();
+  };
+  section("thead", 0, grid_.headerRows);
+  section("tbody", grid_.headerRows, grid_.rowCount);
+}
+
+void GridWriter::writeRow(int row) {
+  html_.start("tr");
+  int column = 0;
+  for (const GridCell& cell : grid_.row(row)) {
+    writeGap(row, column, cell.column);
+    column = cell.column;
+    const int end = cell.column + cell.columnSpan;
+    while (column < end) {
+      const int span = std::min(end - column, kMostColumnsSpanned);
+      writeCell(cell, column, span);
+      column += span;
+    }
+  }
+  writeGap(row, column, grid_.columnCount);
+  html_.end("tr");
+  html_.newLine();
+}
+
+void GridWriter::writeGap(int row, int from, int to) {
+  for (int column = from; column < to;) {
+    if (coveredUntil_[at(column)] > row) {
+      ++column;
+      continue;
+    }
+    int end = column + 1;
+    while (end < to && end - column < kMostColumnsSpanned && coveredUntil_[at(end)] <= row) ++end;
+    // A gap is one cell, so that a sparse table costs no more than what it holds.
+    html_.start("td");
+    if (end - column > 1) html_.attribute("colspan", end - column);
+    html_.end("td");
+    column = end;
+  }
+}
+
+void GridWriter::writeScope(const GridCell& cell, int columnSpan) {
+  const bool isRow = cell.role == CellRole::kRowLabel;
+  if (isRow) {
+    html_.attribute("scope", cell.rowSpan > 1 ? "rowgroup" : "row");
+  } else {
+    html_.attribute("scope", columnSpan > 1 ? "colgroup" : "col");
+  }
+}
+
+void GridWriter::writeHeaderAttributes(const GridCell& cell, int column, int columnSpan) {
+  writeScope(cell, columnSpan);
+  if (!isNested_) return;
+  const std::string id = fmt::format("{}h{}", options_.idPrefix, ++lastId_);
+  html_.attribute("id", id);
+  if (cell.role == CellRole::kColumnLabel) {
+    for (int i = 0; i < columnSpan; ++i) columnHeaders_[at(column + i)].push_back(id);
+  } else if (cell.role == CellRole::kRowLabel) {
+    for (int i = 0; i < columnSpan; ++i) rowHeaders_[at(column + i)] = {{}, 0};
+    rowHeaders_[at(column)] = {id, cell.row + cell.rowSpan};
+  }
+}
+
+std::string GridWriter::headersOf(int row, int column) const {
+  std::string ids;
+  const auto add = [&](const std::string& id) {
+    if (!ids.empty()) ids += ' ';
+    ids += id;
+  };
+  for (const ActiveHeader& header : rowHeaders_) {
+    if (header.untilRow > row) add(header.id);
+  }
+  for (const std::string& id : columnHeaders_[at(column)]) add(id);
+  return ids;
+}
+
+void GridWriter::writeStyle(const GridCell& cell) {
+  std::string cssClass;
+  const auto addClass = [&](const char* name) {
+    if (!cssClass.empty()) cssClass += ' ';
+    cssClass += name;
+  };
+  if (cell.alignment == CellAlignment::kRight) addClass("n");
+  if (cell.role == CellRole::kCorner) addClass("corner");
+  const bool isGroup =
+      cell.role == CellRole::kRowLabel && cell.column + cell.columnSpan < grid_.headerColumns;
+  if (isGroup) addClass("group");
+  std::optional<Rgb> color = parseCellColor(cell.style.textColor);
+  const std::optional<Rgb> background = parseCellColor(cell.style.backgroundColor);
+  // A colour was chosen for a light page; on a dark one its cell stays light.
+  if (color && !background) addClass("ink");
+  if (background && !color) color = readableOn(*background);
+  std::string style;
+  if (color) style += "color:" + htmlColor(*color) + ";";
+  if (background) style += "background:" + htmlColor(*background) + ";";
+  if (cell.style.bold) style += "font-weight:bold;";
+  html_.optionalAttribute("class", cssClass);
+  html_.optionalAttribute("style", style);
+}
+
+void GridWriter::writeCell(const GridCell& cell, int column, int columnSpan) {
+  const int rowSpan = std::min(cell.rowSpan, kMostRowsSpanned);
+  const char* name = isHeader(cell) ? "th" : "td";
+  html_.start(name);
+  if (columnSpan > 1) html_.attribute("colspan", columnSpan);
+  if (rowSpan > 1) html_.attribute("rowspan", rowSpan);
+  writeStyle(cell);
+  if (isHeader(cell)) {
+    writeHeaderAttributes(cell, column, columnSpan);
+  } else if (isNested_) {
+    html_.optionalAttribute("headers", headersOf(cell.row, column));
+  }
+  html_.text(cell.text);
+  writeMarks(html_, cell.notes, grid_, options_);
+  html_.end(name);
+  for (int i = 0; i < columnSpan; ++i) coveredUntil_[at(column + i)] = cell.row + rowSpan;
+}
+
+void writeFootnotes(HtmlWriter& html, const TableGrid& grid, const HtmlTableOptions& options) {
+  if (grid.footnotes.empty()) return;
+  html.start("dl");
+  html.attribute("class", "notes");
+  html.newLine();
+  for (const Footnote& footnote : grid.footnotes) {
+    html.start("div");
+    html.attribute("id", options.idPrefix + "n" + footnote.mark);
+    html.element("dt", footnote.mark);
+    html.element("dd", footnote.text);
+    html.end("div");
+    html.newLine();
+  }
+  html.end("dl");
+  html.newLine();
+}
+
+void writeTitle(HtmlWriter& html, const TableGrid& grid, const HtmlTableOptions& options) {
+  const std::string layers = layerHeading(grid);
+  const std::string& title = grid.title.empty() ? options.label : grid.title;
+  if (title.empty() && layers.empty()) return;
+  html.start("caption");
+  html.attribute("id", options.idPrefix + "c");
+  if (!title.empty()) {
+    html.start("span");
+    if (grid.title.empty()) html.attribute("class", "unseen");
+    html.text(title);
+    if (!grid.title.empty()) writeMarks(html, grid.titleNotes, grid, options);
+    html.end("span");
+  }
+  // The heading above says it to the eye; a list of tables has the captions alone.
+  if (!layers.empty()) html.element("span", " " + layers, "unseen");
+  html.end("caption");
+  html.newLine();
+}
+
+}  // namespace
+
+std::string layerHeading(const TableGrid& grid) {
+  std::string heading;
+  for (const LayerCaption& layer : grid.layers) {
+    if (!heading.empty()) heading += ", ";
+    heading += layer.dimension;
+    if (!layer.dimension.empty() && !layer.category.empty()) heading += ": ";
+    heading += layer.category;
+  }
+  return heading;
+}
+
+void writeHtmlTable(HtmlWriter& html, const TableGrid& grid, const HtmlTableOptions& options) {
+  // A table that is wider than the screen scrolls by itself, also by keyboard.
+  html.start("div");
+  html.attribute("class", "wide");
+  html.attribute("tabindex", "0");
+  html.attribute("role", "group");
+  const bool hasCaption = !grid.title.empty() || !options.label.empty() || !grid.layers.empty();
+  if (hasCaption) {
+    html.attribute("aria-labelledby", options.idPrefix + "c");
+  } else {
+    html.attribute("aria-label", "Table");
+  }
+  html.newLine();
+  html.start("table");
+  html.newLine();
+  writeTitle(html, grid, options);
+  GridWriter(html, grid, options).write();
+  html.end("table");
+  html.end("div");
+  html.newLine();
+  if (!grid.caption.empty()) {
+    html.element("p", grid.caption, "caption");
+    html.newLine();
+  }
+  writeFootnotes(html, grid, options);
+}
+
+}  // namespace vornwout

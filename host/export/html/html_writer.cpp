@@ -1,0 +1,136 @@
+#include "host/export/html/html_writer.h"
+
+#include <algorithm>
+#include <array>
+
+#include <fmt/format.h>
+
+#include "platform/text/utf8.h"
+
+namespace vornwout {
+namespace {
+
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+
+/// Control characters, which HTML cannot hold, and non-characters.
+bool isForbidden(char32_t codePoint) {
+  if (codePoint < 0x20) return codePoint != '\t' && codePoint != '\n';
+  if (codePoint >= 0x7F && codePoint < 0xA0) return true;
+  return (codePoint >= 0xFDD0 && codePoint <= 0xFDEF) || (codePoint & 0xFFFEU) == 0xFFFE;
+}
+
+/// Whether a byte is a character that may stand in HTML as it is.
+bool isPlain(char byte) {
+  return byte >= ' ' && byte <= '~' && byte != '&' && byte != '<' && byte != '>' && byte != '"' &&
+         byte != '\'';
+}
+
+void appendEscaped(std::string& out, std::string_view utf8) {
+  while (!utf8.empty()) {
+    const auto* const special = std::find_if_not(utf8.begin(), utf8.end(), isPlain);
+    const auto plain = static_cast<std::size_t>(special - utf8.begin());
+    out += utf8.substr(0, plain);
+    utf8.remove_prefix(plain);
+    if (utf8.empty()) return;
+    const int length = validUtf8Length(utf8);
+    const std::string_view character =
+        utf8.substr(0, length == 0 ? 1 : static_cast<std::size_t>(length));
+    utf8.remove_prefix(character.size());
+    if (character == "\r") {
+      // A line end of whatever kind is one line feed.
+      if (!utf8.starts_with('\n')) out += '\n';
+    } else if (length == 0 || isForbidden(utf8CodePoint(character, length))) {
+      out += kReplacement;
+    } else if (character == "&") {
+      out += "&amp;";
+    } else if (character == "<") {
+      out += "&lt;";
+    } else if (character == ">") {
+      out += "&gt;";
+    } else if (character == "\"") {
+      out += "&quot;";
+    } else if (character == "'") {
+      out += "&#39;";
+    } else {
+      out += character;
+    }
+  }
+}
+
+}  // namespace
+
+std::string escapedHtml(std::string_view utf8) {
+  std::string out;
+  out.reserve(utf8.size());
+  appendEscaped(out, utf8);
+  return out;
+}
+
+bool isSafeLink(std::string_view target) {
+  // A browser drops blanks and control characters where it looks for the scheme.
+  const bool hasNoBlanks = std::all_of(target.begin(), target.end(), [](char c) {
+    return static_cast<unsigned char>(c) > 0x20 && c != 0x7F;
+  });
+  if (!hasNoBlanks) return false;
+  constexpr std::array<std::string_view, 4> kStarts = {"http://", "https://", "mailto:", "#"};
+  return std::any_of(kStarts.begin(), kStarts.end(), [&](std::string_view start) {
+    return target.size() > start.size() &&
+           std::equal(start.begin(), start.end(), target.begin(), [](char wanted, char c) {
+             return wanted == (c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c);
+           });
+  });
+}
+
+std::string htmlColor(Rgb color) {
+  return fmt::format("#{:02x}{:02x}{:02x}", color.red, color.green, color.blue);
+}
+
+void HtmlWriter::start(std::string_view name) {
+  close();
+  out_ += '<';
+  out_ += name;
+  isOpen_ = true;
+}
+
+void HtmlWriter::end(std::string_view name) {
+  close();
+  out_ += "</";
+  out_ += name;
+  out_ += '>';
+}
+
+void HtmlWriter::attribute(std::string_view name, std::string_view value) {
+  out_ += ' ';
+  out_ += name;
+  out_ += "=\"";
+  appendEscaped(out_, value);
+  out_ += '"';
+}
+
+void HtmlWriter::attribute(std::string_view name, std::int64_t value) {
+  attribute(name, std::string_view(std::to_string(value)));
+}
+
+void HtmlWriter::text(std::string_view utf8) {
+  close();
+  appendEscaped(out_, utf8);
+}
+
+void HtmlWriter::element(std::string_view name, std::string_view utf8, std::string_view cssClass) {
+  start(name);
+  optionalAttribute("class", cssClass);
+  text(utf8);
+  end(name);
+}
+
+void HtmlWriter::raw(std::string_view html) {
+  close();
+  out_ += html;
+}
+
+void HtmlWriter::close() {
+  if (isOpen_) out_ += '>';
+  isOpen_ = false;
+}
+
+}  // namespace vornwout

@@ -1,0 +1,56 @@
+// Writes HTML into a string: elements, attributes and texts, with the one escaper of HTML.
+//
+// Texts come from anywhere. Whatever they hold becomes text: characters that mean something to HTML
+// are escaped, bytes that are no UTF-8 and control characters become U+FFFD, and a link goes only
+// where a reader may be sent. Names of elements and attributes are the program's own.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "platform/pivot/cell_color.h"
+
+namespace vornwout {
+
+/// The text for use between tags and in quoted attributes.
+std::string escapedHtml(std::string_view utf8);
+
+/// Whether a link may go there: http, https and mailto, and places in the page itself.
+bool isSafeLink(std::string_view target);
+
+/// "#rrggbb".
+std::string htmlColor(Rgb color);
+
+class HtmlWriter {
+ public:
+  /// Appends to `out`, which must outlive the writer.
+  explicit HtmlWriter(std::string& out) : out_(out) {}
+
+  /// Starts an element; attributes may follow until something stands in it.
+  void start(std::string_view name);
+  /// Ends an element that is not void.
+  void end(std::string_view name);
+
+  void attribute(std::string_view name, std::string_view value);
+  void attribute(std::string_view name, std::int64_t value);
+  void optionalAttribute(std::string_view name, std::string_view value) {
+    if (!value.empty()) attribute(name, value);
+  }
+
+  void text(std::string_view utf8);
+  /// An element with nothing but a text in it.
+  void element(std::string_view name, std::string_view utf8, std::string_view cssClass = {});
+  /// Takes `html` over as it stands: the program's own text, or one that was written by a writer.
+  void raw(std::string_view html);
+  /// A line break between elements, for a reader of the source.
+  void newLine() { raw("\n"); }
+
+ private:
+  void close();
+
+  std::string& out_;
+  bool isOpen_ = false;  ///< the last start tag still takes attributes
+};
+
+}  // namespace vornwout

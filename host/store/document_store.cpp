@@ -1,0 +1,295 @@
+#include "host/store/document_store.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <functional>
+#include <optional>
+#include <unordered_set>
+#include <utility>
+
+#include <fmt/format.h>
+
+#include "host/export/html/document_page.h"
+#include "host/store/container_reader.h"
+#include "host/store/container_writer.h"
+#include "host/store/content_names.h"
+#include "host/store/content_writer.h"
+#include "host/store/store_error.h"
+#include "host/store/stored_document.h"
+
+namespace vornwout {
+namespace {
+
+/// Contents are gathered in one part until it has this size; a larger content has one of its own.
+constexpr std::size_t kPackedPartBytes = std::size_t{256} << 10;
+constexpr std::size_t kOwnPartBytes = std::size_t{64} << 10;
+/// In an encrypted file every member costs a derivation of its key, so smaller media are packed
+/// too.
+constexpr std::size_t kPackedMediaBytes = std::size_t{64} << 10;
+
+/// Walks the objects that are saved, in the order of the outline.
+void forEachObject(DocumentObject& parent, bool withModels,
+                   const std::function<void(DocumentObject&)>& visit) {
+  for (DocumentObject& child : parent.children) {
+    if (child.type == ObjectType::kModel && !withModels) continue;
+    visit(child);
+    forEachObject(child, withModels, visit);
+  }
+}
+
+bool hasContent(const DocumentObject& object) {
+  return object.content.place().source != nullptr ||
+         !std::holds_alternative<std::monostate>(object.content.get());
+}
+
+const char* extensionOf(const std::string& mediaType) {
+  if (mediaType == "image/svg+xml") return "svg";
+  if (mediaType == "image/png") return "png";
+  return "bin";
+}
+
+/// The number in the name of a part or a medium, 0 where there is none.
+int numberIn(const std::string& member) {
+  const std::size_t digits = member.find_first_of("0123456789");
+  int number = 0;
+  if (digits != std::string::npos) {
+    std::from_chars(member.data() + digits, member.data() + member.size(), number);
+  }
+  return number;
+}
+
+/// One save: decides what can be taken over from the old file, writes the rest, and moves in.
+class DocumentSaver {
+ public:
+  DocumentSaver(Document& document, const std::string& path, const SaveOptions& options)
+      : document_(document),
+        options_(options),
+        writer_(path, ContainerOptions{options.password, options.threads}) {}
+
+  std::optional<FileLock> save(const std::string& path) {
+    collect();
+    takeOver();
+    writer_.add("mimetype", kDocumentMediaType, false);
+    manifest_.runs = document_.runs();
+    numbers_.withModels = options_.storeModels;
+    copyTakenOver();
+    writeChanged();
+    if (options_.type == DocumentFileType::kQxw) addPage();
+    writer_.add(kManifestMember,
+                checked(writeManifest(document_.root(), manifest_, numbers_), "The outline"), true);
+    std::optional<FileLock> lock = writer_.commit();
+    moveIn(path);
+    return lock;
+  }
+
+ private:
+  struct Item {
+    DocumentObject* object;
+    std::uint64_t id = 0;  ///< 0 until it has one
+    bool wasLoaded = true;
+    bool isKept = false;  ///< lies in a part or medium that is taken over
+  };
+
+  void collect() {
+    forEachObject(document_.root(), options_.storeModels, [&](DocumentObject& object) {
+      if (!hasContent(object)) return;
+      items_.push_back({&object, 0, object.content.isLoaded()});
+      if (old_ == nullptr) {
+        old_ = std::dynamic_pointer_cast<StoredDocument>(object.content.place().source);
+      }
+    });
+  }
+
+  /// A part is taken over when all that lies in it is still wanted, and nothing of it twice.
+  void takeOver() {
+    if (old_ == nullptr) return;
+    const Manifest& old = old_->manifest();
+    std::vector<int> missing(old.parts.size(), 0);
+    for (const auto& [id, place] : old.places) {
+      nextId_ = std::max(nextId_, id + 1);
+      if (place.part >= 0) ++missing[static_cast<std::size_t>(place.part)];
+      nextMember_ = std::max(nextMember_, numberIn(place.member) + 1);
+    }
+    for (const std::string& part : old.parts) {
+      nextMember_ = std::max(nextMember_, numberIn(part) + 1);
+    }
+    std::unordered_set<std::uint64_t> taken;
+    for (Item& item : items_) {
+      const LazyContent::Place& place = item.object->content.place();
+      if (place.source != old_ || !taken.insert(place.id).second) continue;
+      item.id = place.id;
+      const int part = old.places.at(place.id).part;
+      if (part >= 0) --missing[static_cast<std::size_t>(part)];
+    }
+    newPart_.assign(old.parts.size(), -1);
+    for (std::size_t i = 0; i < old.parts.size(); ++i) {
+      if (missing[i] != 0) continue;
+      newPart_[i] = static_cast<int>(manifest_.parts.size());
+      manifest_.parts.push_back(old.parts[i]);
+    }
+    for (Item& item : items_) {
+      if (item.id == 0) continue;
+      StoredPlace place = old.places.at(item.id);
+      if (place.part >= 0) place.part = newPart_[static_cast<std::size_t>(place.part)];
+      item.isKept = place.part >= 0 || !place.member.empty();
+      if (item.isKept) manifest_.places.emplace(item.id, std::move(place));
+    }
+  }
+
+  void copyTakenOver() {
+    for (const std::string& part : manifest_.parts) writer_.copy(old_->container(), part);
+    for (const Item& item : items_) {
+      if (!item.isKept) continue;
+      const StoredPlace& place = manifest_.places.at(item.id);
+      if (place.part < 0 && copied_.insert(place.member).second) {
+        writer_.copy(old_->container(), place.member);
+      }
+    }
+  }
+
+  void writeChanged() {
+    for (Item& item : items_) {
+      if (item.id == 0) item.id = nextId_++;
+      numbers_.ids.emplace(item.object, item.id);
+      if (item.isKept) continue;
+      writeContentOf(item);
+      if (!item.wasLoaded) item.object->content.unload();
+    }
+    finishPart();
+  }
+
+  void writeContentOf(const Item& item) {
+    const ObjectContent& content = item.object->content.get();
+    const auto* media = std::get_if<MediaContent>(&content);
+    if (media != nullptr && media->bytes != nullptr &&
+        (options_.password.empty() || media->bytes->size() > kPackedMediaBytes)) {
+      addMedia(item.id, *media);
+      return;
+    }
+    std::string bytes;
+    XmlWriter xml(bytes);
+    writeContent(xml, item.id, content);
+    bytes += '\n';
+    if (bytes.size() >= kOwnPartBytes) {
+      addPart(std::move(bytes), {item.id});
+      return;
+    }
+    packed_ += bytes;
+    packedIds_.push_back(item.id);
+    if (packed_.size() >= kPackedPartBytes) finishPart();
+  }
+
+  void addMedia(std::uint64_t id, const MediaContent& media) {
+    StoredPlace place;
+    place.member = fmt::format("media/{:06}.{}", nextMember_++, extensionOf(media.mediaType));
+    place.mediaType = media.mediaType;
+    writer_.add(place.member, checked(*media.bytes, "A chart or a model"), true);
+    manifest_.places.emplace(id, std::move(place));
+  }
+
+  void finishPart() {
+    if (!packedIds_.empty()) addPart(std::exchange(packed_, {}), std::exchange(packedIds_, {}));
+  }
+
+  void addPart(std::string contents, const std::vector<std::uint64_t>& ids) {
+    std::string bytes;
+    bytes.reserve(contents.size() + 128);
+    XmlWriter xml(bytes);
+    xml.declaration();
+    xml.start("objects");
+    xml.attribute("xmlns", kDocumentNamespace);
+    xml.newLine();
+    bytes += contents;
+    xml.end("objects");
+    bytes += '\n';
+    const std::string name = fmt::format("objects/{:06}.xml", nextMember_++);
+    const auto part = static_cast<int>(manifest_.parts.size());
+    manifest_.parts.push_back(name);
+    for (const std::uint64_t id : ids) manifest_.places.emplace(id, StoredPlace{part, {}, {}});
+    writer_.add(name, checked(std::move(bytes), "An object"), true);
+  }
+
+  void addPage() {
+    writer_.add(kPageMember, checked(renderPage(document_), "The page"), true);
+    // The page needed every content; what was not in memory before need not stay there.
+    for (const Item& item : items_) {
+      if (!item.wasLoaded) item.object->content.unload();
+    }
+  }
+
+  /// What is larger could never be read again.
+  static std::string checked(std::string bytes, const char* what) {
+    if (bytes.size() > kMemberLimit) {
+      throw StoreError(StoreError::Kind::kNotWritten,
+                       fmt::format("{} is too large for one part: {} MiB of at most {}.", what,
+                                   bytes.size() >> 20, kMemberLimit >> 20));
+    }
+    return bytes;
+  }
+
+  /// From now on the contents lie in the new file, so that the next save can take them from there.
+  void moveIn(const std::string& path) {
+    auto container = std::make_unique<ContainerReader>(path);
+    container->setPassword(options_.password);
+    const auto stored =
+        std::make_shared<StoredDocument>(std::move(container), std::move(manifest_));
+    for (const Item& item : items_) item.object->content.setPlace({stored, item.id});
+  }
+
+  Document& document_;
+  const SaveOptions& options_;
+  ContainerWriter writer_;
+  std::vector<Item> items_;
+  std::shared_ptr<StoredDocument> old_;  ///< the file that contents are taken from, if there is one
+  std::vector<int> newPart_;             ///< by part of the old file, -1 for one that is not kept
+  std::unordered_set<std::string> copied_;
+  Manifest manifest_;
+  OutlineNumbers numbers_;
+  std::uint64_t nextId_ = 1;
+  int nextMember_ = 1;
+  std::string packed_;
+  std::vector<std::uint64_t> packedIds_;
+};
+
+void unlock(ContainerReader& container, const std::string& password) {
+  if (!container.isEncrypted()) return;
+  if (password.empty()) {
+    throw StoreError(StoreError::Kind::kWrongPassword,
+                     "The file is encrypted, and no password was given.");
+  }
+  container.setPassword(password);
+  if (!container.checkPassword()) {
+    throw StoreError(StoreError::Kind::kWrongPassword, "The password is wrong.");
+  }
+}
+
+}  // namespace
+
+std::unique_ptr<Document> openDocument(const std::string& path, const OpenOptions& options) {
+  auto container = std::make_unique<ContainerReader>(path);
+  unlock(*container, options.password);
+  if (!container->contains(kManifestMember)) {
+    throw StoreError(StoreError::Kind::kDamaged,
+                     "It is no output document: it has no manifest.xml.");
+  }
+  auto document = std::make_unique<Document>(1, std::string(), false);
+  DocumentObject root;
+  const auto stored = StoredDocument::open(std::move(container), root);
+  document->setContents(std::move(root), stored->manifest().runs);
+  return document;
+}
+
+std::optional<FileLock> saveDocument(Document& document, const std::string& path,
+                                     const SaveOptions& options) {
+  return DocumentSaver(document, path, options).save(path);
+}
+
+DocumentFileType documentFileType(const std::string& path) {
+  const std::size_t dot = path.rfind('.');
+  std::string extension = dot == std::string::npos ? std::string() : path.substr(dot);
+  for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return extension == ".qxw" ? DocumentFileType::kQxw : DocumentFileType::kQxv;
+}
+
+}  // namespace vornwout

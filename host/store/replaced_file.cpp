@@ -1,0 +1,295 @@
+#include "host/store/replaced_file.h"
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/random.h>
+#include <sys/stat.h>
+
+#include "host/store/store_error.h"
+
+namespace vornwout {
+namespace {
+
+constexpr std::size_t kBufferSize = 256 * 1024;
+// What makes a name one of ours: nobody's backup ends like that.
+constexpr std::string_view kTemporaryMark = ".save-";
+constexpr std::string_view kSuffixCharacters = "0123456789abcdefghijklmnopqrstuv";
+constexpr std::size_t kSuffixLength = 10;
+// A file name has 255 bytes; the longest names are cut to leave room for the rest.
+constexpr std::size_t kMostOfTheName = 200;
+constexpr int kMostLinks = 40;
+constexpr int kMostAttempts = 100;
+
+[[noreturn]] void fail(const std::string& what, int error) {
+  throw StoreError(StoreError::Kind::kNotWritten, what + systemReason(error));
+}
+
+[[noreturn]] void fail(const std::string& sentence) {
+  throw StoreError(StoreError::Kind::kNotWritten, sentence);
+}
+
+/// The text of a symbolic link; nothing when the path is none.
+std::optional<std::string> readLink(const std::string& path) {
+  std::string target(4096, '\0');
+  const ssize_t length = readlink(path.c_str(), target.data(), target.size());
+  if (length < 0) {
+    if (errno == EINVAL || errno == ENOENT) return std::nullopt;
+    fail("The file's path could not be followed", errno);
+  }
+  target.resize(static_cast<std::size_t>(length));
+  return target;
+}
+
+std::string directoryOf(const std::string& path) {
+  const auto slash = path.rfind('/');
+  if (slash == std::string::npos) return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+std::string randomSuffix() {
+  unsigned char random[kSuffixLength];
+  if (uninterrupted([&] { return getrandom(random, sizeof random, 0); }) !=
+      static_cast<ssize_t>(sizeof random)) {
+    fail("A name for the temporary file could not be made", errno);
+  }
+  std::string suffix;
+  for (const unsigned char byte : random) {
+    suffix += kSuffixCharacters[byte % kSuffixCharacters.size()];
+  }
+  return suffix;
+}
+
+bool isSuffix(std::string_view text) {
+  return text.size() == kSuffixLength &&
+         text.find_first_not_of(kSuffixCharacters) == std::string_view::npos;
+}
+
+/// The start of a name, cut between two characters.
+std::string cutName(const std::string& name) {
+  if (name.size() <= kMostOfTheName) return name;
+  std::size_t length = kMostOfTheName;
+  while (length > 0 && (static_cast<unsigned char>(name[length]) & 0xC0) == 0x80) --length;
+  return name.substr(0, length);
+}
+
+/// The names in an open directory.
+std::vector<std::string> entriesOf(const FileDescriptor& directory) {
+  FileDescriptor again(uninterrupted(
+      [&] { return openat(directory.number(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+  if (!again.isOpen()) fail("The file's directory could not be listed", errno);
+  const std::unique_ptr<DIR, int (*)(DIR*)> stream(fdopendir(again.number()), closedir);
+  if (stream == nullptr) fail("The file's directory could not be listed", errno);
+  again.release();
+  std::vector<std::string> names;
+  errno = 0;
+  while (const dirent* entry = readdir(stream.get())) {
+    names.emplace_back(entry->d_name);
+    errno = 0;
+  }
+  if (errno != 0) fail("The file's directory could not be listed", errno);
+  return names;
+}
+
+}  // namespace
+
+ReplacedFile::ReplacedFile(const std::string& path) {
+  resolve(path);
+  examineOldFile();
+  removeLeftBehind();
+  createTemporary();
+}
+
+ReplacedFile::~ReplacedFile() {
+  // What cannot be removed now is removed by the next save of the file.
+  if (!temporary_.empty()) unlinkat(directory_.number(), temporary_.c_str(), 0);
+}
+
+void ReplacedFile::write(std::string_view bytes) {
+  if (bytes.empty()) return;
+  if (offset_ < bufferOffset_ || offset_ > bufferOffset_ + buffer_.size()) flushBuffer();
+  if (buffer_.empty()) bufferOffset_ = offset_;
+  const auto at = static_cast<std::size_t>(offset_ - bufferOffset_);
+  if (at + bytes.size() <= std::max(buffer_.size(), kBufferSize)) {
+    buffer_.replace(at, std::min(bytes.size(), buffer_.size() - at), bytes);
+  } else {
+    flushBuffer();
+    writeThrough(bytes, offset_);
+  }
+  offset_ += bytes.size();
+  size_ = std::max(size_, offset_);
+}
+
+std::optional<FileLock> ReplacedFile::commit() {
+  flushBuffer();
+  setPermissions();
+  if (uninterrupted([&] { return fsync(descriptor()); }) != 0) {
+    fail("The new file could not be flushed to the disk", errno);
+  }
+  const int directory = directory_.number();
+  if (renameat(directory, temporary_.c_str(), directory, name_.c_str()) != 0) {
+    fail("The new file could not be put in the old one's place", errno);
+  }
+  temporary_.clear();
+  // EINVAL: a file system that flushes no directories.
+  if (uninterrupted([&] { return fsync(directory); }) != 0 && errno != EINVAL) {
+    fail("The new file is in place, but its directory could not be flushed to the disk", errno);
+  }
+  return std::exchange(lock_, std::nullopt);
+}
+
+FileDescriptor ReplacedFile::makeScratchFile() const {
+  const int directory = directory_.number();
+  FileDescriptor file(
+      uninterrupted([&] { return openat(directory, ".", O_RDWR | O_TMPFILE | O_CLOEXEC, 0600); }));
+  if (file.isOpen()) return file;
+  // What systems say that know no files without names.
+  if (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL) {
+    fail("No scratch file could be made beside the file", errno);
+  }
+  const std::string name = temporaryPrefix_ + randomSuffix();
+  file = FileDescriptor(uninterrupted([&] {
+    return openat(directory, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+  }));
+  if (!file.isOpen()) fail("No scratch file could be made beside the file", errno);
+  if (unlinkat(directory, name.c_str(), 0) != 0) {
+    fail("The scratch file's name could not be removed", errno);
+  }
+  return file;
+}
+
+void ReplacedFile::resolve(const std::string& path) {
+  std::string target = path;
+  int links = 0;
+  while (const std::optional<std::string> next = readLink(target)) {
+    if (++links > kMostLinks) fail("The file's path could not be followed", ELOOP);
+    target = next->starts_with('/') ? *next : directoryOf(target) + "/" + *next;
+  }
+  const std::string directory = directoryOf(target);
+  name_ = target.substr(target.rfind('/') + 1);
+  if (name_.empty() || name_ == "." || name_ == "..") fail("The path names no file.");
+  temporaryPrefix_ = "." + cutName(name_) + std::string(kTemporaryMark);
+  directory_ = FileDescriptor(
+      uninterrupted([&] { return open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+  if (!directory_.isOpen()) fail("The file's directory could not be opened", errno);
+}
+
+void ReplacedFile::examineOldFile() {
+  struct stat old = {};
+  if (fstatat(directory_.number(), name_.c_str(), &old, AT_SYMLINK_NOFOLLOW) != 0) {
+    if (errno != ENOENT) fail("The old file could not be examined", errno);
+    return;
+  }
+  if (!S_ISREG(old.st_mode)) fail("There is something else than an ordinary file at this path.");
+  // A rename would replace a file that is protected against writing, too.
+  if (faccessat(directory_.number(), name_.c_str(), W_OK, AT_EACCESS) != 0) {
+    fail("The old file may not be written", errno);
+  }
+  hasOldFile_ = true;
+  oldMode_ = old.st_mode & 0777;
+  oldOwner_ = old.st_uid;
+  oldGroup_ = old.st_gid;
+}
+
+void ReplacedFile::removeLeftBehind() {
+  for (const std::string& name : entriesOf(directory_)) {
+    if (!name.starts_with(temporaryPrefix_) ||
+        !isSuffix(std::string_view(name).substr(temporaryPrefix_.size()))) {
+      continue;
+    }
+    constexpr int kFlags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    FileDescriptor file(
+        uninterrupted([&] { return openat(directory_.number(), name.c_str(), kFlags); }));
+    // One that somebody else owns, or that has just gone: not ours to remove, and no reason not to
+    // save. The same holds where removing fails.
+    if (!file.isOpen()) continue;
+    bool unsupported = false;
+    // The lock is held until the name is gone; a new temporary's maker looks at it then.
+    if (const std::optional<FileLock> lock = FileLock::tryLockOpen(file, unsupported)) {
+      unlinkat(directory_.number(), name.c_str(), 0);
+    }
+  }
+}
+
+void ReplacedFile::createTemporary() {
+  for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+    if (tryCreateTemporary()) return;
+  }
+  fail("No temporary file could be made beside the file.");
+}
+
+/// False when another process was in the way: it had the name, or took the new file for one that
+/// was left behind.
+bool ReplacedFile::tryCreateTemporary() {
+  const std::string name = temporaryPrefix_ + randomSuffix();
+  // Nobody else reads it before it has its final permissions; without an old file the system gives
+  // them, by the process's mask.
+  const mode_t mode = hasOldFile_ ? 0600 : 0666;
+  FileDescriptor file(uninterrupted([&] {
+    return openat(directory_.number(), name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+  }));
+  if (!file.isOpen()) {
+    if (errno == EEXIST) return false;
+    fail("No temporary file could be made beside the file", errno);
+  }
+  temporary_ = name;
+  try {
+    bool unsupported = false;
+    lock_ = FileLock::tryLockOpen(file, unsupported);
+    if (unsupported) unlocked_ = std::move(file);
+    struct stat status = {};
+    if (lock_ || unsupported) {
+      if (fstat(descriptor(), &status) != 0) {
+        fail("The temporary file could not be examined", errno);
+      }
+      if (status.st_nlink > 0) return true;
+    }
+  } catch (const StoreError&) {
+    // A constructor that throws runs no destructor.
+    unlinkat(directory_.number(), temporary_.c_str(), 0);
+    throw;
+  }
+  unlinkat(directory_.number(), temporary_.c_str(), 0);
+  lock_.reset();
+  temporary_.clear();
+  return false;
+}
+
+void ReplacedFile::setPermissions() {
+  if (!hasOldFile_) return;
+  struct stat status = {};
+  if (fstat(descriptor(), &status) != 0) fail("The temporary file could not be examined", errno);
+  mode_t mode = oldMode_;
+  if (status.st_gid != oldGroup_ && fchown(descriptor(), static_cast<uid_t>(-1), oldGroup_) != 0) {
+    // What the old group was allowed must not become another group's right.
+    mode = (mode & ~mode_t{070}) | ((mode & 07) << 3);
+  }
+  if (status.st_uid != oldOwner_ && fchown(descriptor(), oldOwner_, static_cast<gid_t>(-1)) != 0 &&
+      errno != EPERM) {
+    fail("The new file's owner could not be set", errno);
+  }
+  if (fchmod(descriptor(), mode) != 0) fail("The new file's permissions could not be set", errno);
+}
+
+void ReplacedFile::flushBuffer() {
+  writeThrough(buffer_, bufferOffset_);
+  buffer_.clear();
+}
+
+void ReplacedFile::writeThrough(std::string_view bytes, std::uint64_t offset) {
+  while (!bytes.empty()) {
+    const ssize_t written = uninterrupted([&] {
+      return pwrite(descriptor(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
+    });
+    if (written < 0) fail("The new file could not be written", errno);
+    // Neither progress nor an error: without this the loop might never end.
+    if (written == 0) fail("The new file could not be written", EIO);
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+    offset += static_cast<std::uint64_t>(written);
+  }
+}
+
+}  // namespace vornwout

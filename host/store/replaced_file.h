@@ -1,0 +1,81 @@
+// Writes a file anew so that at every moment the old file or the new one is there, whole.
+//
+// The bytes go to a temporary file beside the target; commit() flushes it to the disk, renames it
+// over the target and flushes the directory. Until then the target is not touched. Names are
+// resolved against the open directory, so that moving it away in the meantime harms nothing.
+//
+// The temporary is locked from its first moment (file_lock.h). A process that was killed holds no
+// locks: the next save of the same file removes the temporaries that it finds unlocked. After the
+// rename the same lock guards the new file, and goes to the caller.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <sys/types.h>
+
+#include "host/store/file_descriptor.h"
+#include "host/store/file_lock.h"
+
+namespace vornwout {
+
+/// All members throw StoreError of the kind kNotWritten.
+class ReplacedFile {
+ public:
+  /// Makes the temporary file. A symbolic link stays one: the file that it names is replaced. The
+  /// new file gets the old one's permissions, and its owner and group where the system allows it;
+  /// without an old file those of any new file.
+  explicit ReplacedFile(const std::string& path);
+  /// Removes the temporary file, unless it has become the target.
+  ~ReplacedFile();
+  ReplacedFile(const ReplacedFile&) = delete;
+  ReplacedFile& operator=(const ReplacedFile&) = delete;
+
+  /// Writes at the current offset and moves it on.
+  void write(std::string_view bytes);
+  void seek(std::uint64_t offset) { offset_ = offset; }
+  std::uint64_t tell() const { return offset_; }
+  /// Number of bytes written so far, up to the last one.
+  std::uint64_t size() const { return size_; }
+
+  /// A file without a name on the same file system, for what must wait; it is gone when it is
+  /// closed, or when the process ends.
+  FileDescriptor makeScratchFile() const;
+
+  /// Puts the file in the target's place. Gives the lock on the new file, for whoever wants to keep
+  /// it; nothing where the file system has no locks. When the directory could not be flushed it
+  /// throws although the new file is already in place, whole.
+  std::optional<FileLock> commit();
+
+ private:
+  void resolve(const std::string& path);
+  void examineOldFile();
+  void removeLeftBehind();
+  void createTemporary();
+  bool tryCreateTemporary();
+  void setPermissions();
+  void flushBuffer();
+  void writeThrough(std::string_view bytes, std::uint64_t offset);
+  int descriptor() const { return lock_ ? lock_->descriptor() : unlocked_.number(); }
+
+  std::string name_;             // of the target, within its directory
+  std::string temporaryPrefix_;  // with which the names of its temporaries start
+  std::string temporary_;        // the temporary's name; empty when there is none
+  FileDescriptor directory_;
+  FileDescriptor unlocked_;  // the temporary, where the file system has no locks
+  std::optional<FileLock> lock_;
+
+  bool hasOldFile_ = false;
+  mode_t oldMode_ = 0;
+  uid_t oldOwner_ = 0;
+  gid_t oldGroup_ = 0;
+
+  std::string buffer_;  // what is not written yet; it stands at bufferOffset_
+  std::uint64_t bufferOffset_ = 0;
+  std::uint64_t offset_ = 0;
+  std::uint64_t size_ = 0;
+};
+
+}  // namespace vornwout

@@ -1,0 +1,117 @@
+#include "runner/password_command.h"
+
+#include <cstdio>
+#include <iostream>
+#include <optional>
+#include <string>
+
+#include <fmt/format.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include "host/store/password_form.h"
+#include "host/store/store_error.h"
+#include "runner/run_options.h"
+#include "runner/standard_streams.h"
+
+namespace vornwout {
+namespace {
+
+/// What OUTPUT SAVE takes at most.
+constexpr std::size_t kMaxPasswordBytes = 10;
+
+constexpr const char* kExplanation =
+    "Reads a password (on a terminal twice, and not shown; otherwise one line of standard input)\n"
+    "and prints its encrypted form, two digits for each byte, for\n"
+    "  OUTPUT SAVE OUTFILE='report.qxv' /PASSPROTECT PASSWORD='...' ENCRYPTEDPW=YES.\n"
+    "and OUTPUT OPEN FILE='report.qxv' PASSWORD='...'.\n"
+    "\n"
+    "The form belongs to a key of this user, which is made on first use and kept in\n"
+    "$XDG_CONFIG_HOME/vornwout/password-key, or ~/.config/vornwout/password-key, readable by\n"
+    "the user alone. Copy that file to wherever the jobs run.\n"
+    "\n"
+    "It protects the password from whoever reads the job file. It does not protect it from\n"
+    "whoever reads the key as well; the length shows, and equal passwords have equal forms.\n"
+    "The document itself is encrypted with the readable password, by AES-256: who gets that\n"
+    "opens it with any zip program.";
+
+/// Turns off what a terminal shows of the keys, while it lives.
+class HiddenInput {
+ public:
+  HiddenInput() {
+    isChanged_ = tcgetattr(STDIN_FILENO, &before_) == 0;
+    if (!isChanged_) return;
+    termios hidden = before_;
+    hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+    isChanged_ = tcsetattr(STDIN_FILENO, TCSAFLUSH, &hidden) == 0;
+  }
+  ~HiddenInput() {
+    if (isChanged_) tcsetattr(STDIN_FILENO, TCSAFLUSH, &before_);
+  }
+  HiddenInput(const HiddenInput&) = delete;
+  HiddenInput& operator=(const HiddenInput&) = delete;
+
+ private:
+  bool isChanged_ = false;
+  termios before_{};
+};
+
+std::optional<std::string> askOnTerminal(const char* prompt) {
+  std::cerr << prompt << std::flush;
+  std::string line;
+  const bool isRead = static_cast<bool>(std::getline(std::cin, line));
+  std::cerr << '\n';
+  return isRead ? std::optional(std::move(line)) : std::nullopt;
+}
+
+/// The password, or why there is none.
+struct Answer {
+  std::string password;
+  std::string problem;
+};
+
+Answer readPassword() {
+  Answer answer;
+  if (isatty(STDIN_FILENO) != 0) {
+    const HiddenInput hidden;
+    const auto first = askOnTerminal("Password: ");
+    const auto second = first ? askOnTerminal("The same again: ") : std::nullopt;
+    if (!second) return {{}, "No password was given."};
+    if (*first != *second) return {{}, "The two passwords differ."};
+    answer.password = *first;
+  } else {
+    if (!std::getline(std::cin, answer.password)) return {{}, "No password was given."};
+    if (answer.password.ends_with('\r')) answer.password.pop_back();
+  }
+  if (answer.password.empty()) return {{}, "The password is empty."};
+  if (answer.password.size() > kMaxPasswordBytes) {
+    return {{},
+            fmt::format("The password has {} bytes; OUTPUT SAVE takes {} at most.",
+                        answer.password.size(), kMaxPasswordBytes)};
+  }
+  return answer;
+}
+
+}  // namespace
+
+void addPasswordCommand(CLI::App& application) {
+  application.add_subcommand("password", "Encrypt a password for a job file")->footer(kExplanation);
+}
+
+int runPasswordCommand() {
+  Answer answer = readPassword();
+  if (!answer.problem.empty()) return refuse(answer.problem);
+  try {
+    const std::string path = defaultPasswordKeyPath();
+    const bool isNew = access(path.c_str(), F_OK) != 0;
+    const std::string form = encryptPassword(PasswordKey::loadOrCreate(path), answer.password);
+    OPENSSL_cleanse(answer.password.data(), answer.password.size());
+    if (isNew) std::cerr << fmt::format("Made the key {}.\n", path);
+    std::cout << form << '\n';
+    return kExitSuccess;
+  } catch (const StoreError& error) {
+    return refuse(error.what());
+  }
+}
+
+}  // namespace vornwout

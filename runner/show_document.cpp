@@ -1,0 +1,209 @@
+#include "runner/show_document.h"
+
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include "host/document/content_view.h"
+#include "host/document/outline.h"
+#include "host/store/document_store.h"
+#include "host/store/store_error.h"
+#include "runner/document_json.h"
+#include "runner/password_file.h"
+#include "runner/run_options.h"
+#include "runner/standard_streams.h"
+#include "runner/terminal/content_printer.h"
+#include "runner/terminal/heading_line.h"
+#include "runner/terminal/outline_printer.h"
+#include "runner/terminal/pager.h"
+#include "runner/terminal/progress.h"
+
+namespace vornwout {
+namespace {
+
+constexpr int kWidest = 10'000;
+
+/// The entries of an outline that an option asks for: all, or one with what stands below it.
+using Entries = std::vector<OutlineEntry>;
+
+Entries chosenEntries(Entries entries, std::optional<std::size_t> object) {
+  if (!object) return entries;
+  const auto first = static_cast<std::ptrdiff_t>(*object - 1);
+  const auto last = static_cast<std::ptrdiff_t>(entries[*object - 1].nextNumber - 1);
+  Entries chosen(entries.begin() + first, entries.begin() + last);
+  // Who names an object wants to see it, hidden or not, and below it what is not hidden itself.
+  std::vector<bool> isShownAbove = {true};
+  const int top = chosen.front().depth;
+  chosen.front().isLast = true;
+  for (OutlineEntry& entry : chosen) {
+    const auto depth = static_cast<std::size_t>(entry.depth - top);
+    isShownAbove.resize(depth + 1);
+    entry.isShown = isShownAbove[depth] && (depth == 0 || entry.object->visible);
+    isShownAbove.push_back(entry.isShown);
+  }
+  return chosen;
+}
+
+int writeRaw(std::ostream& out, const OutlineEntry& entry, bool isTerminal) {
+  try {
+    const ContentView content(entry.object->content);
+    const auto* media = std::get_if<MediaContent>(&*content);
+    if (media == nullptr) {
+      return refuse(fmt::format("Object {} holds a {}; --raw writes charts and models.",
+                                entry.number, objectTypeName(entry.object->type)));
+    }
+    // The bytes come from anywhere, and a terminal obeys some of them.
+    if (isTerminal) return refuse("--raw does not write to a terminal: add > and a file's name.");
+    if (media->bytes != nullptr) out << *media->bytes;
+    return kExitSuccess;
+  } catch (const StoreError& error) {
+    std::cerr << fmt::format("vornwout: error: Object {} cannot be read. {}\n", entry.number,
+                             error.what());
+    return kExitErrors;
+  }
+}
+
+/// Shows objects one after the other, each below an empty line.
+int writeContents(std::ostream& out, const Entries& entries, const std::string& file,
+                  const TerminalStyle& style, bool hasOutput) {
+  bool isWhole = true;
+  const auto separate = [&] {
+    if (std::exchange(hasOutput, true)) out << '\n';
+  };
+  for (const OutlineEntry& entry : entries) {
+    // A reader who has left the pager needs no more of it.
+    if (!out) break;
+    if (!entry.isShown) continue;
+    const DocumentObject& object = *entry.object;
+    if (object.type == ObjectType::kHeading) {
+      separate();
+      printHeading(out, object.index.empty() ? object.label : object.index + " " + object.label,
+                   style);
+      continue;
+    }
+    try {
+      const ContentView content(object.content);
+      if (std::holds_alternative<std::monostate>(*content)) continue;
+      separate();
+      isWhole = printContent(out, object, *content, {file, entry.number}, style) && isWhole;
+    } catch (const StoreError& error) {
+      separate();
+      printRefusal(out, fmt::format("Object {} cannot be read. {}", entry.number, error.what()),
+                   style);
+      isWhole = false;
+    }
+  }
+  return isWhole ? kExitSuccess : kExitErrors;
+}
+
+std::unique_ptr<Document> open(const ShowOptions& options) {
+  OpenOptions how;
+  if (!options.passwordFile.empty()) {
+    std::variant<std::string, PasswordFileError> password = readPasswordFile(options.passwordFile);
+    if (const auto* error = std::get_if<PasswordFileError>(&password)) {
+      refuse(error->text);
+      return nullptr;
+    }
+    how.password = std::get<std::string>(std::move(password));
+  }
+  const TerminalFacts facts = readTerminalFacts(STDERR_FILENO);
+  std::optional<ProgressBar> bar;
+  std::optional<ProgressRegistration> registration;
+  if (ProgressBar::isWanted(facts, false)) {
+    registration.emplace(bar.emplace(std::cerr, chooseStyle(StyleMode::kAuto, facts)));
+  }
+  try {
+    return openDocument(options.file, how);
+  } catch (const StoreError& error) {
+    if (bar) bar->hide();
+    std::string text = fmt::format("{} cannot be opened. {}", options.file, error.what());
+    if (error.kind() == StoreError::Kind::kWrongPassword) {
+      text += options.passwordFile.empty() ? " Give its password with --password-file." : "";
+    }
+    refuse(text);
+    return nullptr;
+  }
+}
+
+std::optional<std::string> variable(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::nullopt : std::optional<std::string>(value);
+}
+
+}  // namespace
+
+void addShowCommand(CLI::App& application, ShowOptions& options) {
+  CLI::App* show = application.add_subcommand("show", "Show a document's outline and contents");
+  show->add_option("file", options.file, "A document, QXV or QXW")->required()->type_name("FILE");
+  auto* outline = show->add_flag("--outline", options.outline, "Show the outline only");
+  auto* object = show->add_option("--object", options.object,
+                                  "Show one object only, by its number in the outline");
+  object->type_name("NUMBER");
+  auto* raw = show->add_flag("--raw", options.raw, "Write the bytes of a chart or model");
+  auto* json = show->add_flag("--json", options.json, "Write JSON, for other programs");
+  raw->needs(object)->excludes(json)->excludes(outline);
+  show->add_option("--password-file", options.passwordFile,
+                   "Read the document's password from FILE; - is standard input")
+      ->type_name("FILE");
+  show->add_option("--width", options.width, "Columns to fit into (default: the terminal's)")
+      ->check(CLI::Range(1, kWidest))
+      ->type_name("NUMBER");
+  show->add_option("--color", options.color, "Colours: auto (default), always or never")
+      ->check(CLI::IsMember({"auto", "always", "never"}))
+      ->type_name("WHEN");
+  show->add_flag("--no-pager", options.noPager, "Do not turn pages on a terminal");
+  show->footer(
+      "On a terminal the output is shown by $VORNWOUT_PAGER, $PAGER or less.\n"
+      "Exit status: 0, 1 when a part of the document could not be read, 2 for wrong usage or a\n"
+      "file that cannot be opened.");
+}
+
+int showDocument(std::ostream& out, const Document& document, const ShowOptions& options,
+                 const TerminalStyle& style, bool isTerminal) {
+  Entries all = outlineOf(document.root());
+  if (options.object && (*options.object < 1 || *options.object > all.size())) {
+    return refuse(all.empty() ? std::string("The document has no objects.")
+                              : fmt::format("There is no object {}; the document has {}.",
+                                            *options.object, all.size()));
+  }
+  const Entries entries = chosenEntries(std::move(all), options.object);
+  if (options.raw) return writeRaw(out, entries.front(), isTerminal);
+  if (options.json) {
+    const bool isWhole =
+        writeDocumentJson(out, entries, {options.file, !options.outline, isTerminal});
+    return isWhole ? kExitSuccess : kExitErrors;
+  }
+  bool hasOutput = false;
+  if (!options.object || options.outline) {
+    printRule(out, options.file, style);
+    out << '\n';
+    if (entries.empty()) out << "The document has no objects.\n";
+    printOutline(out, entries, style);
+    hasOutput = true;
+  }
+  if (options.outline) return kExitSuccess;
+  return writeContents(out, entries, options.file, style, hasOutput);
+}
+
+int runShow(const ShowOptions& options) {
+  const std::unique_ptr<Document> document = open(options);
+  if (document == nullptr) return kExitUsage;
+  const TerminalFacts facts = readTerminalFacts(STDOUT_FILENO);
+  TerminalStyle style =
+      chooseStyle(parseStyleMode(options.color).value_or(StyleMode::kAuto), facts);
+  if (options.width > 0) style.width = options.width;
+  std::unique_ptr<Pager> pager;
+  if (!options.noPager && !options.raw) {
+    if (const auto command = pagerCommand(facts, variable)) pager = Pager::start(*command);
+  }
+  std::ostream& out = pager != nullptr ? pager->out() : std::cout;
+  return showDocument(out, *document, options, style, facts.isTerminal);
+}
+
+}  // namespace vornwout

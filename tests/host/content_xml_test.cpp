@@ -1,0 +1,183 @@
+// What content_writer.h writes and content_reader.h reads.
+#include <limits>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/store/content_reader.h"
+#include "host/store/content_writer.h"
+#include "host/store/store_error.h"
+#include "host/store/xml_reader.h"
+#include "tests/support/generated_documents.h"
+#include "tests/support/pivot_tables.h"
+
+namespace vornwout {
+namespace {
+
+std::string written(const ObjectContent& content) {
+  std::string out;
+  XmlWriter xml(out);
+  writeContent(xml, 7, content);
+  return out;
+}
+
+ObjectContent read(std::string bytes) {
+  pugi::xml_document xml;
+  parseXml(bytes, xml);
+  return readContent(xml.document_element());
+}
+
+/// The reason for which a content is refused; empty when it is read.
+std::string refusal(const std::string& bytes) {
+  try {
+    read(bytes);
+    return {};
+  } catch (const StoreError& error) {
+    EXPECT_EQ(error.kind(), StoreError::Kind::kDamaged);
+    return error.what();
+  }
+}
+
+TEST(ContentXml, AnyContentComesBackAsItWas) {
+  for (unsigned int seed = 0; seed < 2000; ++seed) {
+    DocumentGenerator generator(seed);
+    const DocumentObject object = generator.object();
+    const ObjectContent& content = object.content.get();
+    const std::string xml = written(content);
+    EXPECT_TRUE(sameContent(read(xml), content)) << "seed " << seed << "\n" << xml;
+  }
+}
+
+TEST(ContentXml, AUsualCellIsOneElementWithItsValue) {
+  PivotTable table;
+  table.dimensions = {makeDimension("Region", PivotPlace::kRows, 1, {"North", "South"})};
+  CellText value = numberCell(12.5);
+  value.format.display = parseDisplayFormat("F8.1");
+  addCell(table, {1}, value);
+  addCell(table, {0}, textCell("a < b"));
+  EXPECT_EQ(written(std::make_shared<const PivotTable>(table)),
+            "<table object=\"7\" cells=\"2\">\n<title/><subtype/>\n"
+            "<dimension place=\"rows\" index=\"1\">\n<label>Region</label>\n"
+            "<category>North</category>\n<category>South</category>\n</dimension>\n"
+            "<cell at=\"1\" format=\"F8.1\" value=\"12.5\"/>\n"
+            "<cell at=\"0\">a &lt; b</cell>\n</table>");
+}
+
+TEST(ContentXml, NumbersThatAreNoneHaveTheirNamesOfXmlSchema) {
+  NotesContent notes;
+  notes.entries = {{numberCell(std::numeric_limits<double>::infinity()),
+                    numberCell(-std::numeric_limits<double>::infinity())},
+                   {numberCell(std::numeric_limits<double>::quiet_NaN()), textCell("")}};
+  const std::string xml = written(notes);
+  EXPECT_THAT(xml, testing::HasSubstr("<label value=\"INF\"/><value value=\"-INF\"/>"));
+  const auto back = std::get<NotesContent>(read(xml));
+  EXPECT_TRUE(std::isnan(back.entries.at(1).label.number));
+}
+
+TEST(ContentXml, SecretsAreNotWritten) {
+  CellText secret = textCell("s3cret");
+  secret.secret = true;
+  CellText message;
+  message.kind = CellText::Kind::kComposite;
+  message.text = "^1";
+  message.arguments = {secret};
+  const std::string xml = written(NotesContent{{{secret, message}}});
+  EXPECT_THAT(xml, testing::Not(testing::HasSubstr("s3cret")));
+  EXPECT_THAT(xml, testing::HasSubstr("<label>***</label>"));
+}
+
+TEST(ContentXml, TextsThatXmlCannotHoldAreBase64) {
+  EXPECT_EQ(written(LogContent{"\x01"}), "<log object=\"7\" encoding=\"base64\">AQ==</log>");
+  EXPECT_EQ(written(LogContent{"a\r\n"}), "<log object=\"7\">a&#13;\n</log>");
+  EXPECT_EQ(written(LogContent{" "}), "<log object=\"7\"> </log>");
+  TextContent text;
+  text.paragraphs = {{TextParagraph::Kind::kPlain, 0, 0, {{"x", {}, "\x02\xff"}}}};
+  EXPECT_THAT(written(text), testing::HasSubstr("<run link-base64=\"Av8=\">x</run>"));
+}
+
+TEST(ContentXml, WhatIsNoContentIsRefusedWithTheElement) {
+  const std::string d = "<dimension><label/><category>a</category></dimension>";
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"<nothing/>", "nothing: no content has this name"},
+      {"<table><dog/></table>", "table: it holds an element dog"},
+      {"<table>" + d + "<cell at='1' value='1'/></table>",
+       "cell: it does not stand in one category of every dimension"},
+      {"<table>" + d + "<cell at='' value='1'/></table>",
+       "cell: it does not stand in one category of every dimension"},
+      {"<table>" + d + "<cell at='-1' value='1'/></table>",
+       "cell: it does not stand in one category of every dimension"},
+      {"<table>" + d + "<cell at='0 0' value='1'/></table>",
+       "cell: it stands in more dimensions than the table has"},
+      {"<table>" + d + "<cell at='0' value='one'/></table>", "cell: a value is not a number"},
+      {"<table>" + d + "<cell at='0' value='nan'/></table>", "cell: a value is not a number"},
+      {"<table>" + d + "<cell at='0' value='1e999'/></table>", "cell: a value is not a number"},
+      {"<table>" + d + "<cell at='0' value=''/></table>", "cell: a value is not a number"},
+      {"<table>" + d + "<cell at='0' value='1' format='Q9'/></table>",
+       "cell: Q9 is no display format"},
+      {"<table>" + d + "<cell at='0' bold='yes'/></table>",
+       "cell: its bold is neither true nor false"},
+      {"<table>" + d + "<cell at='0'><content/><dog/></cell></table>",
+       "cell: it holds an element dog"},
+      {"<table>" + d + "<cell at='0'/>" + d + "</table>",
+       "table: a dimension stands behind a cell"},
+      {"<table><dimension><dog/></dimension></table>", "dimension: it holds an element dog"},
+      {"<table><dimension><category parent='0'/></dimension></table>",
+       "category: a number is not an integer, or out of bounds"},
+      {"<table><dimension><category/><category parent='0'/></dimension></table>",
+       "category: its parent is no group"},
+      {"<table><dimension><category statistic='x'/></dimension></table>",
+       "category: its statistic is unknown"},
+      {"<table><dimension place='x'/></table>",
+       "dimension: a number is not an integer, or out of bounds"},
+      {"<table cells='-1'/>", "table: a number is not an integer, or out of bounds"},
+      {"<table min-column-width='99999999999'/>",
+       "table: a number is not an integer, or out of bounds"},
+      {"<notes><dog/></notes>", "notes: it holds an element dog"},
+      {"<message severity='dog'/>", "message: its severity is unknown"},
+      {"<message/>", "message: its severity is unknown"},
+      {"<message severity='error' line='-1'/>",
+       "message: a number is not an integer, or out of bounds"},
+      {"<text><dog/></text>", "text: it holds an element dog"},
+      {"<text><paragraph kind='dog'/></text>", "paragraph: its kind is unknown"},
+      {"<text><paragraph><dog/></paragraph></text>", "paragraph: it holds an element dog"},
+      {"<log encoding='rot13'>x</log>", "log: its encoding is unknown"},
+      {"<log encoding='base64'>AQ=</log>", "log: its base64 is not whole"},
+      {"<log encoding='base64'>A?==</log>", "log: its base64 has other characters"},
+      {"<log encoding='base64'>=AAA</log>", "log: its base64 has other characters"},
+      {"<notes><note><label kind='composite'><dog/></label></note></notes>",
+       "label: it holds an element dog"},
+  };
+  for (const auto& [xml, reason] : cases) EXPECT_EQ(refusal(xml), reason) << xml;
+}
+
+TEST(ContentXml, ArgumentsWithinArgumentsHaveAnEnd) {
+  std::string open;
+  std::string close;
+  for (int i = 0; i < 40; ++i) {
+    open += "<argument kind='composite'>";
+    close += "</argument>";
+  }
+  EXPECT_EQ(
+      refusal("<notes><note><label kind='composite'>" + open + close + "</label></note></notes>"),
+      "argument: its arguments are nested too deeply");
+}
+
+TEST(ParseXml, RefusesWhatIsNotWellFormedWithItsLine) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"<log>\n\n</lag>", "near line 3: start-end tags mismatch"},
+      {"<log>\n\xC3(</log>", "line 2 is not valid UTF-8"},
+      {"<!DOCTYPE log [<!ENTITY a \"aaaa\">]><log>&a;</log>", "it has a document type declaration"},
+      {"", "near line 1: no document element found"},
+  };
+  for (const auto& [xml, reason] : cases) EXPECT_EQ(refusal(xml), reason) << xml;
+}
+
+TEST(ParseXml, RefusesMoreElementsThanMemoryShouldHold) {
+  std::string xml = "<text>";
+  for (std::size_t i = 0; i < kMaxXmlNodes; ++i) xml += "<a>";
+  EXPECT_EQ(refusal(xml), "it has too many elements");
+}
+
+}  // namespace
+}  // namespace vornwout

@@ -1,0 +1,283 @@
+#include "host/export/html/document_page.h"
+
+#include <memory>
+#include <regex>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/store/store_error.h"
+#include "tests/support/pivot_tables.h"
+
+namespace vornwout {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+DocumentObject object(ObjectType type, std::string label, ObjectContent content = {}) {
+  DocumentObject result;
+  result.type = type;
+  result.label = std::move(label);
+  result.content = std::move(content);
+  return result;
+}
+
+DocumentObject heading(std::string label, std::vector<DocumentObject> children) {
+  DocumentObject result = object(ObjectType::kHeading, std::move(label));
+  result.children = std::move(children);
+  return result;
+}
+
+MediaContent media(std::string type, std::string bytes) {
+  return {std::move(type), std::make_shared<const std::string>(std::move(bytes))};
+}
+
+std::shared_ptr<PivotTable> smallTable(const std::string& text) {
+  auto table = std::make_shared<PivotTable>();
+  table->title = textCell(text);
+  table->caption = textCell(text);
+  table->footnotes = {textCell(text)};
+  table->dimensions = {makeDimension(text, PivotPlace::kRows, 1, {text, "b"}),
+                       makeDimension(text, PivotPlace::kColumns, 1, {text}),
+                       makeDimension(text, PivotPlace::kLayers, 1, {text, "m"})};
+  addCell(*table, {0, 0, 0}, textCell(text)).notes = {textCell(text)};
+  addCell(*table, {0, 0, 1}, numberCell(1));
+  return table;
+}
+
+std::string pageOf(std::vector<DocumentObject> objects, const PageOptions& options = {}) {
+  Document document(1, "doc", false);
+  for (DocumentObject& each : objects) document.append(std::move(each));
+  return renderPage(document, options);
+}
+
+/// The page behind its style sheet.
+std::string bodyOf(const std::string& page) { return page.substr(page.find("<body>")); }
+
+TEST(DocumentPage, HeadForbidsEverythingFromOutside) {
+  const std::string page = pageOf({});
+  EXPECT_THAT(page, testing::StartsWith(
+                        "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">"));
+  EXPECT_THAT(page,
+              HasSubstr("<meta http-equiv=\"Content-Security-Policy\" content=\"default-src "
+                        "&#39;none&#39;; img-src data:; style-src &#39;unsafe-inline&#39;; "));
+  EXPECT_THAT(page, HasSubstr("<title>doc</title>"));
+  EXPECT_THAT(page, HasSubstr("prefers-color-scheme:dark"));
+  EXPECT_THAT(page, HasSubstr("@media print"));
+  EXPECT_THAT(page, Not(HasSubstr("url(")));
+  EXPECT_THAT(page, Not(HasSubstr("@import")));
+  EXPECT_THAT(page, Not(HasSubstr("<nav"))) << "there is nothing to go to";
+}
+
+TEST(DocumentPage, TitleAndLanguageAreTheOptions) {
+  const std::string page = pageOf({}, {"A & B", "de"});
+  EXPECT_THAT(page, HasSubstr("<html lang=\"de\">"));
+  EXPECT_THAT(page, HasSubstr("<h1>A &amp; B</h1>"));
+  EXPECT_THAT(renderPage(Document(1, "", false)), HasSubstr("<h1>Output</h1>"));
+}
+
+TEST(DocumentPage, PageTitleAtTheBeginningIsTheHeadingAndIsSaidOnce) {
+  const DocumentObject title =
+      object(ObjectType::kPageTitle, "Figures", TextContent{{TextParagraph{}}});
+  const DocumentObject log = object(ObjectType::kLog, "L", LogContent{"x"});
+  const std::string page = pageOf({title, log});
+  EXPECT_THAT(page, HasSubstr("<title>Figures</title>"));
+  EXPECT_THAT(page, HasSubstr("<h1 id=\"o1\">Figures</h1>\n<div class=\"object\" id=\"o2\">"));
+  EXPECT_THAT(pageOf({log, title}), HasSubstr("<h1>doc</h1>"));
+  EXPECT_THAT(pageOf({title}, {"Other", "en"}),
+              HasSubstr("<h1>Other</h1>\n<div class=\"object\" id=\"o1\">"));
+}
+
+TEST(DocumentPage, HeadingsNestAsSectionsAndTheNavigationLeadsToEach) {
+  const std::string page =
+      pageOf({heading("A", {heading("B", {}), object(ObjectType::kLog, "L", LogContent{"x"})}),
+              heading("C", {})});
+  EXPECT_THAT(page,
+              HasSubstr("<section aria-labelledby=\"o1\">\n<h2 id=\"o1\">A</h2>\n"
+                        "<section aria-labelledby=\"o2\">\n<h3 id=\"o2\">B</h3>\n</section>\n"
+                        "<div class=\"object\" id=\"o3\">\n<pre><code>x</code></pre>\n</div>\n"
+                        "</section>\n<section aria-labelledby=\"o4\">"));
+  EXPECT_THAT(page, HasSubstr("<li class=\"heading\"><a href=\"#o1\">A</a>\n<ul>\n"
+                              "<li class=\"heading\"><a href=\"#o2\">B</a></li>\n"
+                              "<li><a href=\"#o3\">L</a></li>\n</ul></li>\n"
+                              "<li class=\"heading\"><a href=\"#o4\">C</a></li>\n</ul>"));
+}
+
+TEST(DocumentPage, HiddenObjectsAreLeftOut) {
+  DocumentObject secret = object(ObjectType::kLog, "hidden log", LogContent{"hidden text"});
+  secret.visible = false;
+  DocumentObject closed =
+      heading("closed", {object(ObjectType::kLog, "inner", LogContent{"inner text"})});
+  closed.visible = false;
+  const std::string body =
+      bodyOf(pageOf({secret, closed, object(ObjectType::kLog, "on", LogContent{"shown"})}));
+  EXPECT_THAT(body, HasSubstr("shown"));
+  for (const char* hidden : {"hidden log", "hidden text", "closed", "inner", "o1\"", "o2\""}) {
+    EXPECT_THAT(body, Not(HasSubstr(hidden)));
+  }
+}
+
+TEST(DocumentPage, EveryKindOfContentIsShown) {
+  MessageContent warning;
+  warning.severity = MessageSeverity::kWarning;
+  warning.text = "careful";
+  MessageContent note = warning;
+  note.severity = MessageSeverity::kInformation;
+  const std::string page =
+      pageOf({object(ObjectType::kWarning, "W", warning), object(ObjectType::kWarning, "I", note),
+              object(ObjectType::kWarning, "E", MessageContent{MessageSeverity::kError, "bad", {}}),
+              object(ObjectType::kNotes, "N", NotesContent{{{textCell("l"), numberCell(2)}}}),
+              object(ObjectType::kTable, "T", smallTable("t")),
+              object(ObjectType::kModel, "M", media("application/xml", "<m/>"))});
+  EXPECT_THAT(page, HasSubstr("<p class=\"message warning\"><strong>Warning</strong> careful</p>"));
+  EXPECT_THAT(page, HasSubstr("<p class=\"message\"><strong>Information</strong> careful</p>"));
+  EXPECT_THAT(page, HasSubstr("<p class=\"message error\"><strong>Error</strong> bad</p>"));
+  EXPECT_THAT(page, HasSubstr("<dt>l</dt><dd>2</dd>"));
+  EXPECT_THAT(page, HasSubstr("<h2 class=\"layer\">t: t</h2>"));
+  EXPECT_THAT(page, HasSubstr("<h2 class=\"layer\">t: m</h2>"));
+  EXPECT_THAT(page, HasSubstr("M: application/xml, 4 bytes. A browser does not show it."));
+}
+
+TEST(DocumentPage, ChartsAreDataWithAnAlternativeText) {
+  DocumentObject chart = object(ObjectType::kChart, "Sales \"2024\"",
+                                media("image/svg+xml", "<svg width='75pt' height='150pt'/>"));
+  EXPECT_THAT(
+      pageOf({chart}),
+      HasSubstr(
+          "<figure><img alt=\"Sales &quot;2024&quot;\" width=\"100\" height=\"200\" "
+          "src=\"data:image/svg+xml;base64,PHN2ZyB3aWR0aD0nNzVwdCcgaGVpZ2h0PScxNTBwdCcvPg==\">"
+          "</figure>"));
+  chart.size = ObjectSize{50, 0, true};
+  EXPECT_THAT(pageOf({chart}), HasSubstr("width=\"50\" height=\"100\""));
+  // A type that a browser would run, or that leaves the attribute, is no image.
+  for (const char* type : {"text/html", "image/svg+xml\" onload=\"x", "application/pdf"}) {
+    EXPECT_THAT(pageOf({object(ObjectType::kChart, "c", media(type, "x"))}),
+                Not(HasSubstr("<img")));
+  }
+}
+
+TEST(DocumentPage, TableThatCannotBeLaidOutSaysSo) {
+  auto broken = std::make_shared<PivotTable>();
+  addCell(*broken, {7}, textCell("x"));
+  EXPECT_THAT(pageOf({object(ObjectType::kTable, "T", broken)}),
+              HasSubstr("<p class=\"aside\">This table cannot be shown: a cell of the table"));
+}
+
+class BrokenSource : public ContentSource {
+ public:
+  ObjectContent load(std::uint64_t) override {
+    throw StoreError(StoreError::Kind::kDamaged, "The part 7 is damaged.");
+  }
+};
+
+TEST(DocumentPage, PartThatCannotBeReadIsAnError) {
+  Document document(1, "", false);
+  DocumentObject damaged;
+  damaged.content = LazyContent(LazyContent::Place{std::make_shared<BrokenSource>(), 7});
+  document.append(damaged);
+  EXPECT_THROW(renderPage(document), StoreError);
+}
+
+/// The tags of a page in the order in which they stand, with the names of their attributes: "p",
+/// "a href", "/p".
+std::vector<std::string> tagsOf(const std::string& html) {
+  static const std::regex tag("<(/?[a-z][a-z0-9]*(?: [a-z-]+(?:=\"[^\"<>]*\")?)*)>");
+  static const std::regex value("=\"[^\"]*\"");
+  std::vector<std::string> tags;
+  for (auto at = std::sregex_iterator(html.begin(), html.end(), tag); at != std::sregex_iterator();
+       ++at) {
+    tags.push_back(std::regex_replace((*at)[1].str(), value, ""));
+  }
+  return tags;
+}
+
+/// A document that says `text` in every place that takes one.
+std::string pageSaying(const std::string& text) {
+  TextContent words;
+  for (int kind = 0; kind < 6; ++kind) {
+    TextParagraph paragraph;
+    paragraph.kind = static_cast<TextParagraph::Kind>(kind);
+    paragraph.level = 1;
+    TextStyle style;
+    style.font = text;
+    style.color = text;
+    paragraph.runs = {{text, style, text}};
+    words.paragraphs.push_back(paragraph);
+  }
+  auto table = smallTable(text);
+  table->cells[0].textColor = text;
+  table->cells[0].backgroundColor = text;
+  auto untitled = std::make_shared<PivotTable>(*table);
+  untitled->titleHidden = true;
+  DocumentObject indexed = heading(
+      text, {object(ObjectType::kTable, text, table), object(ObjectType::kTable, text, untitled)});
+  indexed.index = text;
+  indexed.command = text;
+  indexed.subtype = text;
+  Document document(1, text, false);
+  document.append(indexed);
+  document.append(object(ObjectType::kText, text, words));
+  document.append(object(ObjectType::kLog, text, LogContent{text}));
+  document.append(
+      object(ObjectType::kNotes, text, NotesContent{{{textCell(text), textCell(text)}}}));
+  document.append(
+      object(ObjectType::kWarning, text, MessageContent{MessageSeverity::kError, text, {}}));
+  document.append(object(ObjectType::kChart, text, media("image/png", text)));
+  document.append(object(ObjectType::kModel, text, media(text, text)));
+  return bodyOf(renderPage(document, {text, text}));
+}
+
+TEST(DocumentPage, NoTextChangesWhatThePageIsMadeOf) {
+  // Harmless, and like the others neither a font's name nor a colour.
+  const std::vector<std::string> harmless = tagsOf(pageSaying("harm; less"));
+  ASSERT_GT(harmless.size(), 100U);
+  for (const char* text :
+       {"<script>alert(1)</script>", "\"><img src=x onerror=alert(1)>", "' onload='alert(1)",
+        "</style><script>x</script>", "-->", "]]>", "&lt;b&gt;", "<!--", "javascript:alert(1)",
+        "</title><b>", "</code></pre><hr>", "\xFF\xFE<", "\x01<\x02", "<svg/onload=alert(1)>"}) {
+    SCOPED_TRACE(text);
+    const std::string page = pageSaying(text);
+    EXPECT_EQ(tagsOf(page), harmless);
+    EXPECT_THAT(page, Not(HasSubstr("href=\"javascript")));
+    EXPECT_THAT(page, Not(HasSubstr("<script")));
+  }
+}
+
+TEST(DocumentPage, ElementsNestAndIdsAreUnique) {
+  const std::string page = pageSaying("harmless");
+  const std::set<std::string> empty = {"img", "br", "hr", "meta"};
+  std::vector<std::string> open;
+  for (const std::string& whole : tagsOf(page)) {
+    const std::string tag = whole.substr(0, whole.find(' '));
+    if (empty.contains(tag)) continue;
+    if (tag[0] != '/') {
+      open.push_back(tag);
+    } else if (tag != "/html") {
+      ASSERT_FALSE(open.empty()) << tag;
+      EXPECT_EQ("/" + open.back(), tag);
+      open.pop_back();
+    }
+  }
+  EXPECT_THAT(open, testing::IsEmpty());
+  static const std::regex idAttribute(" id=\"([^\"]*)\"");
+  std::set<std::string> ids;
+  for (auto at = std::sregex_iterator(page.begin(), page.end(), idAttribute);
+       at != std::sregex_iterator(); ++at) {
+    EXPECT_TRUE(ids.insert((*at)[1]).second) << (*at)[1];
+  }
+  // Whatever is referred to is there.
+  static const std::regex reference(" (?:headers|aria-labelledby|href)=\"#?([^\"]*)\"");
+  for (auto at = std::sregex_iterator(page.begin(), page.end(), reference);
+       at != std::sregex_iterator(); ++at) {
+    std::istringstream names((*at)[1]);
+    for (std::string name; names >> name;) EXPECT_TRUE(ids.contains(name)) << name;
+  }
+}
+
+}  // namespace
+}  // namespace vornwout

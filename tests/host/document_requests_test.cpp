@@ -1,0 +1,322 @@
+// OUTPUT OPEN and OUTPUT SAVE as requests to the embedded host's controller.
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "host/controller/output_controller.h"
+#include "host/store/container_reader.h"
+#include "host/store/document_store.h"
+#include "host/store/password_form.h"
+#include "host/store/store_error.h"
+#include "platform/text/encoding.h"
+#include "tests/support/scratch_directory.h"
+
+namespace vornwout {
+namespace {
+
+using Lock = OutputDocumentLock;
+
+struct FileRequestFields {
+  std::string name;
+  std::string path;
+  Lock lock = Lock::kUnspecified;
+  OutputDocumentMinimized minimized = OutputDocumentMinimized::kNo;
+  OutputDocumentType type = OutputDocumentType::kUnspecified;
+  std::string password;
+  OutputDocumentEncryptPW encryptPassword = OutputDocumentEncryptPW::kNo;
+  YesNoEnum storeModel = YesNoEnum::kYes;
+};
+
+class DocumentRequestsTest : public testing::Test {
+ protected:
+  DocumentRequestsTest() { setenv("XDG_CONFIG_HOME", (folder_.file("config")).c_str(), 1); }
+  ~DocumentRequestsTest() override { unsetenv("XDG_CONFIG_HOME"); }
+
+  /// The answer: empty when the request was carried out, else the message with its argument.
+  std::string send(OutputControllerCommand command, const FileRequestFields& fields,
+                   OutputController* controller = nullptr) {
+    VornwMsgOutputControllerResponse response;
+    const VornwMsgOutputControllerRequest request(
+        1, command, fields.name.c_str(), fields.path.c_str(), fields.lock, fields.minimized,
+        fields.type, fields.password.c_str(), fields.encryptPassword, fields.storeModel);
+    OutputController& target = controller != nullptr ? *controller : controller_;
+    if (target.SendRequest(request, response)) return {};
+    EXPECT_EQ(response.GetErrorSeverity(), 3);
+    std::string text(response.GetMsgString().view());
+    const std::string argument(response.GetArgumentString().view());
+    const std::size_t place = text.find("^1");
+    if (place != std::string::npos) text.replace(place, 2, argument);
+    return text;
+  }
+  std::string open(const FileRequestFields& fields) {
+    return send(OutputControllerCommand::kOpen, fields);
+  }
+  std::string save(const FileRequestFields& fields) {
+    return send(OutputControllerCommand::kSave, fields);
+  }
+  std::string close(const std::string& name) {
+    return send(OutputControllerCommand::kClose, {name});
+  }
+
+  /// Makes a document with one log and makes it active.
+  void make(const std::string& name, const std::string& text = "text") {
+    ASSERT_EQ(send(OutputControllerCommand::kNew, {name}), "");
+    DocumentObject log;
+    log.type = ObjectType::kLog;
+    log.label = name;
+    log.content = ObjectContent(LogContent{text});
+    controller_.activeDocument()->append(std::move(log));
+    controller_.activeDocument()->beginRun("BUILD");
+  }
+
+  std::string activeText() {
+    return controller_.activeDocument()->root().children.at(0).content.as<LogContent>()->text;
+  }
+
+  /// Whether another process could lock the file.
+  bool isFree(const std::string& path) {
+    const pid_t child = fork();
+    if (child == 0) _exit(FileLock::tryLock(path).has_value() ? 0 : 1);
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WEXITSTATUS(status) == 0;
+  }
+
+  ScratchDirectory folder_;
+  std::string path_ = folder_.file("report.qxv");
+  OutputController controller_;
+};
+
+TEST_F(DocumentRequestsTest, ASavedDocumentCanBeOpened) {
+  make("sales");
+  ASSERT_EQ(save({"sales", path_}), "");
+  ASSERT_EQ(open({"again", path_, Lock::kLocked, OutputDocumentMinimized::kYes}), "");
+  EXPECT_EQ(controller_.activeDocument()->name(), "again");
+  EXPECT_TRUE(controller_.activeDocument()->isMinimized());
+  EXPECT_EQ(activeText(), "text");
+  // The next run of a command gets the number behind the stored ones.
+  EXPECT_EQ(controller_.activeDocument()->beginRun("BUILD"), 2);
+}
+
+TEST_F(DocumentRequestsTest, BackslashesSeparateFolders) {
+  make("sales");
+  std::string path = path_;
+  std::replace(path.begin(), path.end(), '/', '\\');
+  ASSERT_EQ(save({"", path}), "");
+  EXPECT_TRUE(std::filesystem::exists(path_));
+  EXPECT_EQ(open({"", path}), "");
+}
+
+TEST_F(DocumentRequestsTest, PathsAreInTheCurrentEncoding) {
+  const ScopedEncoding encoding(Encoding::find("Shift-JIS"));
+  make("sales");
+  // The second byte of this character is the one of the backslash.
+  ASSERT_EQ(save({"", folder_.path() + "\\\x95\x5c.qxv"}), "");
+  EXPECT_TRUE(std::filesystem::exists(folder_.file("表.qxv")));
+}
+
+TEST_F(DocumentRequestsTest, SavingNeedsAnOpenDocument) {
+  EXPECT_EQ(save({"", path_}), "No output documents are open.");
+  EXPECT_EQ(save({"*", path_}), "No output documents are open.");
+  EXPECT_EQ(save({"sales", path_}), "There is no open output document named sales.");
+}
+
+TEST_F(DocumentRequestsTest, SavingTakesTheNamedDocumentElseTheActiveOne) {
+  make("first", "one");
+  make("second", "two");
+  ASSERT_EQ(save({"FIRST", path_}), "");
+  ASSERT_EQ(save({"", folder_.file("b.qxv")}), "");
+  ASSERT_EQ(open({"", path_}), "");
+  EXPECT_EQ(activeText(), "one");
+  ASSERT_EQ(open({"", folder_.file("b.qxv")}), "");
+  EXPECT_EQ(activeText(), "two");
+}
+
+TEST_F(DocumentRequestsTest, TheTypeIsTheGivenOneElseTheExtensions) {
+  make("sales");
+  const auto isPage = [](const std::string& path) {
+    return ContainerReader(path).contains("index.html");
+  };
+  ASSERT_EQ(save({"", folder_.file("a.qxw")}), "");
+  EXPECT_TRUE(isPage(folder_.file("a.qxw")));
+  ASSERT_EQ(save({"", folder_.file("b.dat")}), "");
+  EXPECT_FALSE(isPage(folder_.file("b.dat")));
+  FileRequestFields fields{"", folder_.file("c.qxw")};
+  fields.type = OutputDocumentType::kQxv;
+  ASSERT_EQ(save(fields), "");
+  EXPECT_FALSE(isPage(folder_.file("c.qxw")));
+  fields = {"", folder_.file("d.qxv")};
+  fields.type = OutputDocumentType::kQxw;
+  ASSERT_EQ(save(fields), "");
+  EXPECT_TRUE(isPage(folder_.file("d.qxv")));
+}
+
+TEST_F(DocumentRequestsTest, AnOpenedDocumentNeedsAFreeAndValidName) {
+  make("sales");
+  ASSERT_EQ(save({"", path_}), "");
+  EXPECT_EQ(open({"SALES", path_}), "An open output document is already named SALES.");
+  EXPECT_THAT(open({"1x", path_}), testing::StartsWith("1x is not a valid name"));
+  EXPECT_EQ(controller_.documents().size(), 1u);
+}
+
+TEST_F(DocumentRequestsTest, WhatCannotBeOpenedIsSaidAndOpensNothing) {
+  EXPECT_THAT(open({"", folder_.file("none.qxv"), Lock::kLocked}),
+              testing::MatchesRegex("The output document .*/none.qxv was not opened\\. .+\\."));
+  EXPECT_THAT(open({"", folder_.file("none.qxv"), Lock::kUnlocked}),
+              testing::MatchesRegex("The output document .*/none.qxv was not opened\\. .+\\."));
+  folder_.write("text.qxv", "no zip");
+  EXPECT_THAT(open({"", folder_.file("text.qxv")}),
+              testing::MatchesRegex("The output document .*/text.qxv was not opened\\. .+\\."));
+  EXPECT_THAT(open({"", folder_.path()}), testing::HasSubstr("was not opened. "));
+  EXPECT_TRUE(controller_.documents().empty());
+}
+
+TEST_F(DocumentRequestsTest, WhatCannotBeSavedIsSaid) {
+  make("sales");
+  EXPECT_THAT(save({"", folder_.file("none/report.qxv")}),
+              testing::MatchesRegex("The output document .*/report.qxv was not saved\\. .+\\."));
+}
+
+TEST_F(DocumentRequestsTest, APasswordOpensWhatItHasSaved) {
+  make("sales");
+  FileRequestFields fields{"", path_};
+  fields.password = "s3cret";
+  ASSERT_EQ(save(fields), "");
+  EXPECT_EQ(open({"", path_}),
+            "The output document " + path_ +
+                " was not opened. The file is encrypted, and no password was given.");
+  FileRequestFields wrong = fields;
+  wrong.password = "wr0ng!";
+  EXPECT_THAT(open(wrong), testing::AllOf(testing::HasSubstr("was not opened. The password"),
+                                          testing::Not(testing::HasSubstr("wr0ng!"))));
+  EXPECT_EQ(open(fields), "");
+}
+
+TEST_F(DocumentRequestsTest, AnEncryptedFormStandsForItsPassword) {
+  const PasswordKey key = PasswordKey::loadOrCreate(
+      (std::filesystem::create_directories(folder_.file("config/vornwout")),
+       defaultPasswordKeyPath()));
+  make("sales");
+  FileRequestFields fields{"", path_};
+  fields.password = encryptPassword(key, "s3cret");
+  fields.encryptPassword = OutputDocumentEncryptPW::kYes;
+  ASSERT_EQ(save(fields), "");
+  EXPECT_NO_THROW(openDocument(path_, {"s3cret"}));
+  EXPECT_EQ(open(fields), "");
+  FileRequestFields plain = fields;
+  plain.password = "s3cret";
+  EXPECT_EQ(open(plain), "");
+}
+
+TEST_F(DocumentRequestsTest, APasswordThatLooksLikeAFormIsTriedAsItStandsFirst) {
+  make("sales");
+  FileRequestFields fields{"", path_};
+  fields.password = "ABCD";
+  ASSERT_EQ(save(fields), "");
+  EXPECT_EQ(open(fields), "");
+}
+
+TEST_F(DocumentRequestsTest, AnEncryptedFormMustBeOneAndNeedsTheKey) {
+  make("sales");
+  FileRequestFields fields{"", path_};
+  fields.encryptPassword = OutputDocumentEncryptPW::kYes;
+  fields.password = "s3cret";
+  EXPECT_EQ(save(fields),
+            "The output document " + path_ +
+                " was not saved. Its password is not in the encrypted form that vornwout password "
+                "makes.");
+  fields.password = "ABCD";
+  EXPECT_THAT(save(fields), testing::HasSubstr("This user has no key for encrypted passwords"));
+  EXPECT_FALSE(std::filesystem::exists(path_));
+  // Neither saving nor opening makes a key.
+  EXPECT_FALSE(std::filesystem::exists(folder_.file("config/vornwout/password-key")));
+}
+
+TEST_F(DocumentRequestsTest, AnOpenedDocumentIsLockedUntilItIsClosed) {
+  make("sales");
+  ASSERT_EQ(save({"", path_}), "");
+  EXPECT_TRUE(isFree(path_));
+  ASSERT_EQ(open({"again", path_, Lock::kLocked}), "");
+  EXPECT_FALSE(isFree(path_));
+  ASSERT_EQ(close("again"), "");
+  EXPECT_TRUE(isFree(path_));
+  ASSERT_EQ(open({"again", path_, Lock::kUnlocked}), "");
+  EXPECT_TRUE(isFree(path_));
+}
+
+TEST_F(DocumentRequestsTest, ALockedFileIsRefusedAndCanBeReadUnlocked) {
+  make("sales");
+  ASSERT_EQ(save({"", path_}), "");
+  // Locks of two opens exclude each other within one process as well, so this stands for another.
+  const auto lock = FileLock::tryLock(path_);
+  ASSERT_TRUE(lock.has_value());
+  const std::string refusal = "The file " + path_ + " is locked by another process.";
+  EXPECT_EQ(open({"again", path_, Lock::kLocked}), refusal);
+  ASSERT_EQ(open({"again", path_, Lock::kUnlocked}), "");
+  EXPECT_EQ(activeText(), "text");
+  EXPECT_EQ(save({"again", path_}), refusal);
+  EXPECT_EQ(save({"again", folder_.file("other.qxv")}), "");
+}
+
+TEST_F(DocumentRequestsTest, TheSameFileOpenedTwiceIsRefusedWhileLocked) {
+  make("sales");
+  ASSERT_EQ(save({"", path_}), "");
+  ASSERT_EQ(open({"one", path_, Lock::kLocked}), "");
+  EXPECT_EQ(open({"two", path_, Lock::kLocked}),
+            "The file " + path_ + " is already open as an output document, and locked.");
+  ASSERT_EQ(open({"two", path_, Lock::kUnlocked}), "");
+  EXPECT_EQ(save({"two", path_}),
+            "The file " + path_ + " is open as another output document, and locked.");
+  EXPECT_EQ(save({"one", path_}), "");
+}
+
+TEST_F(DocumentRequestsTest, ALockGoesOnToTheNewFile) {
+  make("sales");
+  ASSERT_EQ(save({"", path_}), "");
+  ASSERT_EQ(open({"again", path_, Lock::kLocked}), "");
+  ASSERT_EQ(save({"again", path_}), "");
+  EXPECT_FALSE(isFree(path_));
+}
+
+TEST_F(DocumentRequestsTest, SavingCanTakeAndReleaseTheLock) {
+  make("sales");
+  ASSERT_EQ(save({"", path_, Lock::kLocked}), "");
+  EXPECT_FALSE(isFree(path_));
+  ASSERT_EQ(save({"", path_, Lock::kUnspecified}), "");
+  EXPECT_FALSE(isFree(path_));
+  ASSERT_EQ(save({"", path_, Lock::kUnlocked}), "");
+  EXPECT_TRUE(isFree(path_));
+}
+
+TEST_F(DocumentRequestsTest, AFileThatMayNotBeWrittenOpensUnlocked) {
+  if (geteuid() == 0) GTEST_SKIP() << "for root every file may be written";
+  make("sales");
+  ASSERT_EQ(save({"", path_}), "");
+  chmod(path_.c_str(), 0400);
+  EXPECT_EQ(open({"again", path_, Lock::kLocked}), "");
+}
+
+TEST_F(DocumentRequestsTest, ModelsAreStoredUnlessToldNot) {
+  make("sales");
+  DocumentObject model;
+  model.type = ObjectType::kModel;
+  model.content =
+      ObjectContent(MediaContent{"application/xml", std::make_shared<std::string>("<m/>")});
+  controller_.activeDocument()->append(std::move(model));
+  FileRequestFields fields{"", path_};
+  fields.storeModel = YesNoEnum::kNo;
+  ASSERT_EQ(save(fields), "");
+  EXPECT_EQ(openDocument(path_)->root().children.size(), 1u);
+  fields.storeModel = YesNoEnum::kYes;
+  ASSERT_EQ(save(fields), "");
+  EXPECT_EQ(openDocument(path_)->root().children.size(), 2u);
+}
+
+}  // namespace
+}  // namespace vornwout

@@ -1,0 +1,424 @@
+#include "host/store/document_store.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/store/container_reader.h"
+#include "host/store/container_writer.h"
+#include "host/store/store_error.h"
+#include "tests/support/generated_documents.h"
+#include "tests/support/scratch_directory.h"
+
+namespace vornwout {
+namespace {
+
+using Kind = StoreError::Kind;
+
+DocumentObject logObject(const std::string& label, const std::string& text) {
+  DocumentObject object;
+  object.type = ObjectType::kLog;
+  object.label = label;
+  object.content = ObjectContent(LogContent{text});
+  return object;
+}
+
+DocumentObject mediaObject(ObjectType type, const std::string& mediaType, std::string bytes) {
+  DocumentObject object;
+  object.type = type;
+  object.content =
+      ObjectContent(MediaContent{mediaType, std::make_shared<const std::string>(std::move(bytes))});
+  return object;
+}
+
+/// A document of logs that are large enough to fill several parts.
+Document documentOfLogs(int count, std::size_t size) {
+  Document document(1, "", false);
+  for (int i = 0; i < count; ++i) {
+    document.append(
+        logObject("log " + std::to_string(i), std::to_string(i) + std::string(size, 'x')));
+  }
+  return document;
+}
+
+std::vector<std::string> memberNames(const std::string& path) {
+  const ContainerReader reader(path);
+  std::vector<std::string> names;
+  for (const ContainerMember& member : reader.members()) names.push_back(member.name);
+  return names;
+}
+
+class DocumentStoreTest : public testing::Test {
+ protected:
+  /// The failure of opening the file; fails the test when it opens.
+  StoreError openingFails(const std::string& path, const OpenOptions& options = {}) {
+    try {
+      readAll(*openDocument(path, options));
+    } catch (const StoreError& error) {
+      return error;
+    }
+    ADD_FAILURE() << path << " opens";
+    return {Kind::kDamaged, ""};
+  }
+
+  static void readAll(const Document& document) { sameObject(document.root(), document.root()); }
+
+  /// A container with these members, as no program of ours would write it.
+  std::string container(const std::vector<std::pair<std::string, std::string>>& members) {
+    const std::string path = folder_.file("made.qxv");
+    ContainerWriter writer(path, {});
+    for (const auto& [name, bytes] : members) writer.add(name, bytes, true);
+    writer.commit();
+    return path;
+  }
+
+  ScratchDirectory folder_;
+  std::string path_ = folder_.file("report.qxv");
+};
+
+TEST_F(DocumentStoreTest, AnyDocumentComesBackEqualObjectByObject) {
+  for (unsigned int seed = 0; seed < 150; ++seed) {
+    DocumentGenerator generator(seed);
+    const auto document = generator.document(generator.upTo(40));
+    SaveOptions options;
+    if (generator.chance()) options.password = "s3cret";
+    if (generator.chance()) options.type = DocumentFileType::kQxw;
+    saveDocument(*document, path_, options);
+    const auto back = openDocument(path_, {options.password});
+    EXPECT_TRUE(sameObject(back->root(), document->root())) << "seed " << seed;
+    EXPECT_EQ(back->runs(), document->runs()) << "seed " << seed;
+  }
+}
+
+TEST_F(DocumentStoreTest, AnyChangeOfAStoredDocumentComesBack) {
+  for (unsigned int seed = 0; seed < 150; ++seed) {
+    DocumentGenerator generator(seed);
+    saveDocument(*generator.document(30), path_, {});
+    const auto document = openDocument(path_);
+    auto& children = document->root().children;
+    for (int changes = generator.upTo(5); changes > 0 && !children.empty(); --changes) {
+      const auto at =
+          static_cast<std::size_t>(generator.upTo(static_cast<int>(children.size()) - 1));
+      switch (generator.upTo(4)) {
+        case 0:
+          children.erase(children.begin() + static_cast<std::ptrdiff_t>(at));
+          break;
+        case 1: {
+          const DocumentObject copy = children[at];
+          children.push_back(copy);
+          break;
+        }
+        case 2:
+          children[at].label = generator.text();
+          break;
+        case 3:
+          children.push_back(generator.object(1));
+          break;
+        default:
+          children[at].children.push_back(logObject("new", generator.text()));
+          children[at].type = ObjectType::kHeading;
+      }
+    }
+    const DocumentObject expected = document->root();
+    saveDocument(*document, path_, {});
+    EXPECT_TRUE(sameObject(document->root(), expected)) << "seed " << seed;
+    EXPECT_TRUE(sameObject(openDocument(path_)->root(), expected)) << "seed " << seed;
+  }
+}
+
+TEST_F(DocumentStoreTest, OpeningReadsNoContent) {
+  Document document = documentOfLogs(20, 1000);
+  saveDocument(document, path_, {});
+  const auto back = openDocument(path_);
+  for (const DocumentObject& object : back->root().children) {
+    EXPECT_FALSE(object.content.isLoaded());
+  }
+  EXPECT_EQ(back->root().children.at(7).content.as<LogContent>()->text.front(), '7');
+  EXPECT_FALSE(back->root().children.at(8).content.isLoaded());
+}
+
+TEST_F(DocumentStoreTest, SmallContentsShareAPartAndALargeOneHasItsOwn) {
+  Document document = documentOfLogs(100, 100);
+  document.append(logObject("large", std::string(100'000, 'y')));
+  saveDocument(document, path_, {});
+  EXPECT_EQ(memberNames(path_), (std::vector<std::string>{"mimetype", "objects/000001.xml",
+                                                          "objects/000002.xml", "manifest.xml"}));
+}
+
+TEST_F(DocumentStoreTest, OneChangedObjectRewritesOnePart) {
+  Document made = documentOfLogs(60, 20'000);
+  saveDocument(made, path_, {});
+  const std::vector<std::string> before = memberNames(path_);
+  const auto document = openDocument(path_);
+  document->root().children.at(3).content.set(LogContent{"changed"});
+  saveDocument(*document, path_, {});
+  const std::vector<std::string> after = memberNames(path_);
+  std::vector<std::string> gone;
+  std::vector<std::string> added;
+  for (const std::string& name : before) {
+    if (std::find(after.begin(), after.end(), name) == after.end()) gone.push_back(name);
+  }
+  for (const std::string& name : after) {
+    if (std::find(before.begin(), before.end(), name) == before.end()) added.push_back(name);
+  }
+  EXPECT_EQ(gone, std::vector<std::string>{"objects/000001.xml"});
+  EXPECT_EQ(added.size(), 1u);
+  // What was taken over was not even read.
+  EXPECT_FALSE(document->root().children.at(50).content.isLoaded());
+  EXPECT_EQ(openDocument(path_)->root().children.at(3).content.as<LogContent>()->text, "changed");
+}
+
+TEST_F(DocumentStoreTest, AChangedLabelRewritesNoPart) {
+  Document made = documentOfLogs(60, 20'000);
+  saveDocument(made, path_, {});
+  const std::vector<std::string> before = memberNames(path_);
+  const auto document = openDocument(path_);
+  document->root().children.at(3).label = "another";
+  saveDocument(*document, path_, {});
+  EXPECT_EQ(memberNames(path_), before);
+  EXPECT_EQ(openDocument(path_)->root().children.at(3).label, "another");
+}
+
+TEST_F(DocumentStoreTest, ASavedDocumentIsTakenOverFromItsNewFile) {
+  Document document = documentOfLogs(60, 20'000);
+  saveDocument(document, path_, {});
+  const auto first = memberNames(path_);
+  saveDocument(document, folder_.file("second.qxv"), {});
+  EXPECT_EQ(memberNames(folder_.file("second.qxv")), first);
+}
+
+TEST_F(DocumentStoreTest, AnOpenDocumentReadsOnWhenItsFileIsReplaced) {
+  Document made = documentOfLogs(3, 10);
+  saveDocument(made, path_, {});
+  const auto document = openDocument(path_);
+  Document other = documentOfLogs(1, 20);
+  saveDocument(other, path_, {});
+  EXPECT_EQ(document->root().children.at(2).content.as<LogContent>()->text, "2xxxxxxxxxx");
+}
+
+TEST_F(DocumentStoreTest, ChartsAreMembersAsTheyAre) {
+  Document document(1, "", false);
+  document.append(mediaObject(ObjectType::kChart, "image/svg+xml", "<svg/>"));
+  document.append(mediaObject(ObjectType::kChart, "image/png", "PNG"));
+  document.append(mediaObject(ObjectType::kModel, "application/xml", "<m/>"));
+  saveDocument(document, path_, {});
+  EXPECT_EQ(memberNames(path_),
+            (std::vector<std::string>{"mimetype", "media/000001.svg", "media/000002.png",
+                                      "media/000003.bin", "manifest.xml"}));
+  EXPECT_EQ(ContainerReader(path_).read("media/000001.svg"), "<svg/>");
+}
+
+TEST_F(DocumentStoreTest, AnEncryptedDocumentHasFewMembers) {
+  Document document(1, "", false);
+  for (int i = 0; i < 50; ++i) {
+    document.append(mediaObject(ObjectType::kChart, "image/svg+xml", "<svg/>"));
+  }
+  document.append(mediaObject(ObjectType::kChart, "image/png", std::string(70'000, 'p')));
+  saveDocument(document, path_, {DocumentFileType::kQxv, "s3cret"});
+  EXPECT_EQ(memberNames(path_).size(), 4u);
+  EXPECT_TRUE(sameObject(openDocument(path_, {"s3cret"})->root(), document.root()));
+}
+
+TEST_F(DocumentStoreTest, ModelsAreLeftOutOnlyOfTheFile) {
+  Document document(1, "", false);
+  DocumentObject heading;
+  heading.type = ObjectType::kHeading;
+  heading.children.push_back(mediaObject(ObjectType::kModel, "application/xml", "<m/>"));
+  heading.children.push_back(logObject("log", "text"));
+  document.append(std::move(heading));
+  SaveOptions options;
+  options.storeModels = false;
+  saveDocument(document, path_, options);
+  const auto back = openDocument(path_);
+  ASSERT_EQ(back->root().children.at(0).children.size(), 1u);
+  EXPECT_EQ(back->root().children.at(0).children.at(0).label, "log");
+  EXPECT_EQ(*document.root().children.at(0).children.at(0).content.as<MediaContent>()->bytes,
+            "<m/>");
+  // The model is still there to be saved later.
+  saveDocument(document, path_, {});
+  EXPECT_TRUE(sameObject(openDocument(path_)->root(), document.root()));
+}
+
+TEST_F(DocumentStoreTest, AQxwHoldsAPage) {
+  Document document = documentOfLogs(1, 3);
+  saveDocument(document, path_, {DocumentFileType::kQxw});
+  EXPECT_THAT(ContainerReader(path_).read("index.html"), testing::HasSubstr("0xxx"));
+  saveDocument(document, path_, {DocumentFileType::kQxv});
+  EXPECT_FALSE(ContainerReader(path_).contains("index.html"));
+}
+
+TEST_F(DocumentStoreTest, ThePageIsEncryptedWithTheRest) {
+  Document document = documentOfLogs(1, 3);
+  saveDocument(document, path_, {DocumentFileType::kQxw, "s3cret"});
+  EXPECT_TRUE(ContainerReader(path_).find("index.html")->isEncrypted);
+  EXPECT_THAT(folder_.read("report.qxv"), testing::Not(testing::HasSubstr("0xxx")));
+}
+
+TEST_F(DocumentStoreTest, APasswordIsNeededAndMustBeRight) {
+  Document document = documentOfLogs(2, 3);
+  saveDocument(document, path_, {DocumentFileType::kQxv, "s3cret"});
+  const StoreError none = openingFails(path_);
+  EXPECT_EQ(none.kind(), Kind::kWrongPassword);
+  EXPECT_STREQ(none.what(), "The file is encrypted, and no password was given.");
+  const StoreError wrong = openingFails(path_, {"s3cre"});
+  EXPECT_EQ(wrong.kind(), Kind::kWrongPassword);
+  EXPECT_THAT(wrong.what(), testing::Not(testing::HasSubstr("s3cre")));
+  EXPECT_TRUE(sameObject(openDocument(path_, {"s3cret"})->root(), document.root()));
+}
+
+TEST_F(DocumentStoreTest, APasswordCanBeChangedTakenAwayAndGiven) {
+  Document made = documentOfLogs(30, 20'000);
+  saveDocument(made, path_, {});
+  std::string password;
+  for (const char* next : {"first", "second", "", "third"}) {
+    const auto document = openDocument(path_, {password});
+    SaveOptions options;
+    options.password = next;
+    saveDocument(*document, path_, options);
+    password = next;
+    EXPECT_TRUE(sameObject(openDocument(path_, {password})->root(), made.root())) << next;
+    if (!password.empty()) {
+      EXPECT_EQ(openingFails(path_, {"another"}).kind(), Kind::kWrongPassword);
+    }
+  }
+}
+
+TEST_F(DocumentStoreTest, WhatIsNoDocumentIsRefused) {
+  struct Case {
+    std::vector<std::pair<std::string, std::string>> members;
+    const char* reason;
+  };
+  const std::string start = "<document xmlns='urn:vornwout:document:1' version='1'>";
+  const std::string noParts = start + "<runs/><parts/>";
+  const std::string onePart = start + "<runs/><parts><part name='p.xml'/></parts>";
+  const std::string log = "<object type='log' id='1' part='1'/>";
+  const Case cases[] = {
+      {{{"a", "b"}}, "It is no output document: it has no manifest.xml."},
+      {{{"manifest.xml", "no"}},
+       "Its part manifest.xml cannot be read: near line 1: no document element found."},
+      {{{"manifest.xml", "<document/>"}},
+       "Its part manifest.xml cannot be read: document: its namespace is not "
+       "urn:vornwout:document:1."},
+      {{{"manifest.xml", "<objects xmlns='urn:vornwout:document:1'/>"}},
+       "Its part manifest.xml cannot be read: its element is objects where document is expected."},
+      {{{"manifest.xml", "<document xmlns='urn:vornwout:document:1' version='2'/>"}},
+       "Its part manifest.xml cannot be read: document: version 2 of the format is not known; a "
+       "newer program may read it."},
+      {{{"manifest.xml", onePart + "<outline/></document>"}},
+       "Its part manifest.xml cannot be read: the part p.xml is missing."},
+      {{{"manifest.xml", noParts + "<outline><dog/></outline></document>"}},
+       "Its part manifest.xml cannot be read: outline: it holds an element dog."},
+      {{{"manifest.xml", noParts + "<outline><object type='dog'/></outline></document>"}},
+       "Its part manifest.xml cannot be read: object: its type is unknown."},
+      {{{"manifest.xml", noParts + "<outline>" + log + "</outline></document>"}},
+       "Its part manifest.xml cannot be read: object: a number is not an integer, or out of "
+       "bounds."},
+      {{{"manifest.xml", noParts + "<outline><object type='log' id='1'/></outline></document>"}},
+       "Its part manifest.xml cannot be read: object: it says neither its part nor its medium."},
+      {{{"manifest.xml", onePart + "<outline>" + log + log + "</outline></document>"},
+        {"p.xml", ""}},
+       "Its part manifest.xml cannot be read: object: the number 1 stands twice."},
+      {{{"manifest.xml", noParts + "<outline><object type='log'><object type='log'/></object>"
+                                   "</outline></document>"}},
+       "Its part manifest.xml cannot be read: object: objects stand below one that is no "
+       "heading."},
+      {{{"manifest.xml", onePart + "<outline>" + log + "</outline></document>"},
+        {"p.xml", "<objects xmlns='urn:vornwout:document:1'/>"}},
+       "Its part p.xml cannot be read: object 1 is missing."},
+      {{{"manifest.xml", onePart + "<outline>" + log + "</outline></document>"},
+        {"p.xml",
+         "<objects xmlns='urn:vornwout:document:1'><log object='1'/><log object='1'/>"
+         "</objects>"}},
+       "Its part p.xml cannot be read: log: object 1 stands twice."},
+      {{{"manifest.xml", onePart + "<outline>" + log + "</outline></document>"},
+        {"p.xml", "<objects xmlns='urn:vornwout:document:1'><dog object='1'/></objects>"}},
+       "Its part p.xml cannot be read: dog: no content has this name."},
+  };
+  for (const Case& c : cases) {
+    const StoreError error = openingFails(container(c.members));
+    EXPECT_STREQ(error.what(), c.reason);
+    EXPECT_EQ(error.kind(), Kind::kDamaged) << c.reason;
+  }
+}
+
+TEST_F(DocumentStoreTest, AMissingMediumIsRefusedWhenItIsLookedAt) {
+  const std::string path = container(
+      {{"manifest.xml",
+        "<document xmlns='urn:vornwout:document:1' version='1'><runs/><parts/><outline><object "
+        "type='chart' id='1' media='media/1.svg' media-type='image/svg+xml'/></outline>"
+        "</document>"}});
+  const auto document = openDocument(path);
+  EXPECT_THROW(document->root().children.at(0).content.get(), StoreError);
+}
+
+TEST_F(DocumentStoreTest, HeadingsNestOnlySoDeep) {
+  Document document(1, "", false);
+  DocumentObject heading;
+  heading.type = ObjectType::kHeading;
+  for (int i = 0; i < 256; ++i) {
+    DocumentObject above;
+    above.type = ObjectType::kHeading;
+    above.children.push_back(std::move(heading));
+    heading = std::move(above);
+  }
+  document.append(std::move(heading));
+  try {
+    saveDocument(document, path_, {});
+    ADD_FAILURE();
+  } catch (const StoreError& error) {
+    EXPECT_EQ(error.kind(), Kind::kNotWritten);
+    EXPECT_STREQ(error.what(), "Its headings are nested deeper than 256 levels.");
+  }
+  EXPECT_EQ(folder_.entryCount(), 0u);
+}
+
+TEST_F(DocumentStoreTest, AFailedSaveLeavesTheDocumentAndTheFileAsTheyWere) {
+  Document document = documentOfLogs(3, 10);
+  saveDocument(document, path_, {});
+  const std::string before = folder_.read("report.qxv");
+  document.append(logObject("more", "text"));
+  EXPECT_THROW(saveDocument(document, folder_.file("missing") + "/report.qxv", {}), StoreError);
+  EXPECT_EQ(folder_.read("report.qxv"), before);
+  EXPECT_EQ(document.root().children.size(), 4u);
+  EXPECT_EQ(document.root().children.at(3).content.as<LogContent>()->text, "text");
+  saveDocument(document, path_, {});
+  EXPECT_EQ(openDocument(path_)->root().children.size(), 4u);
+}
+
+TEST_F(DocumentStoreTest, AnyDocumentIsValidByTheSchema) {
+  if (std::system("xmllint --version >/dev/null 2>&1") != 0) {
+    GTEST_SKIP() << "xmllint, of the package libxml2-utils, is not installed";
+  }
+  std::string files;
+  for (unsigned int seed = 0; seed < 100; ++seed) {
+    DocumentGenerator generator(seed);
+    saveDocument(*generator.document(20), path_, {DocumentFileType::kQxv, "s3cret"});
+    ContainerReader reader(path_);
+    reader.setPassword("s3cret");
+    for (const ContainerMember& member : reader.members()) {
+      if (!member.name.ends_with(".xml")) continue;
+      const std::string name = std::to_string(seed) + "-" + std::to_string(files.size()) + ".xml";
+      folder_.write(name, reader.read(member.name));
+      files += " " + name;
+    }
+  }
+  const std::string command = "cd " + folder_.path() + " && xmllint --noout --schema " +
+                              VORN_SOURCE_DIR + "/docs/document.xsd" + files + " >log 2>&1";
+  EXPECT_EQ(std::system(command.c_str()), 0) << folder_.read("log").substr(0, 4000);
+}
+
+TEST(DocumentFileTypeTest, GoesByTheExtension) {
+  EXPECT_EQ(documentFileType("a.qxw"), DocumentFileType::kQxw);
+  EXPECT_EQ(documentFileType("a.QXW"), DocumentFileType::kQxw);
+  EXPECT_EQ(documentFileType("a.qxv"), DocumentFileType::kQxv);
+  EXPECT_EQ(documentFileType("a.txt"), DocumentFileType::kQxv);
+  EXPECT_EQ(documentFileType("a"), DocumentFileType::kQxv);
+  EXPECT_EQ(documentFileType("a.qxw/b"), DocumentFileType::kQxv);
+}
+
+}  // namespace
+}  // namespace vornwout

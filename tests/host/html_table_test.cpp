@@ -1,0 +1,154 @@
+#include "host/export/html/html_table.h"
+
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/pivot_tables.h"
+
+namespace vornwout {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+std::string htmlOf(const TableGrid& grid, const HtmlTableOptions& options = {}) {
+  std::string out;
+  HtmlWriter html(out);
+  writeHtmlTable(html, grid, options);
+  return out;
+}
+
+std::string htmlOf(const PivotTable& table, const HtmlTableOptions& options = {}) {
+  return htmlOf(layoutTable(table).at(0), options);
+}
+
+int count(const std::string& text, const std::string& part) {
+  int found = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+    ++found;
+  }
+  return found;
+}
+
+/// Rows "a", "b" by columns "x", "y", the place (b, x) empty.
+PivotTable simpleTable() {
+  PivotTable table;
+  table.title = textCell("Title");
+  table.dimensions = {makeDimension("Rows", PivotPlace::kRows, 1, {"a", "b"}),
+                      makeDimension("Columns", PivotPlace::kColumns, 1, {"x", "y"})};
+  addCell(table, {0, 0}, numberCell(1));
+  addCell(table, {0, 1}, numberCell(2));
+  addCell(table, {1, 1}, textCell("four"));
+  return table;
+}
+
+TEST(HtmlTable, LabelsAreHeaderCellsWithAScope) {
+  PivotTable table = simpleTable();
+  for (PivotDimension& dimension : table.dimensions) dimension.position->hideLabel = true;
+  const std::string html = htmlOf(table);
+  EXPECT_THAT(html, HasSubstr("<thead>\n<tr><td></td><th class=\"n\" scope=\"col\">x</th>"
+                              "<th scope=\"col\">y</th></tr>\n</thead>\n"));
+  EXPECT_THAT(html, HasSubstr("<tbody>\n<tr><th scope=\"row\">a</th><td class=\"n\">1</td>"
+                              "<td class=\"n\">2</td></tr>\n"
+                              "<tr><th scope=\"row\">b</th><td></td><td>four</td></tr>\n</tbody>"));
+  EXPECT_THAT(html, Not(HasSubstr("headers="))) << "a scope says enough where nothing is nested";
+}
+
+TEST(HtmlTable, NestedLabelsAreNamedByTheCellsBelowThem) {
+  PivotTable table;
+  PivotDimension rows = makeDimension("R", PivotPlace::kRows, 1, {});
+  rows.position->hideLabel = true;
+  const int north = addGroup(rows, "North");
+  addLeaf(rows, "Oslo", north);
+  addLeaf(rows, "Bergen", north);
+  addLeaf(rows, "South");
+  table.dimensions = {rows, makeDimension("C", PivotPlace::kColumns, 1, {"x"})};
+  for (int i = 0; i < 3; ++i) addCell(table, {i, 0}, numberCell(i));
+  const std::string html = htmlOf(table, {"t7", {}});
+  EXPECT_THAT(html, HasSubstr("<th scope=\"col\" id=\"t7h1\">C</th>"));
+  EXPECT_THAT(html, HasSubstr("<th class=\"n\" scope=\"col\" id=\"t7h2\">x</th>"));
+  EXPECT_THAT(
+      html, HasSubstr("<th rowspan=\"2\" class=\"group\" scope=\"rowgroup\" id=\"t7h3\">North</th>"
+                      "<th scope=\"row\" id=\"t7h4\">Oslo</th>"
+                      "<td class=\"n\" headers=\"t7h3 t7h4 t7h1 t7h2\">0</td></tr>"));
+  EXPECT_THAT(html, HasSubstr("<tr><th scope=\"row\" id=\"t7h5\">Bergen</th>"
+                              "<td class=\"n\" headers=\"t7h3 t7h5 t7h1 t7h2\">1</td></tr>"));
+  EXPECT_THAT(html, HasSubstr("<tr><th colspan=\"2\" scope=\"row\" id=\"t7h6\">South</th>"
+                              "<td class=\"n\" headers=\"t7h6 t7h1 t7h2\">2</td></tr>"));
+}
+
+TEST(HtmlTable, FootnotesAreMarkedAndListed) {
+  PivotTable table = simpleTable();
+  table.footnotes = {textCell("of the table")};
+  table.cells[0].notes = {textCell("of a cell"), textCell("of the table")};
+  table.caption = textCell("Below.");
+  const std::string html = htmlOf(table, {"t1", {}});
+  EXPECT_THAT(html, HasSubstr("<caption id=\"t1c\"><span>Title<sup><a href=\"#t1na\" "
+                              "aria-label=\"Footnote a\">a</a></sup></span></caption>"));
+  EXPECT_THAT(html, HasSubstr(">1<sup><a href=\"#t1nb\" aria-label=\"Footnote b\">b</a>,"
+                              "<a href=\"#t1na\" aria-label=\"Footnote a\">a</a></sup></td>"));
+  EXPECT_THAT(html, HasSubstr("<p class=\"caption\">Below.</p>\n<dl class=\"notes\">\n"
+                              "<div id=\"t1na\"><dt>a</dt><dd>of the table</dd></div>\n"
+                              "<div id=\"t1nb\"><dt>b</dt><dd>of a cell</dd></div>\n</dl>"));
+}
+
+TEST(HtmlTable, HiddenTitleIsStillSaidToThoseWhoDoNotSee) {
+  PivotTable table = simpleTable();
+  table.titleHidden = true;
+  const std::string named = htmlOf(table, {"t1", "Label"});
+  EXPECT_THAT(named,
+              HasSubstr("<caption id=\"t1c\"><span class=\"unseen\">Label</span></caption>"));
+  EXPECT_THAT(named, HasSubstr("aria-labelledby=\"t1c\""));
+  const std::string nameless = htmlOf(table, {"t1", ""});
+  EXPECT_THAT(nameless, Not(HasSubstr("<caption")));
+  EXPECT_THAT(nameless, HasSubstr("aria-label=\"Table\""));
+}
+
+TEST(HtmlTable, LayersAreNamed) {
+  TableGrid grid = layoutTable(simpleTable()).at(0);
+  EXPECT_EQ(layerHeading(grid), "");
+  grid.layers = {{"Sex", "Male"}, {"", "Adult"}, {"Year", ""}};
+  EXPECT_EQ(layerHeading(grid), "Sex: Male, Adult, Year");
+  EXPECT_THAT(htmlOf(grid), HasSubstr("<span class=\"unseen\"> Sex: Male, Adult, Year</span>"));
+}
+
+TEST(HtmlTable, OnlyColoursThatAreSomeReachTheStyle) {
+  PivotTable table = simpleTable();
+  table.cells[0].textColor = "red";
+  table.cells[0].bold = true;
+  table.cells[1].backgroundColor = "#102030";
+  table.cells[2].textColor = "#fff;background:url(//evil)";
+  table.cells[2].backgroundColor = "x\" onclick=\"y";
+  const std::string html = htmlOf(table);
+  EXPECT_THAT(html, HasSubstr("<td class=\"n ink\" style=\"color:#ff0000;font-weight:bold;\""));
+  EXPECT_THAT(html, HasSubstr("style=\"color:#ffffff;background:#102030;\""));
+  EXPECT_THAT(html, Not(HasSubstr("evil")));
+  EXPECT_THAT(html, Not(HasSubstr("onclick")));
+}
+
+TEST(HtmlTable, GapIsOneCellHoweverWide) {
+  PivotTable table;
+  std::vector<std::string> names;
+  for (int i = 0; i < 2500; ++i) names.push_back(std::to_string(i));
+  table.dimensions = {makeDimension("R", PivotPlace::kRows, 1, {"a"}),
+                      makeDimension("C", PivotPlace::kColumns, 1, names)};
+  addCell(table, {0, 2499}, numberCell(1));
+  const std::string html = htmlOf(table);
+  const std::string body = html.substr(html.find("<tbody>"));
+  EXPECT_EQ(count(body, "<td"), 4) << "2499 empty places in three cells, and the one with a value";
+  EXPECT_EQ(count(body, "colspan=\"1000\""), 2);
+  EXPECT_EQ(count(body, "colspan=\"499\""), 1);
+  // A label over more columns than a browser counts is said again.
+  EXPECT_EQ(count(html, ">C</th>"), 3);
+}
+
+TEST(HtmlTable, TableWithoutAnythingIsStillATable) {
+  const std::string html = htmlOf(PivotTable());
+  EXPECT_THAT(html, HasSubstr("<table>"));
+  EXPECT_THAT(html, HasSubstr("</table>"));
+}
+
+}  // namespace
+}  // namespace vornwout

@@ -1,0 +1,204 @@
+#include "runner/terminal/progress.h"
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/text/display_width.h"
+
+namespace vornwout {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using testing::HasSubstr;
+using testing::Not;
+
+/// A bar with a clock that the test moves, and the terminal's line as it would look.
+class ProgressTest : public testing::Test {
+ protected:
+  void report(std::string_view what, std::uint64_t done, std::uint64_t total) {
+    bar_.progress(what, done, total);
+  }
+  void wait(milliseconds time) { now_ += time; }
+
+  /// What stands in the line after all carriage returns.
+  std::string line() const {
+    std::string shown;
+    std::istringstream parts(out_.str());
+    for (std::string part; std::getline(parts, part, '\r');) {
+      if (displayWidth(part) < displayWidth(shown)) {
+        ADD_FAILURE() << "something of \"" << shown << "\" stays behind \"" << part << '"';
+      }
+      shown = part.find_first_not_of(' ') == std::string::npos ? std::string() : part;
+    }
+    return shown.substr(0, shown.find_last_not_of(' ') + 1);
+  }
+
+  std::ostringstream out_;
+  ProgressBar::Time now_{seconds(1000)};
+  ProgressBar bar_{out_, TerminalStyle{ColorDepth::kNone, 60}, [this] { return now_; }};
+};
+
+TEST_F(ProgressTest, NothingIsDrawnInTheFirstHalfSecond) {
+  report("Saving", 0, 10);
+  wait(milliseconds(499));
+  report("Saving", 5, 10);
+  EXPECT_EQ(out_.str(), "");
+  wait(milliseconds(1));
+  report("Saving", 5, 10);
+  EXPECT_NE(out_.str(), "");
+}
+
+TEST_F(ProgressTest, LineTellsLabelPartAndTimes) {
+  report("Saving a.qxv", 0, 100);
+  wait(seconds(3));
+  report("Saving a.qxv", 50, 100);
+  EXPECT_EQ(line(), "Saving a.qxv  ██████████░░░░░░░░░░   50 %  0:03, 0:03 left");
+  wait(seconds(62));
+  report("Saving a.qxv", 99, 100);
+  EXPECT_EQ(line(), "Saving a.qxv  ███████████████████░   99 %  1:05, 0:01 left");
+}
+
+TEST_F(ProgressTest, LineIsDrawnTenTimesASecondAtMost) {
+  report("x", 0, 1000);
+  wait(milliseconds(500));
+  report("x", 1, 1000);
+  const std::string first = out_.str();
+  wait(milliseconds(99));
+  report("x", 2, 1000);
+  EXPECT_EQ(out_.str(), first);
+  wait(milliseconds(1));
+  report("x", 3, 1000);
+  EXPECT_NE(out_.str(), first);
+}
+
+TEST_F(ProgressTest, NothingStaysOfABarWhoseWorkIsDone) {
+  report("Saving", 0, 10);
+  wait(seconds(1));
+  report("Saving", 5, 10);
+  EXPECT_THAT(line(), HasSubstr("Saving"));
+  report("Saving", 10, 10);
+  EXPECT_EQ(line(), "");
+  EXPECT_EQ(out_.str().back(), '\r');
+}
+
+TEST_F(ProgressTest, HiddenBarComesBackWithTheNextReport) {
+  report("Saving", 0, 10);
+  wait(seconds(1));
+  report("Saving", 5, 10);
+  bar_.hide();
+  EXPECT_EQ(line(), "");
+  report("Saving", 6, 10);
+  EXPECT_THAT(line(), HasSubstr("60 %"));
+}
+
+TEST(Progress, BarThatEndsTakesItselfAway) {
+  std::ostringstream out;
+  ProgressBar::Time now{seconds(1)};
+  {
+    ProgressBar bar(out, TerminalStyle{ColorDepth::kNone, 40}, [&] { return now; });
+    bar.progress("x", 0, 2);
+    now += seconds(1);
+    bar.progress("x", 1, 2);
+  }
+  const std::string text = out.str();
+  const std::size_t blanks = text.rfind('\r', text.size() - 2);
+  EXPECT_EQ(text.find_first_not_of(' ', blanks + 1), text.size() - 1);
+}
+
+TEST_F(ProgressTest, NextStageIsDrawnAtOnceAndForecastsForItself) {
+  report("Reading", 0, 10);
+  wait(seconds(10));
+  report("Reading", 10, 10);
+  report("Writing", 0, 10);
+  wait(seconds(1));
+  report("Writing", 5, 10);
+  EXPECT_THAT(line(), HasSubstr("Writing"));
+  EXPECT_THAT(line(), HasSubstr("0:11, 0:01 left"));
+}
+
+TEST_F(ProgressTest, UnknownTotalShowsTheTimeOnly) {
+  report("Opening", 0, 0);
+  wait(seconds(2));
+  report("Opening", 7, 0);
+  EXPECT_EQ(line(), "Opening  0:02");
+}
+
+TEST_F(ProgressTest, NoForecastIsMadeOfLittle) {
+  report("x", 0, 1000);
+  wait(seconds(2));
+  report("x", 19, 1000);
+  EXPECT_THAT(line(), Not(HasSubstr("left")));
+  wait(seconds(2));
+  report("x", 20, 1000);
+  EXPECT_THAT(line(), HasSubstr("left"));
+}
+
+TEST_F(ProgressTest, ShorterLineLeavesNothingOfTheLongerOne) {
+  report("A long label", 0, 0);
+  wait(seconds(2));
+  report("A long label", 1, 0);
+  wait(seconds(1));
+  report("B", 1, 0);
+  EXPECT_EQ(line(), "B  0:03");
+}
+
+TEST_F(ProgressTest, LabelIsSanitized) {
+  report("a\x1b[31m\nb", 0, 0);
+  wait(seconds(2));
+  report("a\x1b[31m\nb", 1, 0);
+  EXPECT_THAT(out_.str(), Not(HasSubstr("\x1b")));
+  EXPECT_THAT(out_.str(), Not(HasSubstr("\n")));
+}
+
+TEST(Progress, LineFitsTheTerminalWithWideLabelsToo) {
+  for (const char* label : {"x", "四半期の売上高をまとめた報告書を保存しています",
+                            "Saving a report with a name that is too long for this line.qxv"}) {
+    for (int width = 1; width <= 100; ++width) {
+      std::ostringstream out;
+      ProgressBar::Time now{seconds(1)};
+      ProgressBar bar(out, TerminalStyle{ColorDepth::kNone, width}, [&] { return now; });
+      bar.progress(label, 0, 10);
+      now += seconds(1);
+      bar.progress(label, 5, 10);
+      const std::string drawn = out.str().substr(1);
+      EXPECT_LE(displayWidth(drawn), std::max(0, width - 1)) << drawn;
+    }
+  }
+}
+
+TEST(Progress, ColoursAreForStyledTerminalsOnly) {
+  for (const bool isStyled : {false, true}) {
+    std::ostringstream out;
+    ProgressBar::Time now{seconds(1)};
+    ProgressBar bar(out, TerminalStyle{isStyled ? ColorDepth::k256 : ColorDepth::kNone, 60},
+                    [&] { return now; });
+    bar.progress("x", 0, 2);
+    now += seconds(1);
+    bar.progress("x", 1, 2);
+    EXPECT_EQ(out.str().find('\x1b') != std::string::npos, isStyled);
+    EXPECT_THAT(out.str(), HasSubstr("█"));
+  }
+}
+
+TEST(Progress, BarBelongsOnATerminalThatIsNotQuiet) {
+  TerminalFacts terminal;
+  terminal.isTerminal = true;
+  EXPECT_TRUE(ProgressBar::isWanted(terminal, false));
+  EXPECT_FALSE(ProgressBar::isWanted(terminal, true));
+  EXPECT_FALSE(ProgressBar::isWanted(TerminalFacts{}, false));
+}
+
+TEST(Progress, ClockTextTellsHoursOnlyWhereThereAreSome) {
+  EXPECT_EQ(clockText(seconds(-1)), "0:00");
+  EXPECT_EQ(clockText(seconds(7)), "0:07");
+  EXPECT_EQ(clockText(seconds(3599)), "59:59");
+  EXPECT_EQ(clockText(seconds(3723)), "1:02:03");
+}
+
+}  // namespace
+}  // namespace vornwout

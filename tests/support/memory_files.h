@@ -1,0 +1,28 @@
+// The files that a document is built from, held in memory.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "host/build/build_error.h"
+#include "host/build/build_files.h"
+
+namespace vornwout {
+
+class MemoryFiles : public BuildFiles {
+ public:
+  MemoryFiles() = default;
+  explicit MemoryFiles(std::map<std::string, std::string> files) : files_(std::move(files)) {}
+  std::unique_ptr<ByteSource> open(const std::string& name) override {
+    const auto found = files_.find(name);
+    if (found == files_.end()) throw BuildError(name, {}, "There is no such file.");
+    return std::make_unique<MemorySource>(found->second);
+  }
+
+ private:
+  std::map<std::string, std::string> files_;
+};
+
+}  // namespace vornwout
