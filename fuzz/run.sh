@@ -1,6 +1,7 @@
 #!/bin/bash
-# Fuzzes for the given number of seconds, starting from the seeds in fuzz/seeds: the parser all the time,
-# beside it the tokeniser and then the scripted host's file. A crash is kept in build/fuzzing/crashes; make it a named case of the tests.
+# Fuzzes for the given number of seconds, starting from the seeds in fuzz/seeds: the parser for most of the
+# time, beside it the other targets one after the other. A crash is kept in build/fuzzing/crashes; make it
+# a named case of the tests.
 set -eu
 cd "$(dirname "$0")/.."
 seconds=$1
@@ -18,10 +19,17 @@ run_target() {
   return "${PIPESTATUS[0]}"
 }
 
-(run_target parser_fuzz "$seconds") &
-parser=$!
+# Two processes, for two cores.
+(
+  status=0
+  run_target parser_fuzz $((seconds * 3 / 5)) || status=1
+  run_target tokenizer_fuzz $((seconds * 2 / 5)) || status=1
+  exit "$status"
+) &
+language=$!
 status=0
-run_target tokenizer_fuzz $((seconds / 2)) || status=1
-run_target host_script_fuzz $((seconds - seconds / 2)) || status=1
-wait "$parser" || status=1
+for target in host_script_fuzz container_fuzz document_fuzz build_fuzz; do
+  run_target "$target" $((seconds / 4)) || status=1
+done
+wait "$language" || status=1
 exit "$status"
