@@ -1,0 +1,44 @@
+// Measures every limit and says which hold; exit status 1 when one does not.
+//
+//   limits PROGRAM [--smoke]
+#include "bench/limits.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include <fmt/format.h>
+
+namespace vornwout {
+namespace {
+
+int report(const std::vector<LimitResult>& results, bool isSmoke) {
+  int broken = 0;
+  for (const LimitResult& result : results) {
+    const bool holds = result.holds();
+    if (!holds) ++broken;
+    fmt::print("{:<6} {:<58} {:>9.3f} {} {:<8.3g} {}\n", holds ? "ok" : "BROKEN", result.name,
+               result.measured, result.isMinimum ? ">=" : "<=", result.limit, result.detail);
+  }
+  if (isSmoke) {
+    fmt::print("Measured once, to see that it runs; one time says nothing about a limit.\n");
+    return 0;
+  }
+  fmt::print("{} limits hold, {} are broken\n", static_cast<int>(results.size()) - broken, broken);
+  return broken == 0 ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace vornwout
+
+int main(int argc, char** argv) {
+  if (argc < 2) {
+    std::fputs("usage: limits PROGRAM [--smoke]\n", stderr);
+    return 2;
+  }
+  vornwout::Effort effort;
+  if (argc > 2 && std::strcmp(argv[2], "--smoke") == 0) effort = {1, true};
+  std::vector<vornwout::LimitResult> results = vornwout::commandLimits(effort);
+  for (auto& result : vornwout::documentLimits(effort)) results.push_back(result);
+  for (auto& result : vornwout::processLimits(effort, argv[1])) results.push_back(result);
+  return vornwout::report(results, effort.isSmoke);
+}
