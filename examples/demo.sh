@@ -1,14 +1,53 @@
 #!/bin/bash
-# Runs the example job and tells where to look next.
+# Runs a first job; then builds a document from real data, saves it with a password in one job, opens
+# it again in another, and shows it. What it makes stays in build/demo.
 set -eu
 cd "$(dirname "$0")/.."
 program=$1
-job=examples/first-steps/two_documents.qxs
-echo "vornwout run $job"
-echo
-"$program" run "$job"
-echo
-echo "The job is $job; change it and run it again:"
-echo "  $program run $job"
-echo "  $program run --trace /tmp/trace.jsonl $job    what was sent to the host, as JSON lines"
-echo "  $program help                                 the commands of this version"
+data=examples/open-data
+out=build/demo
+
+say() { printf '\n\n$ vornwout'; printf ' %s' "$@"; printf '\n\n'; }
+run() {
+  say "$@"
+  "$program" "$@"
+}
+
+rm -rf "$out"
+mkdir -p "$out"
+printf 'sunspots\n' >"$out/password"
+
+run run examples/first-steps/two_documents.qxs
+
+run build "$data/report.json" -o "$out/report.qxv"
+run run --handle "OUT=$PWD/$out" "$data/protect.qxs"
+run run --handle "OUT=$PWD/$out" "$data/reopen.qxs"
+
+protected=("$out/protected.qxv" --password-file "$out/password" --no-pager)
+run show "${protected[@]}" --outline
+number=$("$program" show "${protected[@]}" --outline |
+  sed -nE 's/^ *([0-9]+) .*Admissions by department.*/\1/p')
+run show "${protected[@]}" --object "$number"
+
+# Without the password nothing is shown.
+say show "$out/protected.qxv"
+if "$program" show "$out/protected.qxv" --no-pager 2>&1; then
+  echo "The document opened without its password." >&2
+  exit 1
+fi
+
+cat <<END
+
+
+Go on from here:
+  $program show $out/report.qxv
+      turns the pages of the document
+  $program run examples/first-steps/two_documents.qxs
+      runs the first job again; change it before
+  $program help
+      lists the commands of this version
+  $out/report.qxw
+      is a zip file with index.html, a page for any browser
+  examples/open-data/README.md
+      tells where the data come from
+END
