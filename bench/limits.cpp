@@ -8,6 +8,8 @@
 
 #include <fmt/format.h>
 
+#include "runner/freed_memory.h"
+
 namespace vornwout {
 namespace {
 
@@ -35,10 +37,13 @@ int main(int argc, char** argv) {
     std::fputs("usage: limits PROGRAM [--smoke]\n", stderr);
     return 2;
   }
+  // As the program does, for what is measured and for the yardsticks alike.
+  vornwout::keepFreedMemory();
   vornwout::Effort effort;
   if (argc > 2 && std::strcmp(argv[2], "--smoke") == 0) effort = {1, true};
-  std::vector<vornwout::LimitResult> results = vornwout::commandLimits(effort);
+  // Processes first, while this one is small: a child's memory counts what its parent had.
+  std::vector<vornwout::LimitResult> results = vornwout::processLimits(effort, argv[1]);
+  for (auto& result : vornwout::commandLimits(effort)) results.push_back(result);
   for (auto& result : vornwout::documentLimits(effort)) results.push_back(result);
-  for (auto& result : vornwout::processLimits(effort, argv[1])) results.push_back(result);
   return vornwout::report(results, effort.isSmoke);
 }

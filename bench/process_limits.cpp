@@ -1,4 +1,5 @@
 // Limits of whole runs of the program: how it starts, how time and memory grow with a job.
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -39,6 +40,8 @@ double run(const std::vector<std::string>& arguments) {
   return static_cast<double>(usage.ru_maxrss) * 1024;
 }
 
+constexpr std::size_t kPiece = 100'000;
+
 /// A file that is gone when the measurement is.
 class JobFile {
  public:
@@ -48,9 +51,11 @@ class JobFile {
     if (file < 0) throw std::runtime_error("no file for a job");
     close(file);
     path_ = pattern;
-    std::string text;
-    while (text.size() < bytes) text += command;
-    std::ofstream(path_, std::ios::binary) << text;
+    // In pieces: a child's largest memory counts what this process held when it forked.
+    std::string piece;
+    while (piece.size() < std::min(bytes, kPiece)) piece += command;
+    std::ofstream stream(path_, std::ios::binary);
+    for (std::size_t size = 0; size < bytes; size += piece.size()) stream << piece;
   }
   ~JobFile() { std::remove(path_.c_str()); }
   JobFile(const JobFile&) = delete;

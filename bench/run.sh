@@ -1,5 +1,6 @@
 #!/bin/bash
-# Runs the benchmarks of a build's bench folder: medians of nine repetitions, or once with --smoke.
+# Runs the benchmarks of a build's bench folder: medians of nine repetitions, or once with --smoke. Then
+# the limits that the project promises; one that is broken fails the run, but not with --smoke.
 set -eu
 folder=$1
 options="--benchmark_repetitions=9 --benchmark_report_aggregates_only=true"
@@ -10,3 +11,4 @@ for program in "$folder"/*_bench; do
   "$program" $options
 done
 [ "$found" = 1 ]
+"$folder/limits" "$folder/../runner/vornwout" "${2:-}"

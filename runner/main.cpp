@@ -2,11 +2,13 @@
 #include <iostream>
 
 #include "runner/application.h"
+#include "runner/freed_memory.h"
 #include "runner/run_options.h"
 #include "runner/standard_streams.h"
 
 int main(int argc, char** argv) {
   try {
+    vornwout::keepFreedMemory();
     vornwout::prepareStandardStreams();
     return vornwout::runApplication(argc, argv);
   } catch (const std::exception& exception) {

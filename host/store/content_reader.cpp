@@ -161,11 +161,16 @@ class CellReader {
   void read(pugi::xml_node node) {
     PivotCell& cell = table_.cells.emplace_back();
     const char* coordinates = "";
-    for (const pugi::xml_attribute attribute : node.attributes()) {
-      const char* name = attribute.name();
-      if (std::strcmp(name, "at") == 0) {
+    for (pugi::xml_attribute attribute = node.first_attribute(); attribute;
+         attribute = attribute.next_attribute()) {
+      // The three that nearly every cell has come first.
+      const std::string_view name = attribute.name();
+      if (name == "at") {
         coordinates = attribute.value();
-      } else if (std::strcmp(name, "format") == 0) {
+      } else if (name == "value") {
+        cell.value.kind = CellText::Kind::kNumber;
+        cell.value.number = parseDouble(node, attribute.value());
+      } else if (name == "format") {
         cell.value.format = format(node, attribute.value());
       } else if (!readCellAttribute(node, attribute, cell.value)) {
         readLook(node, attribute, cell);

@@ -48,19 +48,7 @@ ObjectContent StoredDocument::load(std::uint64_t id) {
 }
 
 ObjectContent StoredDocument::loadFromPart(int part, std::uint64_t id) {
-  if (!parsed_ || parsed_->part != part) {
-    parsed_.reset();
-    const std::string& member = manifest_.parts[static_cast<std::size_t>(part)];
-    std::string bytes = container_->read(member, kMemberLimit);
-    parsed_.emplace();
-    try {
-      parsePart(std::move(bytes), *parsed_);
-    } catch (const StoreError& error) {
-      parsed_.reset();
-      rethrowFor(member, error);
-    }
-    parsed_->part = part;
-  }
+  if (parsed_ == nullptr || parsedPart_ != part) takePart(part);
   try {
     const auto found = parsed_->contents.find(id);
     if (found == parsed_->contents.end()) {
@@ -71,20 +59,50 @@ ObjectContent StoredDocument::loadFromPart(int part, std::uint64_t id) {
     if (parsed_->contents.size() == 1) parsed_.reset();
     return content;
   } catch (const StoreError& error) {
-    rethrowFor(manifest_.parts[static_cast<std::size_t>(part)], error);
+    rethrowFor(nameOf(part), error);
   }
 }
 
-void StoredDocument::parsePart(std::string bytes, ParsedPart& parsed) {
-  parsed.bytes = std::move(bytes);
-  parseXml(parsed.bytes, parsed.xml);
-  for (const pugi::xml_node node : rootElement(parsed.xml, "objects").children()) {
-    const auto id = static_cast<std::uint64_t>(
-        integerAttribute(node, "object", 0, 0, std::numeric_limits<std::int64_t>::max()));
-    if (!parsed.contents.emplace(id, node).second) {
-      refuseElement(node, fmt::format("object {} stands twice", id));
-    }
+void StoredDocument::takePart(int part) {
+  parsed_.reset();
+  const bool isNext = part == parsedPart_ + 1 && part > 0;
+  parsedPart_ = part;
+  if (ahead_.valid()) {
+    // Waited for in any case: the thread has the second reader.
+    std::future<std::unique_ptr<ParsedPart>> ahead = std::move(ahead_);
+    ahead.wait();
+    if (aheadPart_ == part) parsed_ = ahead.get();
   }
+  if (parsed_ == nullptr) parsed_ = parsePart(*container_, nameOf(part));
+  if (isNext && static_cast<std::size_t>(part) + 1 < manifest_.parts.size()) readAhead(part + 1);
+}
+
+void StoredDocument::readAhead(int part) {
+  if (aheadContainer_ == nullptr) {
+    aheadContainer_ = std::make_unique<ContainerReader>(container_->reopen());
+  }
+  aheadPart_ = part;
+  ahead_ = std::async(std::launch::async,
+                      [this, part] { return parsePart(*aheadContainer_, nameOf(part)); });
+}
+
+std::unique_ptr<StoredDocument::ParsedPart> StoredDocument::parsePart(ContainerReader& container,
+                                                                      const std::string& name) {
+  auto parsed = std::make_unique<ParsedPart>();
+  parsed->bytes = container.read(name, kMemberLimit);
+  try {
+    parseXml(parsed->bytes, parsed->xml);
+    for (const pugi::xml_node node : rootElement(parsed->xml, "objects").children()) {
+      const auto id = static_cast<std::uint64_t>(
+          integerAttribute(node, "object", 0, 0, std::numeric_limits<std::int64_t>::max()));
+      if (!parsed->contents.emplace(id, node).second) {
+        refuseElement(node, fmt::format("object {} stands twice", id));
+      }
+    }
+  } catch (const StoreError& error) {
+    rethrowFor(name, error);
+  }
+  return parsed;
 }
 
 }  // namespace vornwout

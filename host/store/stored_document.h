@@ -7,8 +7,8 @@
 #pragma once
 
 #include <cstdint>
+#include <future>
 #include <memory>
-#include <optional>
 #include <string>
 #include <unordered_map>
 
@@ -37,18 +37,28 @@ class StoredDocument : public ContentSource {
 
  private:
   struct ParsedPart {
-    int part = -1;
-    std::string bytes;
+    std::string bytes;  ///< into which the document points
     pugi::xml_document xml;
     std::unordered_map<std::uint64_t, pugi::xml_node> contents;
   };
 
   ObjectContent loadFromPart(int part, std::uint64_t id);
-  static void parsePart(std::string bytes, ParsedPart& parsed);
+  /// Makes `part` the parsed one.
+  void takePart(int part);
+  void readAhead(int part);
+  const std::string& nameOf(int part) const {
+    return manifest_.parts[static_cast<std::size_t>(part)];
+  }
+
+  static std::unique_ptr<ParsedPart> parsePart(ContainerReader& container, const std::string& name);
 
   std::unique_ptr<ContainerReader> container_;
   Manifest manifest_;
-  std::optional<ParsedPart> parsed_;
+  std::unique_ptr<ParsedPart> parsed_;
+  int parsedPart_ = -1;  ///< the number of the last one, also when it is let go again
+  std::unique_ptr<ContainerReader> aheadContainer_;  ///< used by the thread alone while it runs
+  int aheadPart_ = -1;
+  std::future<std::unique_ptr<ParsedPart>> ahead_;
 };
 
 }  // namespace vornwout

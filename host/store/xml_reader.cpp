@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include "host/store/content_names.h"
+#include "host/store/number_text.h"
 #include "host/store/store_error.h"
 #include "platform/text/utf8.h"
 
@@ -35,6 +36,7 @@ void checkUtf8(std::string_view bytes) {
 /// Every element has a "<" of its own and every attribute an "=", so there are at most as many
 /// nodes.
 void checkNodeCount(std::string_view bytes) {
+  if (bytes.size() <= kMaxXmlNodes) return;
   const auto nodes = static_cast<std::size_t>(
       std::count_if(bytes.begin(), bytes.end(), [](char c) { return c == '<' || c == '='; }));
   if (nodes > kMaxXmlNodes) refuse("it has too many elements");
@@ -117,14 +119,9 @@ double parseDouble(pugi::xml_node node, std::string_view text) {
   if (text == "NaN") return std::numeric_limits<double>::quiet_NaN();
   if (text == "INF") return std::numeric_limits<double>::infinity();
   if (text == "-INF") return -std::numeric_limits<double>::infinity();
-  double value = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-  // "inf" and "nan" in other spellings are not how numbers are stored.
-  if (result.ec != std::errc() || result.ptr != text.data() + text.size() || value != value ||
-      value - value != 0) {
-    refuseElement(node, "a value is not a number");
-  }
-  return value;
+  const std::optional<double> value = parseNumber(text);
+  if (!value) refuseElement(node, "a value is not a number");
+  return *value;
 }
 
 std::int64_t parseInteger(pugi::xml_node node, std::string_view text, std::int64_t min,

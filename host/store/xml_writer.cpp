@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstddef>
 
+#include "host/store/number_text.h"
 #include "platform/text/utf8.h"
 
 namespace vornwout {
@@ -163,9 +164,7 @@ void XmlWriter::attribute(std::string_view name, double value) {
   } else if (std::isinf(value)) {
     out_ += value < 0 ? "-INF" : "INF";
   } else {
-    std::array<char, 32> digits;
-    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), value);
-    out_.append(digits.data(), result.ptr);
+    appendNumber(out_, value);
   }
   out_ += '"';
 }

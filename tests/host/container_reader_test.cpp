@@ -448,7 +448,7 @@ TEST_F(ContainerReaderTest, WrongPasswordThatPassesTheFirstCheckIsCalledWrongOrD
   ContainerReader reader(path());
   reader.setPassword("secret");
   for (int i = 0; i < 2; ++i) {
-    const Failure failure = failureOf([&] { reader.checkPassword(); });
+    const Failure failure = failureOf([&] { (void)reader.checkPassword(); });
     EXPECT_EQ(failure.kind, Kind::kWrongPassword);
     EXPECT_EQ(failure.reason, "The password is wrong, or the file is damaged.");
   }

@@ -1,0 +1,88 @@
+#include "host/store/number_text.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+
+namespace vornwout {
+namespace {
+
+/// Exact, as are the integers that are divided by them: those have at most 15 digits.
+constexpr std::array<double, 7> kPowers = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6};
+/// Below this, down to 0.1, numbers have no exponent, though that of 100000 would be shorter.
+constexpr double kMaxPlain = 1e6;
+constexpr int kMaxShortDecimals = 4;
+constexpr std::size_t kMaxShortDigits = 15;
+
+/// Writes `digits` with a decimal point before the last `decimals`.
+void appendDecimal(std::string& out, std::uint64_t digits, int decimals) {
+  std::array<char, 24> text;
+  char* end = text.data() + text.size();
+  char* start = end;
+  int written = 0;
+  while (digits != 0 || written <= decimals) {
+    *--start = static_cast<char>('0' + digits % 10);
+    digits /= 10;
+    if (++written == decimals) *--start = '.';
+  }
+  out.append(start, end);
+}
+
+}  // namespace
+
+void appendNumber(std::string& out, double value) {
+  const double magnitude = std::fabs(value);
+  if (magnitude >= 0.1 && magnitude < kMaxPlain) {
+    for (int decimals = 0; decimals <= kMaxShortDecimals; ++decimals) {
+      const double power = kPowers[static_cast<std::size_t>(decimals)];
+      const double scaled = std::nearbyint(magnitude * power);
+      if (scaled / power != magnitude) continue;
+      if (value < 0) out += '-';
+      appendDecimal(out, static_cast<std::uint64_t>(scaled), decimals);
+      return;
+    }
+  }
+  std::array<char, 32> digits;
+  char* const end = digits.data() + digits.size();
+  const auto result = magnitude >= 0.1 && magnitude < kMaxPlain
+                          ? std::to_chars(digits.data(), end, value, std::chars_format::fixed)
+                          : std::to_chars(digits.data(), end, value);
+  out.append(digits.data(), result.ptr);
+}
+
+std::optional<double> parseNumber(std::string_view text) {
+  std::size_t i = !text.empty() && text[0] == '-' ? 1 : 0;
+  std::uint64_t digits = 0;
+  std::size_t point = text.size();
+  if (text.size() <= kMaxShortDigits) {
+    std::size_t count = 0;
+    for (; i < text.size(); ++i) {
+      const char c = text[i];
+      if (c >= '0' && c <= '9') {
+        digits = digits * 10 + static_cast<std::uint64_t>(c - '0');
+        ++count;
+      } else if (c == '.' && point == text.size() && count > 0) {
+        point = i;
+      } else {
+        break;
+      }
+    }
+    const std::size_t decimals = point == text.size() ? 0 : text.size() - 1 - point;
+    const bool isWhole = i == text.size() && count > 0 && point + 1 != text.size();
+    if (isWhole && decimals < kPowers.size()) {
+      const double value = static_cast<double>(digits) / kPowers[decimals];
+      return text[0] == '-' ? -value : value;
+    }
+  }
+  double value = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (result.ec != std::errc() || result.ptr != text.data() + text.size() ||
+      !std::isfinite(value)) {
+    return std::nullopt;
+  }
+  return value;
+}
+
+}  // namespace vornwout

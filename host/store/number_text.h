@@ -1,0 +1,20 @@
+// Numbers as stored documents write them: the shortest text that reads back as the same number.
+//
+// Most numbers of a table have a few decimals. Such a number is an integer divided by a power of
+// ten, and one division of two exact numbers is rounded correctly, so both ways have a short cut
+// that gives the very text or number that the standard library would.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace vornwout {
+
+/// Appends a finite number.
+void appendNumber(std::string& out, double value);
+
+/// The number that the whole of `text` is, as std::from_chars reads it; nothing for anything else.
+std::optional<double> parseNumber(std::string_view text);
+
+}  // namespace vornwout
