@@ -31,15 +31,17 @@ constexpr std::string_view kCommentDetails =
 constexpr std::string_view kOpenDetails =
     "The file stands in quotes; its path may start with a file handle. A document is opened "
     "locked\n"
-    "unless LOCK=NO. A password stands in quotes. The embedded host of this version has no "
-    "files.\n";
+    "unless LOCK=NO. A password stands in quotes, readable or in the form that vornwout password\n"
+    "makes.\n";
 
 constexpr std::string_view kSaveDetails =
     "The file stands in quotes; its path may start with a file handle. NAME=* is the active "
     "document, as\n"
-    "is no NAME. A password stands in quotes and is at most 10 bytes long, 20 with "
-    "ENCRYPTEDPW=YES; it is\n"
-    "kept in no log and no trace. The embedded host of this version has no files.\n";
+    "is no NAME. Without TYPE the file's extension decides: .qxw is a QXW, anything else a QXV. A\n"
+    "password stands in quotes and is at most 10 bytes long, 20 with ENCRYPTEDPW=YES, which takes "
+    "the form\n"
+    "that vornwout password makes. It is kept in no log, and in a trace only with "
+    "--trace-secrets.\n";
 
 constexpr std::array kCommands = {
     Command{"OUTPUT NEW", "outnew_", outnew_,

@@ -21,6 +21,14 @@ namespace {
 constexpr int kErrorLevel = 3;
 constexpr const char* kNoneOpen = "No output documents are open.";
 
+/// Fails with the request's own name as the argument, in the bytes that the user wrote: one that is
+/// not valid would not survive the way to UTF-8 and back.
+bool failForName(const VornwMsgOutputControllerRequest& request,
+                 VornwMsgOutputControllerResponse& response, const char* message) {
+  response.setError(kErrorLevel, message, request.getName());
+  return false;
+}
+
 bool fail(VornwMsgOutputControllerResponse& response, std::string_view message,
           std::string_view argument = {}) {
   response.setError(kErrorLevel, currentEncoding().fromUtf8(message),
@@ -56,10 +64,10 @@ bool isValidName(const VornwMsgOutputControllerRequest& request,
   // "*" is refused here too, because it starts with no letter. A document named ALL is accepted: it
   // can be closed only together with all others.
   if (ValidateVORNNameCheckLastChar(request.getName()) == 0) return true;
-  return fail(response,
-              "^1 is not a valid name for an output document: a name starts with a letter, goes on "
-              "with letters, digits and the characters . _ $ # @, and does not end with a period.",
-              requestedName(request));
+  return failForName(
+      request, response,
+      "^1 is not a valid name for an output document: a name starts with a letter, goes on with "
+      "letters, digits and the characters . _ $ # @, and does not end with a period.");
 }
 
 }  // namespace
@@ -73,9 +81,9 @@ bool OutputController::SendRequest(const VornwMsgOutputControllerRequest& reques
     case OutputControllerCommand::kName:
       return rename(request, name, response);
     case OutputControllerCommand::kActivate:
-      return activate(name, request.getMinimized(), response);
+      return activate(request, name, response);
     case OutputControllerCommand::kClose:
-      return close(name, response);
+      return close(request, name, response);
     case OutputControllerCommand::kDisplay:
       list(response);
       return true;
@@ -95,7 +103,8 @@ Document& OutputController::documentForOutput() {
 
 bool OutputController::create(const VornwMsgOutputControllerRequest& request,
                               const std::string& name, VornwMsgOutputControllerResponse& response) {
-  if (!name.empty() && !(isValidName(request, response) && isFree(name, nullptr, response))) {
+  if (!name.empty() &&
+      !(isValidName(request, response) && isFree(request, name, nullptr, response))) {
     return false;
   }
   open(name, request.getMinimized() == OutputDocumentMinimized::kYes);
@@ -108,7 +117,7 @@ bool OutputController::rename(const VornwMsgOutputControllerRequest& request,
     return fail(response, "OUTPUT NAME needs a name for the active output document.");
   }
   OpenDocument* active = history_.empty() ? nullptr : history_.back();
-  if (!isValidName(request, response) || !isFree(name, active, response)) return false;
+  if (!isValidName(request, response) || !isFree(request, name, active, response)) return false;
   OpenDocument& opened = active != nullptr ? *active : open({}, false);
   Document& document = opened.document;
   // The new name first: when there is no memory for it, the document keeps the old one.
@@ -121,20 +130,23 @@ bool OutputController::rename(const VornwMsgOutputControllerRequest& request,
   return true;
 }
 
-bool OutputController::activate(const std::string& name, OutputDocumentMinimized minimized,
+bool OutputController::activate(const VornwMsgOutputControllerRequest& request,
+                                const std::string& name,
                                 VornwMsgOutputControllerResponse& response) {
-  OpenDocument* opened = resolve(
-      name, "OUTPUT ACTIVATE needs the name of an open output document, or * for the active one.",
-      response);
+  OpenDocument* opened =
+      resolve(request, name,
+              "OUTPUT ACTIVATE needs the name of an open output document, or * for the active one.",
+              response);
   if (opened == nullptr) return false;
   history_.splice(history_.end(), history_, opened->inHistory);
-  if (minimized != OutputDocumentMinimized::kNotApplicable) {
-    opened->document.setMinimized(minimized == OutputDocumentMinimized::kYes);
+  if (request.getMinimized() != OutputDocumentMinimized::kNotApplicable) {
+    opened->document.setMinimized(request.getMinimized() == OutputDocumentMinimized::kYes);
   }
   return true;
 }
 
-bool OutputController::close(const std::string& name, VornwMsgOutputControllerResponse& response) {
+bool OutputController::close(const VornwMsgOutputControllerRequest& request,
+                             const std::string& name, VornwMsgOutputControllerResponse& response) {
   if (foldedName(name) == foldedName("ALL")) {
     named_.clear();
     history_.clear();
@@ -142,7 +154,7 @@ bool OutputController::close(const std::string& name, VornwMsgOutputControllerRe
     return true;
   }
   const OpenDocument* opened = resolve(
-      name,
+      request, name,
       "OUTPUT CLOSE needs the name of an open output document, * for the active one, or ALL "
       "for all of them.",
       response);
@@ -163,7 +175,8 @@ OpenDocument* OutputController::findByName(std::string_view name) const {
   return found == named_.end() ? nullptr : found->second;
 }
 
-OpenDocument* OutputController::resolve(const std::string& name, const char* missingName,
+OpenDocument* OutputController::resolve(const VornwMsgOutputControllerRequest& request,
+                                        const std::string& name, const char* missingName,
                                         VornwMsgOutputControllerResponse& response) {
   if (name.empty()) {
     fail(response, missingName);
@@ -174,15 +187,18 @@ OpenDocument* OutputController::resolve(const std::string& name, const char* mis
     return history_.empty() ? nullptr : history_.back();
   }
   OpenDocument* document = findByName(name);
-  if (document == nullptr) fail(response, "There is no open output document named ^1.", name);
+  if (document == nullptr) {
+    failForName(request, response, "There is no open output document named ^1.");
+  }
   return document;
 }
 
-bool OutputController::isFree(const std::string& name, const OpenDocument* owner,
+bool OutputController::isFree(const VornwMsgOutputControllerRequest& request,
+                              const std::string& name, const OpenDocument* owner,
                               VornwMsgOutputControllerResponse& response) const {
   const OpenDocument* other = findByName(name);
   if (other == nullptr || other == owner) return true;
-  return fail(response, "An open output document is already named ^1.", name);
+  return failForName(request, response, "An open output document is already named ^1.");
 }
 
 OpenDocument& OutputController::open(const std::string& name, bool minimized) {
@@ -212,7 +228,8 @@ const OpenDocument* OutputController::holderOf(const std::string& path,
 bool OutputController::openFile(const VornwMsgOutputControllerRequest& request,
                                 const std::string& name,
                                 VornwMsgOutputControllerResponse& response) {
-  if (!name.empty() && !(isValidName(request, response) && isFree(name, nullptr, response))) {
+  if (!name.empty() &&
+      !(isValidName(request, response) && isFree(request, name, nullptr, response))) {
     return false;
   }
   const std::string path = documentPath(request.getText());
@@ -238,7 +255,7 @@ bool OutputController::openFile(const VornwMsgOutputControllerRequest& request,
 bool OutputController::saveFile(const VornwMsgOutputControllerRequest& request,
                                 const std::string& name,
                                 VornwMsgOutputControllerResponse& response) {
-  OpenDocument* opened = resolve(name.empty() ? "*" : name, "", response);
+  OpenDocument* opened = resolve(request, name.empty() ? "*" : name, "", response);
   if (opened == nullptr) return false;
   const std::string path = documentPath(request.getText());
   try {

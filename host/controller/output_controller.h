@@ -54,9 +54,10 @@ class OutputController : public OutputControllerInterface {
               VornwMsgOutputControllerResponse& response);
   bool rename(const VornwMsgOutputControllerRequest& request, const std::string& name,
               VornwMsgOutputControllerResponse& response);
-  bool activate(const std::string& name, OutputDocumentMinimized minimized,
+  bool activate(const VornwMsgOutputControllerRequest& request, const std::string& name,
                 VornwMsgOutputControllerResponse& response);
-  bool close(const std::string& name, VornwMsgOutputControllerResponse& response);
+  bool close(const VornwMsgOutputControllerRequest& request, const std::string& name,
+             VornwMsgOutputControllerResponse& response);
   void list(VornwMsgOutputControllerResponse& response) const;
   bool openFile(const VornwMsgOutputControllerRequest& request, const std::string& name,
                 VornwMsgOutputControllerResponse& response);
@@ -65,13 +66,13 @@ class OutputController : public OutputControllerInterface {
 
   OpenDocument* findByName(std::string_view name) const;
   /// The open document that `name` addresses, the active one for "*"; null after reporting.
-  OpenDocument* resolve(const std::string& name, const char* missingName,
-                        VornwMsgOutputControllerResponse& response);
+  OpenDocument* resolve(const VornwMsgOutputControllerRequest& request, const std::string& name,
+                        const char* missingName, VornwMsgOutputControllerResponse& response);
   /// The open document, other than `besides`, that holds the lock on the file.
   const OpenDocument* holderOf(const std::string& path, const OpenDocument* besides) const;
   /// True when no document but `owner` has the name; reports otherwise.
-  bool isFree(const std::string& name, const OpenDocument* owner,
-              VornwMsgOutputControllerResponse& response) const;
+  bool isFree(const VornwMsgOutputControllerRequest& request, const std::string& name,
+              const OpenDocument* owner, VornwMsgOutputControllerResponse& response) const;
   OpenDocument& open(const std::string& name, bool minimized);
   void remove(const OpenDocument& document);
 

@@ -49,11 +49,12 @@ void readColor(const SubComObj& subcommand, const char* keyword, const ParserMes
   std::string value;
   bool literal = false;
   const bool isOneToken = param->getStringOrLiteral(value, literal);
-  const MessageArgument written = isOneToken ? MessageArgument(value) : param->writtenText();
-  if (isCommentColor(written.text())) {
-    color = written.text();
+  // Only one token can be a colour, whatever several would make together.
+  if (isOneToken && isCommentColor(value)) {
+    color = value;
   } else {
-    messages.IgnoredParamValue(keyword, "", written);
+    messages.IgnoredParamValue(keyword, "",
+                               isOneToken ? MessageArgument(value) : param->writtenText());
   }
 }
 

@@ -1,5 +1,6 @@
 #include "platform/parser/token_sequence.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -57,7 +58,8 @@ int TokenInfoObj::getInteger() const {
   const double value = std::trunc(getNumber());
   constexpr double kLowest = std::numeric_limits<int>::min();
   constexpr double kHighest = std::numeric_limits<int>::max();
-  return value >= kLowest && value <= kHighest ? static_cast<int>(value) : 0;
+  // The nearest, so that whoever asks for bounds sees that it lies outside them.
+  return static_cast<int>(std::clamp(value, kLowest, kHighest));
 }
 
 double TokenInfoObj::getNumber() const {

@@ -48,7 +48,8 @@ class TokenInfoObj {
   bool IsNumber() const { return token_->kind == TokenKind::kNumber; }
   /// True for a number without decimal point and exponent that fits 32 bits.
   bool IsInteger() const;
-  /// The number truncated toward zero; 0 for a token that is no number or does not fit 32 bits.
+  /// The number truncated toward zero, or the nearest one that fits 32 bits; 0 for a token that is
+  /// none.
   int getInteger() const;
   /// The number's value; 0 for a token that is no number.
   double getNumber() const;

@@ -105,8 +105,8 @@ TEST_F(OutputControllerTest, NamesWhereOneStartsWithTheOtherDiffer) {
 TEST_F(OutputControllerTest, InvalidNamesAreRefused) {
   for (const char* name : {"*", "1a", "a.", "a b", "\xff\xfe"}) {
     SCOPED_TRACE(name);
-    expectFailure(send(Command::kNew, name), kInvalidName, currentToUtf8(name));
-    expectFailure(send(Command::kName, name), kInvalidName, currentToUtf8(name));
+    expectFailure(send(Command::kNew, name), kInvalidName, name);
+    expectFailure(send(Command::kName, name), kInvalidName, name);
   }
   EXPECT_EQ(open(), Names{});
 }
@@ -274,6 +274,15 @@ TEST_F(OutputControllerTest, TextsTravelInTheCurrentEncoding) {
   EXPECT_EQ(open(), (Names{"*\xC9t\xE9"}));
   expectFailure(send(Command::kActivate, "\xE4"), "There is no open output document named ^1.",
                 "\xE4");
+}
+
+TEST_F(OutputControllerTest, ANameThatIsNotValidComesBackInItsOwnBytes) {
+  // Shift-JIS has no replacement character, so the way to UTF-8 and back would make a "?" of it.
+  const ScopedEncoding scope(Encoding::find("Shift-JIS"));
+  expectFailure(send(Command::kActivate, "\x83"), "There is no open output document named ^1.",
+                "\x83");
+  expectFailure(send(Command::kClose, "\x83"), "There is no open output document named ^1.",
+                "\x83");
 }
 
 TEST_F(OutputControllerTest, OutputMakesADocumentOnlyWhereNoneIsOpen) {

@@ -26,8 +26,9 @@ std::string cleaned(const std::string& svg) {
 TEST(SvgSanitizer, HarmlessChartStaysAsItIs) {
   const char* insides[] = {
       "<rect x=\"1\" y=\"2\" fill=\"#fff\"/>",
-      "<defs><linearGradient id=\"a\"><stop offset=\"0\"/></linearGradient></defs>"
-      "<rect fill=\"url(#a)\" style=\"stroke: url(#a); fill: red\"/>",
+      // One element of the list, of two lines.
+      ("<defs><linearGradient id=\"a\"><stop offset=\"0\"/></linearGradient></defs>"
+       "<rect fill=\"url(#a)\" style=\"stroke: url(#a); fill: red\"/>"),
       "<use href=\"#glyph\"/>",
       "<text xml:space=\"preserve\"> a &lt; b &amp; c </text>",
       "<style>.a { fill: red } .b::after { content: \"\\2022\" }</style>",

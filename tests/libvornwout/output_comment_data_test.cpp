@@ -206,6 +206,16 @@ TEST(OutputCommentData, WarnsOfAColourItDoesNotKnowAndGoesOn) {
   }
 }
 
+TEST(OutputCommentData, TakesOnlyOneTokenForAColour) {
+  for (const char* color : {"#1 2345", "# 12345", "#'1234'", "#12-345"}) {
+    const Read read("OUTPUT COMMENT TEXT='a' COLOR=" + std::string(color) + ".");
+    EXPECT_EQ(read.textColor, "") << color;
+    EXPECT_THAT(read.sink.parserCalls(),
+                ElementsAre("IgnoredParamValue(COLOR, , " + std::string(color) + ")"));
+  }
+  EXPECT_EQ(Read("OUTPUT COMMENT TEXT='a' COLOR='#1 2345'.").textColor, "#1 2345");
+}
+
 TEST(OutputCommentData, ReportsItsValuesInTheirSettledOrder) {
   const Read read(
       "OUTPUT COMMENT BGCOLOR=x COLOR=y WIDTH=1 TEXT=a b /LINE BGCOLOR=x COLOR=y TEXT=a b.");

@@ -115,6 +115,8 @@ TEST(GetRgb, KeepsBlueUntestedForBeingAnInteger) {
   EXPECT_EQ(rgbOf("RGB(1 2 *)"), (Color{true, 1, 2, 0}));
   EXPECT_EQ(rgbOf("RGB(1 2 1e2)"), (Color{true, 1, 2, 100}));
   EXPECT_EQ(rgbOf("RGB(1 2 256.5)"), (Color{false, 1, 2, 256}));
+  EXPECT_FALSE(rgbOf("RGB(1 2 99999999999)").found);
+  EXPECT_FALSE(rgbOf("RGB(1 2 -1e10)").found);
 }
 
 TEST(GenericToUtf8, ConvertsFromTheCurrentEncoding) {
