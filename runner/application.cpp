@@ -22,6 +22,8 @@
 namespace vornwout {
 namespace {
 
+constexpr const char* kVersion = "vornwout " VORN_VERSION;
+
 struct HelpOptions {
   std::vector<std::string> command;
   bool markdown = false;
@@ -90,6 +92,7 @@ void addRun(CLI::App& application, RunOptions& options, Written& written) {
   run->add_option("--color", written.color, "Colours: auto (default), always or never")
       ->check(CLI::IsMember({"auto", "always", "never"}))
       ->type_name("WHEN");
+  run->set_version_flag("--version", kVersion);
   run->footer(
       "Exit status: 0 when nothing worse than a warning was reported, 1 when an error was\n"
       "reported, 2 for wrong usage or a file that cannot be read or written.");
@@ -215,7 +218,7 @@ int refuseUsage(const std::string& problem) {
 
 int runApplication(int argc, char** argv) {
   CLI::App application("Runs the OUTPUT commands of jobs on output documents.", "vornwout");
-  application.set_version_flag("--version", "vornwout " VORN_VERSION);
+  application.set_version_flag("--version", kVersion);
   application.require_subcommand(1);
   application.footer("vornwout run --help, vornwout show --help and so on tell more about them.");
   RunOptions runOptions;

@@ -4,6 +4,7 @@
 #include "libvornwout/commands/output_comment_data.h"
 #include "libvornwout/frame/command_frame.h"
 #include "libvornwout/frame/constants.h"
+#include "platform/parser/current_command.h"
 #include "vornwout/entry_points.h"
 
 namespace vornwout {
@@ -50,7 +51,9 @@ void outputComment() {
   valid = line.populateSpecification(frame.spec(), frame.messages(), lines) && valid;
   if (!valid) return;
   if (lines.empty()) {
-    // A table without rows shows nothing, and the user would not learn why.
+    // A table without rows shows nothing, and the user would not learn why. It is the whole command
+    // that lacks something, not the value that was read last.
+    if (CurrentCommand* current = CurrentCommand::current()) current->noteRead(nullptr);
     frame.messages().GenericWarning("The comment has no text: nothing was written.");
     return;
   }

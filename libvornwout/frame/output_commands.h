@@ -10,7 +10,7 @@ class OutputCommands {
   static void ErrorWarn0(const char* text, int level);
   /// Reports a message with one argument for "^1". A null or empty argument leaves "^1" as it is.
   static void ErrorWarn(const char* text, const char* argument, int level);
-  /// The same with an argument that is shown but kept neither in a trace nor in a document.
+  /// The same with an argument that no terminal, trace or document gets to see.
   static void errorWarnSecret(const char* text, const char* argument, int level);
 };
 

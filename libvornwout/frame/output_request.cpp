@@ -1,5 +1,6 @@
 #include "libvornwout/frame/output_request.h"
 
+#include <string_view>
 #include <utility>
 
 #include "libvornwout/frame/constants.h"
@@ -36,8 +37,12 @@ OutputExchange::OutputExchange(OutputControllerCommand command, FileRequest file
 
 bool OutputExchange::send(OutputControllerInterface& controller) {
   if (controller.SendRequest(request_, response_)) return true;
-  OutputCommands::ErrorWarn(response_.GetMsgString(), response_.GetArgumentString(),
-                            response_.GetErrorSeverity());
+  // A host may say back what it was told, the password included.
+  const std::string_view argument = response_.GetArgumentString().view();
+  const auto report = !file_.password.empty() && argument == file_.password
+                          ? &OutputCommands::errorWarnSecret
+                          : &OutputCommands::ErrorWarn;
+  report(response_.GetMsgString(), response_.GetArgumentString(), response_.GetErrorSeverity());
   return false;
 }
 

@@ -62,9 +62,12 @@ class BpGroup {
 /// A dimension of a table.
 class BpDimension : public BpGroup {
  public:
-  /// Puts the dimension into the rows (0), columns (1) or layers (2), as number `index` from 1. The
-  /// flags hide the dimension's own label and the labels of its categories.
-  void Position(int place, int index, bool hideLabel, bool hideCategories);
+  /// Rows (0), columns (1) or layers (2).
+  using Place = int;
+
+  /// Puts the dimension into a place, as number `index` from 1. The flags hide the dimension's own
+  /// label and the labels of its categories.
+  void Position(Place place, int index, bool hideLabel, bool hideCategories);
 
  private:
   friend class BpPivotTable;
@@ -88,8 +91,10 @@ class BpPivotTable {
   void MinDataColumnWidth(int width);
   void MaxDataColumnWidth(int width);
   void HideTitle();
+  /// How a dimension's categories are ordered; 0 keeps the order in which they were made.
+  using Sort = int;
   /// The dimension with this label, made when it is asked for first; `sort` counts only then.
-  BpDimension Dimension(const BpCellText& label, int sort);
+  BpDimension Dimension(const BpCellText& label, Sort sort);
 
  private:
   std::shared_ptr<TableQueue> queue_;      // shared: the handle may outlive its procedure

@@ -62,7 +62,12 @@ class BpProcedure : public BpHeading {
 /// Adds a line to the notes.
 void AddNotes(int number, const BpCellText& label, const BpCellText& value);
 
-/// Writes a message into the output; `level` 2 is a warning, 3 an error.
-void BpError(const BpCellText& message, int show, int level);
+/// How a message is shown, and how bad it is: 2 is a warning, 3 an error. A host may give others,
+/// which are passed on.
+using BpErrorShow = int;
+using BpErrorLevel = int;
+
+/// Writes a message into the output.
+void BpError(const BpCellText& message, BpErrorShow show, BpErrorLevel level);
 
 }  // namespace vornwout

@@ -114,6 +114,7 @@ TEST(OutputComment, WarnsOfACommentWithoutText) {
     ASSERT_EQ(run.parserMessages.size(), 1U) << text;
     EXPECT_EQ(run.parserMessages[0].operation, "GenericWarning");
     EXPECT_EQ(run.parserMessages[0].severity, MessageSeverity::kWarning);
+    EXPECT_EQ(run.parserMessages[0].place, (SourcePlace{1, 1}));
     EXPECT_THAT(run.tables, IsEmpty());
   }
 }

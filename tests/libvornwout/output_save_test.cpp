@@ -140,6 +140,22 @@ TEST_F(OutputSave, MarksThePasswordOfAMessageAsSecret) {
   EXPECT_EQ(renderText(withoutSecrets(saved.outputMessages[0].message)), tooLong("***"));
 }
 
+TEST_F(OutputSave, MarksAPasswordThatTheHostSaysBackAsSecret) {
+  host.succeeds = false;
+  for (const char* argument : {"s3cret", "other", ""}) {
+    host.answer.setError(3, "Refused: ^1", argument);
+    const CommandRun saved = run("OUTFILE='/a' /PASSPROTECT PASSWORD='s3cret'");
+    ASSERT_EQ(saved.outputMessages.size(), 1U);
+    const std::string shown = renderText(withoutSecrets(saved.outputMessages[0].message));
+    EXPECT_EQ(shown, argument == std::string("s3cret")  ? "Refused: ***"
+                     : argument == std::string("other") ? "Refused: other"
+                                                        : "Refused: ^1");
+  }
+  host.answer.setError(3, "Refused: ^1", "");
+  const CommandRun plain = run("OUTFILE='/a'");
+  EXPECT_EQ(renderText(withoutSecrets(plain.outputMessages.at(0).message)), "Refused: ^1");
+}
+
 TEST_F(OutputSave, RepeatsNoPasswordInAMessageOfTheParser) {
   for (const char* keywords :
        {"OUTFILE='/a' /PASSPROTECT PASSWORD='a' 's3cret'",

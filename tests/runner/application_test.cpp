@@ -19,10 +19,13 @@ using testing::Not;
 using testing::StartsWith;
 
 TEST(Application, VersionIsShown) {
-  const ProgramResult result = runProgram({"--version"});
-  EXPECT_EQ(result.status, 0);
-  EXPECT_THAT(result.out, MatchesRegex("vornwout [0-9]+\\.[0-9]+\\.[0-9]+\n"));
-  EXPECT_EQ(result.err, "");
+  for (const auto& arguments :
+       std::vector<std::vector<std::string>>{{"--version"}, {"run", "--version"}}) {
+    const ProgramResult result = runProgram(arguments);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.out, MatchesRegex("vornwout [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+    EXPECT_EQ(result.err, "");
+  }
 }
 
 TEST(Application, HelpNamesTheCommands) {
