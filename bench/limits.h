@@ -59,6 +59,7 @@ inline Medians mediansInTurn(const Effort& effort, const std::function<void()>& 
   return {median(firstTimes), median(secondTimes)};
 }
 
+std::vector<LimitResult> buildLimits(const Effort& effort);
 std::vector<LimitResult> commandLimits(const Effort& effort);
 std::vector<LimitResult> documentLimits(const Effort& effort);
 /// `program` is the built program, for what is measured on whole processes.

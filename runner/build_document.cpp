@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include "host/build/build_error.h"
+#include "host/build/counted_files.h"
 #include "host/build/manifest.h"
 #include "host/build/object_builder.h"
 #include "host/build/utf8_stream.h"
@@ -22,6 +23,7 @@
 #include "runner/run_options.h"
 #include "runner/standard_streams.h"
 #include "runner/terminal/diagnostics.h"
+#include "runner/terminal/progress.h"
 #include "runner/terminal/style.h"
 
 namespace vornwout {
@@ -211,9 +213,11 @@ DocumentObject builtObject(const WrittenObject& written, BuildFiles& files) {
 void buildDocument(const BuildOptions& options, Document& document) {
   if (options.manifest.empty()) {
     DiskFiles files("", FileReach::kAnywhere);
-    for (const WrittenObject& written : objectsOf(options)) {
-      document.append(builtObject(written, files));
-    }
+    CountedFiles counted(files);
+    const std::vector<WrittenObject> objects = objectsOf(options);
+    for (const WrittenObject& written : objects) counted.expect(written.file);
+    for (const WrittenObject& written : objects) document.append(builtObject(written, counted));
+    counted.finish();
     return;
   }
   DiskFiles here("", FileReach::kAnywhere);
@@ -231,8 +235,7 @@ int report(const BuildError& error) {
   diagnostic.help = error.help();
   printDiagnostic(std::cerr, diagnostic,
                   chooseStyle(StyleMode::kAuto, readTerminalFacts(STDERR_FILENO)));
-  // Without a place it is the file that cannot be read.
-  return error.place().line > 0 ? kExitErrors : kExitUsage;
+  return error.kind() == BuildError::Kind::kMistake ? kExitErrors : kExitUsage;
 }
 
 void checkUsage(const BuildOptions& options) {
@@ -315,6 +318,7 @@ int runBuild(const BuildOptions& options) {
       save.password = std::get<std::string>(std::move(password));
     }
     Document document(1, "", false);
+    const StandardProgress progress(false);
     buildDocument(options, document);
     saveDocument(document, options.output, save);
     return kExitSuccess;

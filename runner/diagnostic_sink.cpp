@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/parser/current_command.h"
+#include "platform/parser/hidden_text.h"
 #include "platform/parser/secret_tokens.h"
 #include "platform/parser/tokenizer.h"
 #include "platform/pivot/cell_text.h"
@@ -26,27 +27,6 @@ int characterCount(std::string_view text) {
   return count;
 }
 
-/// The first token that ends behind a byte of the job. Tokens stand in the order of their places.
-std::vector<Token>::const_iterator tokenAt(const std::vector<Token>& tokens, std::size_t offset) {
-  return std::partition_point(tokens.begin(), tokens.end(), [offset](const Token& token) {
-    return token.offset + token.length <= offset;
-  });
-}
-
-/// The bytes [begin, end) of the job with "***" in place of what is secret.
-std::string withoutSecrets(const TokenizedCommand& command, const std::vector<bool>& secret,
-                           std::size_t begin, std::size_t end) {
-  const std::vector<Token>& tokens = command.tokens();
-  std::string shown;
-  for (auto token = tokenAt(tokens, begin); token != tokens.end() && token->offset < end; ++token) {
-    if (!secret[static_cast<std::size_t>(token - tokens.begin())]) continue;
-    if (token->offset > begin) shown += command.jobText().substr(begin, token->offset - begin);
-    shown += kHiddenSecret;
-    begin = std::min<std::size_t>(end, token->offset + token->length);
-  }
-  return shown.append(command.jobText().substr(begin, end - begin));
-}
-
 /// Fills in the place, the source line and the length of the offender.
 void describe(Diagnostic& diagnostic, const TokenizedCommand& command,
               const std::vector<bool>& secret, const SourceSpot& spot, int reach) {
@@ -59,14 +39,9 @@ void describe(Diagnostic& diagnostic, const TokenizedCommand& command,
   const auto begin = static_cast<std::size_t>(part.text.data() - command.jobText().data());
   const std::size_t end = begin + part.text.size();
   // What stands inside a secret is shown at its beginning.
-  std::size_t split = spot.offset;
-  const auto token = tokenAt(command.tokens(), split);
-  if (token != command.tokens().end() && token->offset < split &&
-      secret[static_cast<std::size_t>(token - command.tokens().begin())]) {
-    split = std::max<std::size_t>(begin, token->offset);
-  }
-  const std::string before = withoutSecrets(command, secret, begin, split);
-  const std::string behind = withoutSecrets(command, secret, split, end);
+  const std::size_t split = std::max(begin, hiddenStart(command, secret, spot.offset));
+  const std::string before = hiddenText(command, secret, begin, split);
+  const std::string behind = hiddenText(command, secret, split, end);
   // The place stays that of the job; in the line it lies behind what is shown of it. Characters are
   // counted anew only where there are others now.
   const bool isAsWritten = split == spot.offset && part.text.substr(0, split - begin) == before;
@@ -75,7 +50,7 @@ void describe(Diagnostic& diagnostic, const TokenizedCommand& command,
                            part.isCutAfter};
   const std::size_t length = std::min({spot.length, bytes, command.jobText().size() - spot.offset});
   diagnostic.length =
-      characterCount(withoutSecrets(command, secret, spot.offset, spot.offset + length));
+      characterCount(hiddenText(command, secret, spot.offset, spot.offset + length));
 }
 
 }  // namespace
@@ -107,7 +82,9 @@ void DiagnosticSink::outputMessage(const OutputMessageRecord& message) {
   if (command_ != nullptr && !command_->tokens().empty()) {
     spot = command_->spot(command_->tokens().front());
   }
-  show(message.severity(), spot, message.briefText(), {});
+  OutputMessageRecord shown = message;
+  shown.message = withoutSecrets(message.message);
+  show(shown.severity(), spot, shown.briefText(), {});
 }
 
 void DiagnosticSink::warnOfText(const Job& job, std::uint32_t offset, std::uint32_t line,

@@ -1,7 +1,7 @@
 // Shows the messages of a run on standard error and counts them.
 //
-// A message comes with the line of the job that it is about, in which secrets are hidden as they
-// are in the message.
+// A message comes with the line of the job that it is about. Secrets are hidden in both, for
+// standard error ends up in logs.
 #pragma once
 
 #include <cstdint>

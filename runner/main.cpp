@@ -1,3 +1,4 @@
+#include <csignal>
 #include <exception>
 #include <iostream>
 
@@ -10,6 +11,8 @@ int main(int argc, char** argv) {
   try {
     vornwout::keepFreedMemory();
     vornwout::prepareStandardStreams();
+    // A file that grows beyond what the user may write is then an error like any other.
+    std::signal(SIGXFSZ, SIG_IGN);
     return vornwout::runApplication(argc, argv);
   } catch (const std::exception& exception) {
     std::cerr << "vornwout: error: " << exception.what() << "\n";

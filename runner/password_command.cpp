@@ -1,18 +1,21 @@
 #include "runner/password_command.h"
 
-#include <cstdio>
 #include <iostream>
 #include <optional>
 #include <string>
+#include <utility>
+#include <variant>
 
 #include <fmt/format.h>
-#include <termios.h>
+#include <openssl/crypto.h>
 #include <unistd.h>
 
 #include "host/store/password_form.h"
 #include "host/store/store_error.h"
+#include "runner/password_file.h"
 #include "runner/run_options.h"
 #include "runner/standard_streams.h"
+#include "runner/terminal/hidden_input.h"
 
 namespace vornwout {
 namespace {
@@ -21,7 +24,8 @@ namespace {
 constexpr std::size_t kMaxPasswordBytes = 10;
 
 constexpr const char* kExplanation =
-    "Reads a password (on a terminal twice, and not shown; otherwise one line of standard input)\n"
+    "Reads a password (on a terminal twice, and not shown; otherwise the one line of standard "
+    "input)\n"
     "and prints its encrypted form, two digits for each byte, for\n"
     "  OUTPUT SAVE OUTFILE='report.qxv' /PASSPROTECT PASSWORD='...' ENCRYPTEDPW=YES.\n"
     "and OUTPUT OPEN FILE='report.qxv' PASSWORD='...'.\n"
@@ -35,35 +39,6 @@ constexpr const char* kExplanation =
     "The document itself is encrypted with the readable password, by AES-256: who gets that\n"
     "opens it with any zip program.";
 
-/// Turns off what a terminal shows of the keys, while it lives.
-class HiddenInput {
- public:
-  HiddenInput() {
-    isChanged_ = tcgetattr(STDIN_FILENO, &before_) == 0;
-    if (!isChanged_) return;
-    termios hidden = before_;
-    hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-    isChanged_ = tcsetattr(STDIN_FILENO, TCSAFLUSH, &hidden) == 0;
-  }
-  ~HiddenInput() {
-    if (isChanged_) tcsetattr(STDIN_FILENO, TCSAFLUSH, &before_);
-  }
-  HiddenInput(const HiddenInput&) = delete;
-  HiddenInput& operator=(const HiddenInput&) = delete;
-
- private:
-  bool isChanged_ = false;
-  termios before_{};
-};
-
-std::optional<std::string> askOnTerminal(const char* prompt) {
-  std::cerr << prompt << std::flush;
-  std::string line;
-  const bool isRead = static_cast<bool>(std::getline(std::cin, line));
-  std::cerr << '\n';
-  return isRead ? std::optional(std::move(line)) : std::nullopt;
-}
-
 /// The password, or why there is none.
 struct Answer {
   std::string password;
@@ -73,21 +48,27 @@ struct Answer {
 Answer readPassword() {
   Answer answer;
   if (isatty(STDIN_FILENO) != 0) {
-    const HiddenInput hidden;
-    const auto first = askOnTerminal("Password: ");
-    const auto second = first ? askOnTerminal("The same again: ") : std::nullopt;
+    HiddenInput input;
+    const auto first = input.ask("Password: ");
+    const auto second = first ? input.ask("The same again: ") : std::nullopt;
     if (!second) return {{}, "No password was given."};
     if (*first != *second) return {{}, "The two passwords differ."};
     answer.password = *first;
+    if (answer.password.empty()) return {{}, "The password is empty."};
   } else {
-    if (!std::getline(std::cin, answer.password)) return {{}, "No password was given."};
-    if (answer.password.ends_with('\r')) answer.password.pop_back();
+    auto password = readPasswordFile("-");
+    if (auto* error = std::get_if<PasswordFileError>(&password)) {
+      return {{}, std::move(error->text)};
+    }
+    answer.password = std::get<std::string>(std::move(password));
   }
-  if (answer.password.empty()) return {{}, "The password is empty."};
   if (answer.password.size() > kMaxPasswordBytes) {
     return {{},
             fmt::format("The password has {} bytes; OUTPUT SAVE takes {} at most.",
                         answer.password.size(), kMaxPasswordBytes)};
+  }
+  if (!isTypeablePassword(answer.password)) {
+    return {{}, "The password has control characters, or is not in UTF-8."};
   }
   return answer;
 }

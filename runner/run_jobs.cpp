@@ -21,6 +21,7 @@
 #include "runner/run_options.h"
 #include "runner/scripted_host.h"
 #include "runner/standard_streams.h"
+#include "runner/terminal/progress.h"
 #include "runner/terminal/terminal_sink.h"
 
 namespace vornwout {
@@ -110,7 +111,9 @@ int runAll(const RunOptions& options, const std::vector<Job>& jobs, Hosts& hosts
   });
   std::optional<SinkRegistration> terminalRegistration;
   if (!options.quiet) terminalRegistration.emplace(terminal);
-  DiagnosticSink diagnostics(std::cerr, errStyle, [oneTerminal] {
+  StandardProgress progress(options.quiet, options.color);
+  DiagnosticSink diagnostics(std::cerr, errStyle, [oneTerminal, &progress] {
+    progress.hide();
     if (oneTerminal) std::cout.flush();
   });
   const SinkRegistration diagnosticRegistration(diagnostics);

@@ -112,16 +112,11 @@ std::unique_ptr<Document> open(const ShowOptions& options) {
     }
     how.password = std::get<std::string>(std::move(password));
   }
-  const TerminalFacts facts = readTerminalFacts(STDERR_FILENO);
-  std::optional<ProgressBar> bar;
-  std::optional<ProgressRegistration> registration;
-  if (ProgressBar::isWanted(facts, false)) {
-    registration.emplace(bar.emplace(std::cerr, chooseStyle(StyleMode::kAuto, facts)));
-  }
+  StandardProgress progress(false);
   try {
     return openDocument(options.file, how);
   } catch (const StoreError& error) {
-    if (bar) bar->hide();
+    progress.hide();
     std::string text = fmt::format("{} cannot be opened. {}", options.file, error.what());
     if (error.kind() == StoreError::Kind::kWrongPassword) {
       text += options.passwordFile.empty() ? " Give its password with --password-file." : "";

@@ -36,14 +36,16 @@ class FileSource : public ByteSource {
       const ssize_t count = ::read(descriptor_, buffer, size);
       if (count >= 0) return static_cast<std::size_t>(count);
       if (errno != EINTR) {
-        throw BuildError(name_, {}, fmt::format("It cannot be read: {}.", systemReason(errno)));
+        throw BuildError::unreadable(name_,
+                                     fmt::format("It cannot be read: {}.", systemReason(errno)));
       }
     }
   }
 
   void rewind() override {
     if (::lseek(descriptor_, 0, SEEK_SET) < 0) {
-      throw BuildError(name_, {}, fmt::format("It cannot be read: {}.", systemReason(errno)));
+      throw BuildError::unreadable(name_,
+                                   fmt::format("It cannot be read: {}.", systemReason(errno)));
     }
   }
 
@@ -66,8 +68,8 @@ std::string readRest(ByteSource& source, const std::string& name, std::size_t li
     const std::size_t count = source.read(bytes.data() + start, kChunk);
     bytes.resize(start + count);
     if (bytes.size() > limit) {
-      throw BuildError(name, {},
-                       fmt::format("It is too large: more than {} MiB are not read.", limit >> 20));
+      throw BuildError::unreadable(
+          name, fmt::format("It is too large: more than {} MiB are not read.", limit >> 20));
     }
     if (count == 0) return bytes;
   }
@@ -92,8 +94,8 @@ std::string DiskFiles::shownName(const std::string& name) const {
 void DiskFiles::checkReach(const std::string& name) const {
   if (reach_ == FileReach::kAnywhere) return;
   const auto refuse = [&](const char* why) {
-    throw BuildError(
-        shownName(name), {}, why,
+    throw BuildError::unreadable(
+        shownName(name), why,
         "Put the file into the manifest's folder, or allow others by --allow-outside.");
   };
   const fs::path path(name);
@@ -111,24 +113,37 @@ void DiskFiles::checkReach(const std::string& name) const {
   }
 }
 
+std::uint64_t DiskFiles::sizeOf(const std::string& name) {
+  struct stat facts {};
+  const std::string path = (fs::path(folder_) / name).string();
+  if (::stat(path.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)) return 0;
+  return static_cast<std::uint64_t>(facts.st_size);
+}
+
 std::unique_ptr<ByteSource> DiskFiles::open(const std::string& name) {
   const std::string shown = shownName(name);
   if (name.empty() || name.find('\0') != std::string::npos) {
-    throw BuildError(shown, {}, "This is no name of a file.");
+    throw BuildError::unreadable(shown, "This is no name of a file.");
   }
   checkReach(name);
   const std::string path = (fs::path(folder_) / name).string();
-  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  // Opening a pipe would wait for its other end, and a manifest's author decides what lies there.
+  const int patience = reach_ == FileReach::kFolder ? O_NONBLOCK | O_NOCTTY : 0;
+  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | patience);
   if (descriptor < 0) {
-    throw BuildError(shown, {}, fmt::format("It cannot be read: {}.", systemReason(errno)));
+    throw BuildError::unreadable(shown, fmt::format("It cannot be read: {}.", systemReason(errno)));
   }
   auto source = std::make_unique<FileSource>(descriptor, shown);
   struct stat facts {};
   if (::fstat(descriptor, &facts) != 0) {
-    throw BuildError(shown, {}, fmt::format("It cannot be read: {}.", systemReason(errno)));
+    throw BuildError::unreadable(shown, fmt::format("It cannot be read: {}.", systemReason(errno)));
   }
-  if (S_ISDIR(facts.st_mode)) throw BuildError(shown, {}, "It is a folder, not a file.");
+  if (S_ISDIR(facts.st_mode)) throw BuildError::unreadable(shown, "It is a folder, not a file.");
   if (S_ISREG(facts.st_mode)) return source;
+  if (reach_ == FileReach::kFolder) {
+    throw BuildError::unreadable(shown, "It is no ordinary file.",
+                                 "Pipes and devices are read with --allow-outside only.");
+  }
   return std::make_unique<MemorySource>(readRest(*source, shown, kMaxPipeBytes));
 }
 

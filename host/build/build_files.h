@@ -3,10 +3,12 @@
 // Entry points: DiskFiles for a folder, BuildFiles::open() for bytes in order, readWhole() for what
 // is small enough to be held. A manifest comes from outside: by the names in it nothing is read but
 // what lies in its folder, neither by ".." nor by a symbolic link that leads out, unless the user
-// allowed it.
+// allowed it. Such a name leads to an ordinary file only: a pipe could make the build wait for
+// ever.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -41,6 +43,8 @@ class BuildFiles {
   virtual std::unique_ptr<ByteSource> open(const std::string& name) = 0;
   /// What messages call the file.
   virtual std::string shownName(const std::string& name) const { return name; }
+  /// Bytes that the file has, for telling how far its reading is; 0 where nobody knows.
+  virtual std::uint64_t sizeOf(const std::string&) { return 0; }
 };
 
 /// Which files a folder's names may reach.
@@ -52,6 +56,7 @@ class DiskFiles : public BuildFiles {
   DiskFiles(std::string folder, FileReach reach) : folder_(std::move(folder)), reach_(reach) {}
   std::unique_ptr<ByteSource> open(const std::string& name) override;
   std::string shownName(const std::string& name) const override;
+  std::uint64_t sizeOf(const std::string& name) override;
 
  private:
   void checkReach(const std::string& name) const;

@@ -43,11 +43,16 @@ int CategoryTree::leafOf(std::span<const std::string_view> labels) {
   int parent = -1;
   for (std::size_t level = 0; level < levels_; ++level) {
     const int last = last_[level];
-    if (last >= 0 && parentOf(last) == parent && labelOf(last) == labels[level]) {
+    const auto is = [&](int node) {
+      return node >= 0 && parentOf(node) == parent && labelOf(node) == labels[level];
+    };
+    if (is(last)) {
       parent = last;
       continue;
     }
-    parent = childOf(parent, labels[level], level + 1 == levels_);
+    int& follower = last >= 0 ? nodes_[static_cast<std::size_t>(last)].follower : firstFollower_;
+    if (!is(follower)) follower = childOf(parent, labels[level], level + 1 == levels_);
+    parent = follower;
     last_[level] = parent;
   }
   return nodes_[static_cast<std::size_t>(parent)].leaf;
@@ -64,7 +69,7 @@ int CategoryTree::childOf(int parent, std::string_view label, bool isLeaf) {
   }
   const int added = nodeCount();
   slots_[slot] = added;
-  nodes_.push_back({std::string(label), parent, isLeaf ? leafCount_ : -1, hash});
+  nodes_.push_back({std::string(label), parent, isLeaf ? leafCount_ : -1, -1, hash});
   if (isLeaf) {
     leafNodes_.push_back(added);
     ++leafCount_;

@@ -2,7 +2,8 @@
 //
 // Entry points: leafOf() for each row of the file, finish() for the dimension in the order that was
 // asked for. A node is found by its group and its label through a table of hashes; the node of the
-// row before is tried first, since rows come sorted more often than not.
+// row before is tried first, and then the one that came behind it the last time, since rows come
+// sorted more often than not.
 #pragma once
 
 #include <cstdint>
@@ -46,6 +47,7 @@ class CategoryTree {
     std::string label;
     int parent = -1;
     int leaf = -1;
+    int follower = -1;  ///< the node of the row behind the last row that had this one
     std::size_t hash = 0;
   };
 
@@ -57,6 +59,7 @@ class CategoryTree {
   std::vector<int> leafNodes_;
   std::vector<int> slots_;  ///< nodes by hash, -1 where there is none
   std::vector<int> last_;   ///< the node of the row before, by level
+  int firstFollower_ = -1;  ///< of no node, where reading starts
   int leafCount_ = 0;
 };
 

@@ -110,7 +110,12 @@ SourcePlace placeOfField(ByteSource& source, const CsvTextForm& form, std::uint6
                          std::size_t field) {
   PlaceCounter places;
   FieldCounter fields(form.separator);
+  std::size_t at = 0;
   walk(source, form, [&](char c) {
+    if (at++ < form.preamble) {
+      places.step(c);
+      return true;
+    }
     if (fields.startsField(c) && fields.record() == record && fields.field() == field) return false;
     fields.step(c);
     places.step(c);

@@ -4,6 +4,7 @@
 // with CR, LF or both, as in an editor, also within quotes; columns count characters.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -15,6 +16,7 @@ namespace vornwout {
 struct CsvTextForm {
   std::string encoding;  ///< as Utf8Stream takes it
   char separator = ',';
+  std::size_t preamble = 0;  ///< bytes before the header, as UTF-8, which are no record
 };
 
 /// Place of the byte at `offset` of the text in UTF-8.

@@ -45,6 +45,25 @@ char detectSeparator(std::string_view text) {
       static_cast<std::size_t>(std::max_element(counts.begin(), counts.end()) - counts.begin()));
 }
 
+/// A line before the header that names the separator, with the end of the line.
+struct SeparatorLine {
+  std::size_t length = 0;  ///< 0 where there is none
+  char separator = ',';
+};
+
+SeparatorLine separatorLine(std::string_view text) {
+  constexpr std::string_view kStart = "sep=";
+  SeparatorLine line;
+  const std::string_view first = text.substr(0, text.find_first_of("\r\n"));
+  if (first.size() != kStart.size() + 1 || !first.starts_with(kStart)) return line;
+  if (!isCsvSeparator(first.back())) return line;
+  line.separator = first.back();
+  line.length = first.size();
+  if (text.substr(line.length).starts_with('\r')) ++line.length;
+  if (text.substr(line.length).starts_with('\n')) ++line.length;
+  return line;
+}
+
 /// A record's line breaks are LF, whatever the file's are: other formats would change a CR.
 std::string withLineFeeds(std::string_view field) {
   std::string result;
@@ -196,25 +215,32 @@ CsvReader::CsvReader(ByteSource& source, std::string file, CsvOptions options)
 }
 
 SourcePlace CsvReader::placeOf(std::uint64_t record, std::size_t field) {
-  return placeOfField(source_, {options_.encoding, separator_}, record, field);
+  return placeOfField(source_, form(), record, field);
 }
 
 void CsvReader::read(const Handler& handler) {
   const auto refuseAt = [&](std::uint64_t offset, const std::string& text,
                             const std::string& help) {
-    throw BuildError(file_, placeOfOffset(source_, {options_.encoding, separator_}, offset), text,
-                     help);
+    throw BuildError(file_, placeOfOffset(source_, form(), offset), text, help);
   };
   std::uint64_t given = 0;
   try {
     Utf8Stream stream(source_, options_.encoding);
     std::string_view text = stream.next();
-    separator_ = options_.separator ? *options_.separator : detectSeparator(text);
+    const SeparatorLine line = separatorLine(text);
+    preamble_ = line.length;
+    given = line.length;
+    text.remove_prefix(line.length);
+    separator_ = options_.separator ? *options_.separator
+                 : line.length > 0  ? line.separator
+                                    : detectSeparator(text);
+    if (text.empty()) text = stream.next();
     RecordCollector collector(separator_, handler);
     for (; !text.empty(); text = stream.next()) {
       if (!collector.add(text)) {
-        const bool isQuote = text[static_cast<std::size_t>(collector.refusedAt() - given)] == '"';
-        refuseAt(collector.refusedAt(),
+        const std::uint64_t refused = preamble_ + collector.refusedAt();
+        const bool isQuote = text[static_cast<std::size_t>(refused - given)] == '"';
+        refuseAt(refused,
                  isQuote ? "A quote stands within a field that does not start with one."
                          : "Something stands behind the quote that closes the field.",
                  "Put the whole field in quotes and double the quotes within it.");

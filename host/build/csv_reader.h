@@ -2,7 +2,8 @@
 //
 // Entry points: read() gives every record in turn, placeOf() says where a field of one stands.
 // libcsv finds the fields; separators are a comma, a semicolon, a tab or a pipe, lines end with CR,
-// LF or both, blank lines are skipped, blanks belong to their field. The library knows no places,
+// LF or both, blank lines are skipped, blanks belong to their field. A first line "sep=;" is the
+// note by which spreadsheets tell each other the separator. The library knows no places,
 // and counting them for every field would cost more than reading: a place is found by a second pass
 // when there is something to say about it. Memory is that of a chunk and of the longest record.
 #pragma once
@@ -15,6 +16,7 @@
 #include <string_view>
 
 #include "host/build/build_files.h"
+#include "host/build/csv_place.h"
 #include "platform/adapter/output_sink.h"
 
 namespace vornwout {
@@ -52,7 +54,10 @@ class CsvReader {
   ByteSource& source_;
   std::string file_;
   CsvOptions options_;
+  CsvTextForm form() const { return {options_.encoding, separator_, preamble_}; }
+
   char separator_ = ',';
+  std::size_t preamble_ = 0;
 };
 
 /// Whether fields may be separated so.

@@ -6,10 +6,10 @@
 #include <fmt/format.h>
 
 #include "host/build/build_error.h"
+#include "host/build/counted_files.h"
 #include "host/build/manifest_reader.h"
 #include "host/build/object_builder.h"
 #include "host/build/table_manifest.h"
-#include "platform/adapter/progress_listener.h"
 #include "platform/text/multibyte.h"
 #include "platform/text/strict_json.h"
 
@@ -29,24 +29,40 @@ class DocumentBuilder {
  public:
   DocumentBuilder(std::string_view text, const std::string& file, BuildFiles& files,
                   Document& document)
-      : reader_(text, file), files_(files), document_(document) {}
+      : reader_(text, file), counted_(files), files_(counted_), document_(document) {}
 
   void build(const Json& json) {
+    expectFiles(json);
     reader_.readMembers(
         json, {{"$schema", [&](const Json& v) { reader_.text(v); }},
                {"title", [&](const Json& v) { document_.append(titleObject(reader_.name(v))); }},
                {"objects",
                 [&](const Json& v) {
-                  total_ = v.size();
-                  reader_.readList(v, [&](const Json& element) {
-                    document_.append(readObject(element, {}));
-                    reportProgress("Building", ++done_, total_);
-                  });
+                  reader_.readList(
+                      v, [&](const Json& element) { document_.append(readObject(element, {})); });
                 },
                 true}});
+    counted_.finish();
   }
 
  private:
+  /// Announces every file that will be read. What is wrong here is complained about where it is
+  /// read.
+  void expectFiles(const Json& json) {
+    const auto objects = json.is_object() ? json.find("objects") : json.end();
+    if (objects == json.end() || !objects->is_array()) return;
+    for (const Json& object : *objects) {
+      if (!object.is_object()) continue;
+      for (const char* member : {"csv", "file", "markdown"}) {
+        const auto name = object.find(member);
+        if (name != object.end() && name->is_string()) {
+          counted_.expect(name->get_ref<const std::string&>());
+        }
+      }
+      expectFiles(object);
+    }
+  }
+
   DocumentObject readObject(const Json& json, const Run& around) {
     if (++count_ > kMaxManifestObjects) {
       reader_.refuse(fmt::format("There are more than {} objects.", kMaxManifestObjects));
@@ -221,11 +237,10 @@ class DocumentBuilder {
   }
 
   ManifestReader reader_;
+  CountedFiles counted_;
   BuildFiles& files_;
   Document& document_;
   std::size_t count_ = 0;
-  std::uint64_t done_ = 0;
-  std::uint64_t total_ = 0;
 };
 
 }  // namespace

@@ -48,9 +48,18 @@ void ManifestReader::refuseAt(const JsonPath& path, const std::string& message,
   throw BuildError(file_, placeInText(text_, offset.value_or(0)), message, help);
 }
 
+std::string ManifestReader::currentName() const {
+  std::string name;
+  std::size_t step = path_.size();
+  for (; step > 0 && elements_[step - 1] > 0; --step) {
+    name += fmt::format("{} {} of ", name.empty() ? "Element" : "element", elements_[step - 1]);
+  }
+  if (step == 0) return name + (name.empty() ? "The manifest" : "the manifest");
+  return name + fmt::format("\"{}\"", path_[step - 1]);
+}
+
 void ManifestReader::refuseType(const Json& json, std::string_view expected) const {
-  const std::string what = path_.empty() ? "The manifest" : fmt::format("\"{}\"", path_.back());
-  refuse(fmt::format("{} is {}, {} is expected.", what, foundType(json), expected));
+  refuse(fmt::format("{} is {}, {} is expected.", currentName(), foundType(json), expected));
 }
 
 void ManifestReader::readMembers(const Json& json, const std::vector<Member>& members) {
@@ -80,7 +89,7 @@ void ManifestReader::readMembers(const Json& json, const std::vector<Member>& me
 void ManifestReader::readList(const Json& json, const std::function<void(const Json&)>& read) {
   if (!json.is_array()) refuseType(json, "a list");
   for (std::size_t i = 0; i < json.size(); ++i) {
-    enter(std::to_string(i), [&] { read(json[i]); });
+    enterAs(std::to_string(i), i + 1, [&] { read(json[i]); });
   }
 }
 

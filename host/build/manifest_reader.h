@@ -44,9 +44,7 @@ class ManifestReader {
   /// Reads below one step of the path.
   template <typename Read>
   void enter(std::string step, Read read) {
-    path_.push_back(std::move(step));
-    read();
-    path_.pop_back();
+    enterAs(std::move(step), 0, read);
   }
 
   /// Reads an object, its members in the order of the list.
@@ -71,9 +69,21 @@ class ManifestReader {
   [[noreturn]] void refuseType(const Json& json, std::string_view expected) const;
 
  private:
+  template <typename Read>
+  void enterAs(std::string step, std::size_t element, Read read) {
+    path_.push_back(std::move(step));
+    elements_.push_back(element);
+    read();
+    elements_.pop_back();
+    path_.pop_back();
+  }
+
+  std::string currentName() const;
+
   std::string_view text_;
   const std::string& file_;
   JsonPath path_;
+  std::vector<std::size_t> elements_;  ///< by step, which element of a list it is, 0 for a member
 };
 
 }  // namespace vornwout

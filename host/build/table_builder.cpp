@@ -16,11 +16,20 @@ namespace vornwout {
 namespace {
 
 constexpr int kNoFormat = -1;
+/// Rows by whose length the number of all rows is guessed.
+constexpr std::uint64_t kSampledRows = 1000;
+/// The most coordinates that a guess prepares for.
+constexpr double kMostReserved = 1.6e7;
 /// Suggestions compare letter by letter; what is longer is no slip of the finger.
 constexpr std::size_t kMaxSuggested = 200;
 
 std::string suggestionFor(const std::string& name, const std::vector<std::string>& known) {
   if (name.size() > kMaxSuggested) return {};
+  for (const std::string& candidate : known) {
+    if (candidate != name && withoutBlanks(candidate) == withoutBlanks(name)) {
+      return fmt::format("Did you mean \"{}\"? Blanks belong to the name.", candidate);
+    }
+  }
   std::vector<std::string_view> candidates;
   for (const std::string& candidate : known) {
     if (candidate.size() <= kMaxSuggested) candidates.push_back(candidate);
@@ -42,11 +51,27 @@ struct RawValue {
   std::uint16_t column = 0;  ///< which of the value columns
 };
 
-/// Finds cells by their coordinates.
+/// Finds cells by their coordinates: by a table of all places where most of them are taken, which
+/// is the usual table, otherwise by a table of hashes.
 class CellIndex {
  public:
-  CellIndex(const std::vector<int>& coordinates, std::size_t dimensions, std::size_t cells)
-      : coordinates_(coordinates), dimensions_(dimensions) {
+  /// `sizes` has the number of leaves of each dimension.
+  CellIndex(const std::vector<int>& coordinates, const std::vector<std::size_t>& sizes,
+            std::size_t cells)
+      : coordinates_(coordinates), dimensions_(sizes.size()) {
+    constexpr std::size_t kPlacesPerCell = 4;
+    const std::size_t most = cells * kPlacesPerCell;
+    std::size_t places = 1;
+    bool isDense = !sizes.empty();
+    for (const std::size_t count : sizes) {
+      isDense = isDense && count > 0 && places <= most / count;
+      if (isDense) places *= count;
+    }
+    if (isDense) {
+      sizes_ = sizes;
+      slots_.assign(places, 0);
+      return;
+    }
     std::size_t size = 16;
     while (size < cells * 2) size *= 2;
     slots_.assign(size, 0);
@@ -55,6 +80,15 @@ class CellIndex {
   /// The cell that has the coordinates of `cell` already; otherwise `cell`, which is added.
   std::size_t add(std::size_t cell) {
     const int* at = coordinates_.data() + cell * dimensions_;
+    if (!sizes_.empty()) {
+      std::size_t place = 0;
+      for (std::size_t i = 0; i < dimensions_; ++i) {
+        place = place * sizes_[i] + static_cast<std::size_t>(at[i]);
+      }
+      std::uint32_t& slot = slots_[place];
+      if (slot == 0) slot = static_cast<std::uint32_t>(cell + 1);
+      return slot - 1;
+    }
     const std::size_t mask = slots_.size() - 1;
     for (std::size_t slot = hashOf(at) & mask;; slot = (slot + 1) & mask) {
       if (slots_[slot] == 0) {
@@ -79,6 +113,7 @@ class CellIndex {
 
   const std::vector<int>& coordinates_;
   std::size_t dimensions_;
+  std::vector<std::size_t> sizes_;    ///< empty where cells are found by hashes
   std::vector<std::uint32_t> slots_;  ///< cells from 1, 0 where there is none
 };
 
@@ -98,6 +133,7 @@ class TableMaker {
   TableMaker(const TableDescription& description, BuildFiles& files)
       : description_(description),
         source_(files.open(description.csv)),
+        fileSize_(files.sizeOf(description.csv)),
         reader_(*source_, files.shownName(description.csv), description.csvOptions) {
     if (description_.hasValueDimension) {
       valueDimension_.place = description_.valuesPlace;
@@ -210,6 +246,7 @@ class TableMaker {
     if (record > std::numeric_limits<std::uint32_t>::max()) {
       throw BuildError(reader_.file(), {}, "The file has too many rows.");
     }
+    if (record <= kSampledRows) sampleRow(record, fields);
     at_.resize(axes_.size());
     for (std::size_t i = 0; i < axes_.size(); ++i) {
       if (isValueAxis(i)) continue;
@@ -232,6 +269,21 @@ class TableMaker {
       coordinates_.insert(coordinates_.end(), at_.begin(), at_.end());
       values_.push_back(value);
     }
+  }
+
+  /// Guesses from the first rows how many there are, so that what is kept of them need not move
+  /// when it grows. A wrong guess costs addresses, not memory: what is not used is never touched.
+  void sampleRow(std::uint64_t record, std::span<const std::string_view> fields) {
+    for (const std::string_view field : fields) {
+      sampledBytes_ += static_cast<double>(field.size() + 1);
+    }
+    if (record != kSampledRows) return;
+    const auto rows = static_cast<double>(fileSize_) * kSampledRows / sampledBytes_;
+    const double guess = rows * static_cast<double>(valueFields_.size()) * 1.02;
+    const auto cells = static_cast<std::size_t>(
+        std::min(guess, kMostReserved / static_cast<double>(axes_.size())));
+    values_.reserve(cells);
+    coordinates_.reserve(cells * axes_.size());
   }
 
   /// The format that a category of the row asks for.
@@ -304,7 +356,11 @@ class TableMaker {
   }
 
   void checkUnique() {
-    CellIndex index(coordinates_, axes_.size(), values_.size());
+    std::vector<std::size_t> sizes;
+    for (const Axis& axis : axes_) {
+      sizes.push_back(static_cast<std::size_t>(axis.tree.leafCount()));
+    }
+    CellIndex index(coordinates_, sizes, values_.size());
     for (std::size_t cell = 0; cell < values_.size(); ++cell) {
       const std::size_t other = index.add(cell);
       if (other == cell) continue;
@@ -531,6 +587,7 @@ class TableMaker {
 
   const TableDescription& description_;
   std::unique_ptr<ByteSource> source_;
+  std::uint64_t fileSize_;
   CsvReader reader_;
   DimensionDescription valueDimension_;
   std::vector<Axis> axes_;
@@ -544,6 +601,7 @@ class TableMaker {
   std::vector<int> at_;
   std::vector<int> coordinates_;  ///< leaves as they came, one per dimension and cell
   std::vector<RawValue> values_;
+  double sampledBytes_ = 0;  ///< of the first rows
   std::vector<std::string> texts_;
   std::vector<std::vector<int>> finalLeaves_;
 };

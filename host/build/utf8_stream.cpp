@@ -1,6 +1,9 @@
 #include "host/build/utf8_stream.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -43,16 +46,35 @@ std::size_t validPrefix(std::string_view text) {
   return at;
 }
 
-bool isUtf16Name(const std::string& name) {
-  return name == "UTF-16" || name == "UTF-16LE" || name == "UTF-16BE";
-}
-
 }  // namespace
+
+/// The forms of Unicode that Encoding does not know, since they are no superset of ASCII, and the
+/// one whose name says that a byte-order mark comes first, as it may anyway.
+std::optional<Utf8Stream::Form> Utf8Stream::unicodeForm(std::string_view encoding) {
+  constexpr std::array<std::pair<std::string_view, Form>, 7> kForms = {{
+      {"UTF16", Form::kUtf16Little},
+      {"UTF16LE", Form::kUtf16Little},
+      {"UTF16BE", Form::kUtf16Big},
+      {"UTF32", Form::kUtf32Little},
+      {"UTF32LE", Form::kUtf32Little},
+      {"UTF32BE", Form::kUtf32Big},
+      {"UTF8SIG", Form::kUtf8},
+  }};
+  std::string name;
+  for (const char c : encoding) {
+    if (c == '-' || c == '_' || c == ' ') continue;
+    name += c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  }
+  for (const auto& [known, form] : kForms) {
+    if (name == known) return form;
+  }
+  return std::nullopt;
+}
 
 Utf8Stream::Utf8Stream(ByteSource& source, const std::string& encoding) : source_(source) {
   source_.rewind();
-  if (isUtf16Name(encoding)) {
-    form_ = encoding == "UTF-16BE" ? Form::kUtf16Big : Form::kUtf16Little;
+  if (const auto form = unicodeForm(encoding)) {
+    form_ = *form;
   } else {
     encoding_ = encoding.empty() ? Encoding::utf8() : Encoding::find(encoding);
     if (encoding_ == nullptr) encoding_ = Encoding::utf8();
@@ -61,7 +83,7 @@ Utf8Stream::Utf8Stream(ByteSource& source, const std::string& encoding) : source
 }
 
 bool Utf8Stream::isKnown(const std::string& encoding) {
-  return encoding.empty() || isUtf16Name(encoding) || Encoding::find(encoding) != nullptr;
+  return encoding.empty() || unicodeForm(encoding) || Encoding::find(encoding) != nullptr;
 }
 
 void Utf8Stream::fill() {
@@ -87,6 +109,13 @@ void Utf8Stream::readMark() {
   if (text.starts_with("\xEF\xBB\xBF")) {
     form_ = Form::kUtf8;
     consumed_ = 3;
+  } else if (text.starts_with(std::string_view("\xFF\xFE\0\0", 4))) {
+    // In UTF-16 it would be the mark and a character that no text has.
+    form_ = Form::kUtf32Little;
+    consumed_ = 4;
+  } else if (text.starts_with(std::string_view("\0\0\xFE\xFF", 4))) {
+    form_ = Form::kUtf32Big;
+    consumed_ = 4;
   } else if (text.starts_with("\xFF\xFE")) {
     form_ = Form::kUtf16Little;
     consumed_ = 2;
@@ -121,6 +150,9 @@ std::size_t Utf8Stream::wholeLength() const {
       const char32_t last = unitAt(even - 2);
       return last >= 0xD800 && last < 0xDC00 ? even - 2 : even;
     }
+    case Form::kUtf32Little:
+    case Form::kUtf32Big:
+      return length / 4 * 4;
     case Form::kOther: {
       // In no encoding that is known here a line end is a part of a longer character.
       const std::size_t last = text.find_last_of("\r\n");
@@ -151,6 +183,8 @@ std::string_view Utf8Stream::next() {
     converted_.clear();
     if (form_ == Form::kOther) {
       convertOther(length);
+    } else if (form_ == Form::kUtf32Little || form_ == Form::kUtf32Big) {
+      convertUtf32(length);
     } else {
       convertUtf16(length);
     }
@@ -187,6 +221,22 @@ void Utf8Stream::convertUtf16(std::size_t length) {
       at += 2;
     }
     appendUtf8(converted_, unit);
+  }
+}
+
+void Utf8Stream::convertUtf32(std::size_t length) {
+  for (std::size_t at = 0; at < length; at += 4) {
+    if (at + 4 > length) refuse(converted_, "The file ends within a character of UTF-32.");
+    char32_t character = 0;
+    for (std::size_t i = 0; i < 4; ++i) {
+      const std::size_t byte = form_ == Form::kUtf32Big ? i : 3 - i;
+      character = character << 8 | static_cast<unsigned char>(bytes_[consumed_ + at + byte]);
+    }
+    if (character > 0x10FFFF || (character >= 0xD800 && character < 0xE000)) {
+      refuse(converted_, fmt::format("The number 0x{:X} is no character in UTF-32.",
+                                     static_cast<std::uint32_t>(character)));
+    }
+    appendUtf8(converted_, character);
   }
 }
 

@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,8 +26,9 @@ struct InvalidByte {
 
 class Utf8Stream {
  public:
-  /// `encoding` is a name that Encoding::find() knows, or UTF-16, UTF-16LE or UTF-16BE; empty for
-  /// UTF-8. The source is read from its start.
+  /// `encoding` is a name that Encoding::find() knows, or UTF-16 or UTF-32, as they are or with LE
+  /// or BE behind them, or UTF-8-SIG, in any case and with or without hyphens; empty for UTF-8. The
+  /// source is read from its start.
   Utf8Stream(ByteSource& source, const std::string& encoding);
 
   /// Whether there is such an encoding.
@@ -37,13 +39,16 @@ class Utf8Stream {
   std::string_view next();
 
  private:
-  enum class Form { kUtf8, kUtf16Little, kUtf16Big, kOther };
+  enum class Form { kUtf8, kUtf16Little, kUtf16Big, kUtf32Little, kUtf32Big, kOther };
+
+  static std::optional<Form> unicodeForm(std::string_view encoding);
 
   void fill();
   void readMark();
   std::size_t wholeLength() const;
   std::string_view nextUtf8(std::size_t length);
   void convertUtf16(std::size_t length);
+  void convertUtf32(std::size_t length);
   void convertOther(std::size_t length);
   char32_t unitAt(std::size_t at) const;
   std::string_view checked(std::string_view text) const;

@@ -1,9 +1,14 @@
 #include "host/build/value_text.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <chrono>
 #include <cmath>
+#include <cstdint>
 #include <string>
+
+#include "host/store/number_text.h"
 
 namespace vornwout {
 namespace {
@@ -14,6 +19,26 @@ constexpr std::size_t kMaxNumber = 400;
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
+/// Of a number that no double holds: whether it is too small, rather than too large.
+bool isTooSmall(std::string_view text) {
+  constexpr std::int64_t kFar = std::int64_t{1} << 40;  // no text has so many digits
+  std::int64_t exponent = 0;
+  const std::size_t mark = text.find_first_of("eE");
+  if (mark != std::string_view::npos) {
+    std::string_view digits = text.substr(mark + 1);
+    const bool isNegative = digits.starts_with('-');
+    if (isNegative || digits.starts_with('+')) digits.remove_prefix(1);
+    for (const char c : digits) exponent = std::min(kFar, exponent * 10 + (c - '0'));
+    if (isNegative) exponent = -exponent;
+  }
+  const std::string_view mantissa = text.substr(0, mark);
+  const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
+  const std::size_t first = mantissa.find_first_of("123456789");
+  if (first == std::string_view::npos) return true;
+  // Far from 1 either way, so that a digit more or less decides nothing.
+  return exponent + static_cast<std::int64_t>(point) < static_cast<std::int64_t>(first);
+}
+
 std::optional<double> readPlain(std::string_view text) {
   if (text.starts_with('+')) {
     text.remove_prefix(1);
@@ -22,10 +47,13 @@ std::optional<double> readPlain(std::string_view text) {
   // It would read "inf", "nan" and nothing else that starts with a letter.
   const std::size_t first = text.starts_with('-') ? 1 : 0;
   if (first >= text.size() || (!isDigit(text[first]) && text[first] != '.')) return std::nullopt;
-  double value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return value;
+  if (const auto value = parseNumber(text)) return value;
+  double none = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), none);
+  const bool isOutOfRange =
+      error == std::errc::result_out_of_range && end == text.data() + text.size();
+  if (!isOutOfRange || !isTooSmall(text)) return std::nullopt;
+  return first == 1 ? -0.0 : 0.0;
 }
 
 /// Takes a fixed number of digits off the start; -1 when they are not there.
@@ -38,6 +66,23 @@ int takeDigits(std::string_view& text, std::size_t count) {
   }
   text.remove_prefix(count);
   return number;
+}
+
+/// Blanks of fixed width and apostrophes as typographers set them, as the plain character.
+std::string withPlainMarks(std::string_view text, char mark) {
+  using Variants = std::array<std::string_view, 3>;
+  constexpr Variants kBlanks = {"\xC2\xA0", "\xE2\x80\xAF", "\xE2\x80\x89"};
+  constexpr Variants kQuotes = {"\xE2\x80\x99", {}, {}};
+  const Variants& variants = mark == ' ' ? kBlanks : kQuotes;
+  std::string plain;
+  while (!text.empty()) {
+    const auto* const variant =
+        std::find_if(variants.begin(), variants.end(),
+                     [&](std::string_view v) { return !v.empty() && text.starts_with(v); });
+    plain += variant == variants.end() ? text.front() : mark;
+    text.remove_prefix(variant == variants.end() ? 1 : variant->size());
+  }
+  return plain;
 }
 
 bool takeCharacter(std::string_view& text, char c) {
@@ -118,6 +163,11 @@ std::optional<double> readNumber(std::string_view text, const NumberMarks& marks
   text = withoutBlanks(text);
   if (marks.decimal == '.' && marks.thousands == 0) return readPlain(text);
   if (text.size() > kMaxNumber) return std::nullopt;
+  std::string marked;
+  if (marks.thousands == ' ' || marks.thousands == '\'') {
+    marked = withPlainMarks(text, marks.thousands);
+    text = marked;
+  }
   std::string plain;
   std::size_t digits = 0;  // since the last mark
   bool hasGroups = false;

@@ -14,10 +14,12 @@ namespace vornwout {
 
 struct NumberMarks {
   char decimal = '.';
-  char thousands = 0;  ///< none
+  /// 0 for none. A blank stands for the no-break, narrow and thin ones as well, the apostrophe for
+  /// the right single quotation mark.
+  char thousands = 0;
 };
 
-/// A number; nothing for what is none, or too large to be held.
+/// A number; nothing for what is none, or too large to be held. What is too small to be held is 0.
 std::optional<double> readNumber(std::string_view text, const NumberMarks& marks = {});
 
 /// A date or a time as the display formats count it; nothing for what is none. TIME takes

@@ -13,12 +13,29 @@
 namespace vornwout {
 namespace {
 
-/// The password of an encrypted form, when the user has a key; nothing otherwise.
+/// The password of an encrypted form, when the user has a key; nothing otherwise. Throws StoreError
+/// where the key cannot be used, and for a form that was made with another one.
 std::optional<Secret> decrypted(const std::string& form) {
   const std::string key = defaultPasswordKeyPath();
   // Only what makes encrypted forms may make a key.
   if (access(key.c_str(), F_OK) != 0) return std::nullopt;
-  return decryptPassword(PasswordKey::loadOrCreate(key), form);
+  std::optional<Secret> meant = decryptPassword(PasswordKey::loadOrCreate(key), form);
+  if (meant && !isTypeablePassword(meant->view())) {
+    throw StoreError(StoreError::Kind::kWrongPassword,
+                     fmt::format("This form was not made with this user's key ({}).", key));
+  }
+  return meant;
+}
+
+/// What a text that opens nothing as it stands means as an encrypted form; nothing without a key.
+/// Throws StoreError, which says first that the password is wrong: the text may be no form at all.
+std::optional<Secret> meantByWrong(const std::string& text, const StoreError& wrong) {
+  try {
+    return decrypted(text);
+  } catch (const StoreError& error) {
+    throw StoreError(StoreError::Kind::kWrongPassword,
+                     fmt::format("{} If it is an encrypted form: {}", wrong.what(), error.what()));
+  }
 }
 
 bool looksEncrypted(const std::string& password) {
@@ -48,7 +65,7 @@ std::unique_ptr<Document> openWithPassword(const std::string& path, const std::s
     return openDocument(path, OpenOptions{plain});
   } catch (const StoreError& error) {
     if (error.kind() != StoreError::Kind::kWrongPassword || !looksEncrypted(plain)) throw;
-    const std::optional<Secret> meant = decrypted(plain);
+    const std::optional<Secret> meant = meantByWrong(plain, error);
     if (!meant) throw;
     return openDocument(path, OpenOptions{std::string(meant->view())});
   }

@@ -1,8 +1,10 @@
 #include "host/controller/output_controller.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include <unicode/uchar.h>
@@ -12,6 +14,7 @@
 #include "host/store/document_store.h"
 #include "host/store/store_error.h"
 #include "platform/files/document_name.h"
+#include "platform/pivot/bp_procedure.h"
 #include "platform/text/encoding.h"
 #include "platform/text/utf8.h"
 
@@ -52,6 +55,24 @@ std::string foldedName(std::string_view name) {
     appendUtf8(folded, static_cast<char32_t>(lower));
   }
   return folded;
+}
+
+/// The lock of the document on the file that stands at the path now.
+std::vector<FileLock>::const_iterator lockOn(const OpenDocument& opened, const std::string& path) {
+  return std::find_if(opened.locks.begin(), opened.locks.end(),
+                      [&](const FileLock& lock) { return lock.holds(path); });
+}
+
+/// A response has room for what failed only, so this goes into the output.
+void warnOfLostProtection(const std::string& path) {
+  constexpr int kShow = 2;
+  constexpr int kWarningLevel = 2;
+  BpComposite message(
+      "The output document was encrypted when it was opened; ^1 is not. /PASSPROTECT encrypts it.",
+      true);
+  message.Add(BpString(currentEncoding().fromUtf8(path), false));
+  message.Finish();
+  BpError(message, kShow, kWarningLevel);
 }
 
 std::string requestedName(const VornwMsgOutputControllerRequest& request) {
@@ -220,7 +241,7 @@ void OutputController::remove(const OpenDocument& document) {
 const OpenDocument* OutputController::holderOf(const std::string& path,
                                                const OpenDocument* besides) const {
   for (const OpenDocument& opened : documents_) {
-    if (&opened != besides && opened.lock && opened.lock->holds(path)) return &opened;
+    if (&opened != besides && lockOn(opened, path) != opened.locks.end()) return &opened;
   }
   return nullptr;
 }
@@ -245,7 +266,8 @@ bool OutputController::openFile(const VornwMsgOutputControllerRequest& request,
     const std::unique_ptr<Document> read = openWithPassword(path, request.getPassword());
     OpenDocument& opened = open(name, request.getMinimized() == OutputDocumentMinimized::kYes);
     opened.document.setContents(std::move(read->root()), read->runs());
-    opened.lock = std::move(lock);
+    opened.document.setWasEncrypted(read->wasEncrypted());
+    if (lock) opened.locks.push_back(std::move(*lock));
     return true;
   } catch (const StoreError& error) {
     return fail(response, openingFailed(error), path);
@@ -259,25 +281,29 @@ bool OutputController::saveFile(const VornwMsgOutputControllerRequest& request,
   if (opened == nullptr) return false;
   const std::string path = documentPath(request.getText());
   try {
-    const FileLock* own = opened->lock && opened->lock->holds(path) ? &*opened->lock : nullptr;
+    const auto held = lockOn(*opened, path);
+    const bool isHeld = held != opened->locks.end();
+    const FileLock* own = isHeld ? &*held : nullptr;
     if (holderOf(path, opened) != nullptr) {
       return fail(response, "The file ^1 is open as another output document, and locked.", path);
     }
-    if (FileLock::isLockedByAnother(path, own)) return fail(response, kLockedByAnother, path);
     SaveOptions options;
     options.type = request.getType() == OutputDocumentType::kUnspecified
                        ? documentFileType(path)
                        : static_cast<DocumentFileType>(request.getType());
     options.password = passwordToSave(request);
     options.storeModels = request.getStoreModel() == YesNoEnum::kYes;
+    // Whether another process has it is found out by the save, which then keeps others off.
+    options.ownLock = own;
     std::optional<FileLock> lock = saveDocument(opened->document, path, options);
     // The lock on the old file guards nothing any more, so one that was held goes on to the new.
-    const bool keeps = request.getLock() == OutputDocumentLock::kUnspecified && own != nullptr;
-    if (keeps || request.getLock() == OutputDocumentLock::kLocked) {
-      opened->lock = std::move(lock);
-    } else if (request.getLock() == OutputDocumentLock::kUnlocked) {
-      opened->lock.reset();
+    // The locks on the document's other files stay: it is open from there too.
+    const bool keeps = request.getLock() == OutputDocumentLock::kUnspecified && isHeld;
+    if (isHeld) opened->locks.erase(held);
+    if (lock && (keeps || request.getLock() == OutputDocumentLock::kLocked)) {
+      opened->locks.push_back(std::move(*lock));
     }
+    if (opened->document.wasEncrypted() && options.password.empty()) warnOfLostProtection(path);
     return true;
   } catch (const StoreError& error) {
     return fail(response, savingFailed(error), path);

@@ -6,14 +6,15 @@
 // closing it makes the one active before it active again. Names are unique without regard to case;
 // several unnamed documents may be open. They are found through an index by their names without
 // case, so that a job may open as many as it likes, and close each without looking at the others. A
-// document that was opened from a file, or saved, may hold the lock on it until it is closed.
+// document may hold locks until it is closed: on the file that it was opened from, and on every one
+// that it was saved as.
 #pragma once
 
 #include <list>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "host/document/document.h"
 #include "host/store/file_lock.h"
@@ -21,13 +22,13 @@
 
 namespace vornwout {
 
-/// An open document, where it stands among the others, and the lock on its file.
+/// An open document, where it stands among the others, and the locks on its files.
 struct OpenDocument {
   OpenDocument(int number, std::string name, bool minimized)
       : document(number, std::move(name), minimized) {}
 
   Document document;
-  std::optional<FileLock> lock;
+  std::vector<FileLock> locks;
   std::list<OpenDocument>::iterator self;
   std::list<OpenDocument*>::iterator inHistory;
 };

@@ -1,5 +1,6 @@
 #include "host/document/document.h"
 
+#include <limits>
 #include <utility>
 
 namespace vornwout {
@@ -16,7 +17,11 @@ void Document::setContents(DocumentObject root, std::map<std::string, int> runs)
 
 void Document::setName(std::string name) { name_ = std::move(name); }
 
-int Document::beginRun(const std::string& command) { return ++runs_[command]; }
+int Document::beginRun(const std::string& command) {
+  int& count = runs_[command];
+  if (count < std::numeric_limits<int>::max()) ++count;
+  return count;
+}
 
 std::size_t Document::append(DocumentObject object) {
   root_.children.push_back(std::move(object));

@@ -21,6 +21,10 @@ class Document {
   /// Takes over what a file had: the objects, and how often each command had run.
   void setContents(DocumentObject root, std::map<std::string, int> runs);
 
+  /// Whether the file that the document was read from was encrypted.
+  bool wasEncrypted() const { return wasEncrypted_; }
+  void setWasEncrypted(bool wasEncrypted) { wasEncrypted_ = wasEncrypted; }
+
   int number() const { return number_; }
   /// Empty for an unnamed document; UTF-8.
   const std::string& name() const { return name_; }
@@ -33,7 +37,8 @@ class Document {
   /// To write to; references from at() end when objects of the top level come or go.
   DocumentObject& root() { return root_; }
 
-  /// Counts a run of `command` in this document and returns its number, from 1.
+  /// Counts a run of `command` in this document and returns its number, from 1. A file can say that
+  /// there were as many as can be counted; it stays at that.
   int beginRun(const std::string& command);
   /// How often each command has run in this document.
   const std::map<std::string, int>& runs() const { return runs_; }
@@ -48,6 +53,7 @@ class Document {
   int number_;
   std::string name_;
   bool minimized_;
+  bool wasEncrypted_ = false;
   DocumentObject root_;
   std::map<std::string, int> runs_;
 };

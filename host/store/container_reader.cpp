@@ -368,6 +368,10 @@ ContainerReader::ContainerReader(const std::string& path, std::uint64_t memberLi
     : archive_(std::make_shared<Archive>(std::make_shared<const ReadableFile>(path), memberLimit)) {
 }
 
+ContainerReader::ContainerReader(FileDescriptor file, std::uint64_t memberLimit)
+    : archive_(std::make_shared<Archive>(std::make_shared<const ReadableFile>(std::move(file)),
+                                         memberLimit)) {}
+
 ContainerReader::ContainerReader(std::shared_ptr<Archive> archive) : archive_(std::move(archive)) {}
 ContainerReader::~ContainerReader() = default;
 ContainerReader::ContainerReader(ContainerReader&&) noexcept = default;

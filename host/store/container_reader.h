@@ -22,6 +22,7 @@
 #include <vector>
 
 #include "host/store/container_limits.h"
+#include "host/store/file_descriptor.h"
 #include "host/store/secret.h"
 
 namespace vornwout {
@@ -56,6 +57,8 @@ class ContainerReader {
   /// Opens a container. `memberLimit` is the largest size that a member may declare, at most
   /// kMostOfAMember.
   explicit ContainerReader(const std::string& path, std::uint64_t memberLimit = kMemberLimit);
+  /// Opens a container that is open as a file already.
+  explicit ContainerReader(FileDescriptor file, std::uint64_t memberLimit = kMemberLimit);
   ~ContainerReader();
   ContainerReader(ContainerReader&&) noexcept;
   ContainerReader& operator=(ContainerReader&&) noexcept;

@@ -135,7 +135,7 @@ using ZipArchive = std::unique_ptr<zip_t, ZipDiscard>;
 class ContainerWriter::Work {
  public:
   Work(const std::string& path, const ContainerOptions& options)
-      : file_(path),
+      : file_(path, options.ownLock),
         password_(options.password),
         spool_(options.memoryLimit, [this] { return file_.makeScratchFile(); }),
         compressor_(options.threads, spool_) {
@@ -172,7 +172,7 @@ class ContainerWriter::Work {
                    spool_.keep(std::move(compressed.bytes))};
   }
 
-  std::optional<FileLock> commit() {
+  Written commit() {
     compressor_.finish();
     if (members_.empty()) fail("A container needs at least one part.");
     std::exception_ptr failure;
@@ -187,7 +187,10 @@ class ContainerWriter::Work {
       // Closed, it is gone.
       static_cast<void>(archive.release());
     }
-    return file_.commit();
+    // Before the rename: afterwards nothing may fail any more.
+    FileDescriptor reading = file_.duplicate();
+    std::optional<FileLock> lock = file_.commit();
+    return {std::move(lock), std::move(reading)};
   }
 
  private:
@@ -286,6 +289,6 @@ void ContainerWriter::copy(ContainerReader& reader, std::string_view name) {
   work_->copy(reader, name);
 }
 
-std::optional<FileLock> ContainerWriter::commit() { return work_->commit(); }
+ContainerWriter::Written ContainerWriter::commit() { return work_->commit(); }
 
 }  // namespace vornwout

@@ -27,6 +27,7 @@ struct ContainerOptions {
   int threads = 2;       ///< that compress; never more than the machine has
   /// Compressed bytes that wait in memory for commit(); what is more waits in a scratch file.
   std::uint64_t memoryLimit = std::uint64_t{64} << 20;
+  const FileLock* ownLock = nullptr;  ///< what the caller has locked, maybe the old file
 };
 
 /// Used by one thread. Members throw StoreError of the kind kNotWritten; the old file is then as it
@@ -50,9 +51,14 @@ class ContainerWriter {
   /// Throws the reader's errors.
   void copy(ContainerReader& reader, std::string_view name);
 
-  /// Writes all members and puts the file in its place. Gives the lock on the new file
-  /// (ReplacedFile::commit()). Nothing may be called afterwards.
-  std::optional<FileLock> commit();
+  /// What has become of a container that was written.
+  struct Written {
+    std::optional<FileLock> lock;  ///< on the new file (ReplacedFile::commit())
+    FileDescriptor file;           ///< the new file, to read it with, whatever its name is
+  };
+
+  /// Writes all members and puts the file in its place. Nothing may be called afterwards.
+  Written commit();
 
  private:
   class Work;

@@ -8,6 +8,7 @@
 
 #include <fmt/format.h>
 
+#include "host/store/content_limits.h"
 #include "host/store/content_names.h"
 #include "host/store/xml_reader.h"
 
@@ -323,6 +324,7 @@ MediaContent readMedia(pugi::xml_node node) {
 }  // namespace
 
 ObjectContent readContent(pugi::xml_node element) {
+  checkTextElements(element);
   if (is(element, "table")) return readTable(element);
   if (is(element, "log")) return LogContent{elementText(element)};
   if (is(element, "notes")) return readNotes(element);

@@ -13,10 +13,16 @@
 #include "host/export/html/document_page.h"
 #include "host/store/container_reader.h"
 #include "host/store/container_writer.h"
+#include "host/store/content_limits.h"
 #include "host/store/content_names.h"
 #include "host/store/content_writer.h"
+#include "host/store/member_name.h"
 #include "host/store/store_error.h"
 #include "host/store/stored_document.h"
+#include "host/store/xml_check.h"
+#include "host/store/xml_reader.h"
+#include "platform/adapter/progress_listener.h"
+#include "platform/text/utf8.h"
 
 namespace vornwout {
 namespace {
@@ -49,14 +55,23 @@ const char* extensionOf(const std::string& mediaType) {
   return "bin";
 }
 
-/// The number in the name of a part or a medium, 0 where there is none.
-int numberIn(const std::string& member) {
+/// Numbers of members go on from those of the old file, so that their order tells their age. What
+/// is larger than this was not made by counting, and is passed over.
+constexpr std::uint64_t kMaxMemberNumber = 1'000'000'000'000;
+
+/// The number in the name of a part or a medium, 0 where there is none to go on from.
+std::uint64_t numberIn(const std::string& member) {
   const std::size_t digits = member.find_first_of("0123456789");
-  int number = 0;
+  std::uint64_t number = 0;
   if (digits != std::string::npos) {
     std::from_chars(member.data() + digits, member.data() + member.size(), number);
   }
-  return number;
+  return number <= kMaxMemberNumber ? number : 0;
+}
+
+/// The file's name without its folders, in valid UTF-8.
+std::string nameIn(const std::string& path) {
+  return repairedUtf8(path.substr(path.rfind('/') + 1));
 }
 
 /// One save: decides what can be taken over from the old file, writes the rest, and moves in.
@@ -65,11 +80,16 @@ class DocumentSaver {
   DocumentSaver(Document& document, const std::string& path, const SaveOptions& options)
       : document_(document),
         options_(options),
-        writer_(path, ContainerOptions{options.password, options.threads}) {}
+        progress_("Saving " + nameIn(path)),
+        writer_(path, containerOptions(options)) {}
 
-  std::optional<FileLock> save(const std::string& path) {
+  std::optional<FileLock> save() {
     collect();
     takeOver();
+    // The outline and the flushing to the disk count as well.
+    total_ = manifest_.parts.size() + items_.size() + 2;
+    if (options_.type == DocumentFileType::kQxw) ++total_;
+    reportProgress(progress_, 0, total_);
     writer_.add("mimetype", kDocumentMediaType, false);
     manifest_.runs = document_.runs();
     numbers_.withModels = options_.storeModels;
@@ -78,18 +98,30 @@ class DocumentSaver {
     if (options_.type == DocumentFileType::kQxw) addPage();
     writer_.add(kManifestMember,
                 checked(writeManifest(document_.root(), manifest_, numbers_), "The outline"), true);
-    std::optional<FileLock> lock = writer_.commit();
-    moveIn(path);
-    return lock;
+    countDone();
+    ContainerWriter::Written written = writer_.commit();
+    moveIn(std::move(written.file));
+    countDone();
+    return std::move(written.lock);
   }
 
  private:
+  static ContainerOptions containerOptions(const SaveOptions& options) {
+    ContainerOptions container;
+    container.password = options.password;
+    container.threads = options.threads;
+    container.ownLock = options.ownLock;
+    return container;
+  }
+
   struct Item {
     DocumentObject* object;
     std::uint64_t id = 0;  ///< 0 until it has one
     bool wasLoaded = true;
     bool isKept = false;  ///< lies in a part or medium that is taken over
   };
+
+  void countDone() { reportProgress(progress_, ++done_, total_); }
 
   void collect() {
     forEachObject(document_.root(), options_.storeModels, [&](DocumentObject& object) {
@@ -106,8 +138,13 @@ class DocumentSaver {
     if (old_ == nullptr) return;
     const Manifest& old = old_->manifest();
     std::vector<int> missing(old.parts.size(), 0);
+    for (const auto& [id, place] : old.places) nextId_ = std::max(nextId_, id + 1);
+    if (nextId_ + items_.size() > kMaxObjectId) {
+      // The numbers would run out, so all objects get new ones, and everything is written anew.
+      nextId_ = 1;
+      return;
+    }
     for (const auto& [id, place] : old.places) {
-      nextId_ = std::max(nextId_, id + 1);
       if (place.part >= 0) ++missing[static_cast<std::size_t>(place.part)];
       nextMember_ = std::max(nextMember_, numberIn(place.member) + 1);
     }
@@ -127,24 +164,29 @@ class DocumentSaver {
       if (missing[i] != 0) continue;
       newPart_[i] = static_cast<int>(manifest_.parts.size());
       manifest_.parts.push_back(old.parts[i]);
+      keptNames_.insert(caseFoldedName(old.parts[i]));
     }
     for (Item& item : items_) {
       if (item.id == 0) continue;
       StoredPlace place = old.places.at(item.id);
       if (place.part >= 0) place.part = newPart_[static_cast<std::size_t>(place.part)];
       item.isKept = place.part >= 0 || !place.member.empty();
+      if (!place.member.empty()) keptNames_.insert(caseFoldedName(place.member));
       if (item.isKept) manifest_.places.emplace(item.id, std::move(place));
     }
   }
 
   void copyTakenOver() {
-    for (const std::string& part : manifest_.parts) writer_.copy(old_->container(), part);
+    for (const std::string& part : manifest_.parts) {
+      writer_.copy(old_->container(), part);
+      countDone();
+    }
     for (const Item& item : items_) {
       if (!item.isKept) continue;
       const StoredPlace& place = manifest_.places.at(item.id);
-      if (place.part < 0 && copied_.insert(place.member).second) {
-        writer_.copy(old_->container(), place.member);
-      }
+      if (place.part >= 0) continue;
+      if (copied_.insert(place.member).second) writer_.copy(old_->container(), place.member);
+      countDone();
     }
   }
 
@@ -152,9 +194,13 @@ class DocumentSaver {
     for (Item& item : items_) {
       if (item.id == 0) item.id = nextId_++;
       numbers_.ids.emplace(item.object, item.id);
-      if (item.isKept) continue;
-      writeContentOf(item);
-      if (!item.wasLoaded) item.object->content.unload();
+      if (!item.isKept) {
+        writeContentOf(item);
+        if (!item.wasLoaded) item.object->content.unload();
+      } else if (manifest_.places.at(item.id).part < 0) {
+        continue;  // was counted when it was copied
+      }
+      countDone();
     }
     finishPart();
   }
@@ -170,6 +216,11 @@ class DocumentSaver {
     std::string bytes;
     XmlWriter xml(bytes);
     writeContent(xml, item.id, content);
+    if (textElementCount(bytes) > kMaxTextElements) {
+      throw StoreError(StoreError::Kind::kNotWritten,
+                       fmt::format("An object holds more than {} runs, footnotes and the like.",
+                                   kMaxTextElements));
+    }
     bytes += '\n';
     if (bytes.size() >= kOwnPartBytes) {
       addPart(std::move(bytes), {item.id});
@@ -180,9 +231,17 @@ class DocumentSaver {
     if (packed_.size() >= kPackedPartBytes) finishPart();
   }
 
+  /// A member's name that nothing has which is taken over.
+  std::string newName(const char* folder, const char* extension) {
+    for (;;) {
+      std::string name = fmt::format("{}/{:06}.{}", folder, nextMember_++, extension);
+      if (!keptNames_.contains(name)) return name;
+    }
+  }
+
   void addMedia(std::uint64_t id, const MediaContent& media) {
     StoredPlace place;
-    place.member = fmt::format("media/{:06}.{}", nextMember_++, extensionOf(media.mediaType));
+    place.member = newName("media", extensionOf(media.mediaType));
     place.mediaType = media.mediaType;
     writer_.add(place.member, checked(*media.bytes, "A chart or a model"), true);
     manifest_.places.emplace(id, std::move(place));
@@ -203,15 +262,24 @@ class DocumentSaver {
     bytes += contents;
     xml.end("objects");
     bytes += '\n';
-    const std::string name = fmt::format("objects/{:06}.xml", nextMember_++);
+    // A node takes four bytes at least.
+    if (bytes.size() > 4 * kMaxXmlNodes && xmlNodeCount(bytes) > kMaxXmlNodes) {
+      throw StoreError(StoreError::Kind::kNotWritten,
+                       "An object is too large for one part: it has too many elements.");
+    }
+    const std::string name = newName("objects", "xml");
     const auto part = static_cast<int>(manifest_.parts.size());
     manifest_.parts.push_back(name);
-    for (const std::uint64_t id : ids) manifest_.places.emplace(id, StoredPlace{part, {}, {}});
+    for (const std::uint64_t id : ids)
+      manifest_.places.emplace(id, StoredPlace{part, {}, {}, false});
     writer_.add(name, checked(std::move(bytes), "An object"), true);
   }
 
   void addPage() {
-    writer_.add(kPageMember, checked(renderPage(document_), "The page"), true);
+    PageOptions page;
+    page.withModels = options_.storeModels;
+    writer_.add(kPageMember, checked(renderPage(document_, page), "The page"), true);
+    countDone();
     // The page needed every content; what was not in memory before need not stay there.
     for (const Item& item : items_) {
       if (!item.wasLoaded) item.object->content.unload();
@@ -229,8 +297,9 @@ class DocumentSaver {
   }
 
   /// From now on the contents lie in the new file, so that the next save can take them from there.
-  void moveIn(const std::string& path) {
-    auto container = std::make_unique<ContainerReader>(path);
+  /// The file itself is read, and not what its name stands for by now.
+  void moveIn(FileDescriptor file) {
+    auto container = std::make_unique<ContainerReader>(std::move(file));
     container->setPassword(options_.password);
     const auto stored =
         std::make_shared<StoredDocument>(std::move(container), std::move(manifest_));
@@ -239,6 +308,9 @@ class DocumentSaver {
 
   Document& document_;
   const SaveOptions& options_;
+  std::string progress_;    ///< what is being done, for whoever shows how far it is
+  std::uint64_t done_ = 0;  ///< parts, objects and so on
+  std::uint64_t total_ = 0;
   ContainerWriter writer_;
   std::vector<Item> items_;
   std::shared_ptr<StoredDocument> old_;  ///< the file that contents are taken from, if there is one
@@ -247,7 +319,8 @@ class DocumentSaver {
   Manifest manifest_;
   OutlineNumbers numbers_;
   std::uint64_t nextId_ = 1;
-  int nextMember_ = 1;
+  std::uint64_t nextMember_ = 1;
+  std::unordered_set<std::string> keptNames_;  ///< with their case folded
   std::string packed_;
   std::vector<std::uint64_t> packedIds_;
 };
@@ -267,22 +340,28 @@ void unlock(ContainerReader& container, const std::string& password) {
 }  // namespace
 
 std::unique_ptr<Document> openDocument(const std::string& path, const OpenOptions& options) {
+  const std::string progress = "Opening " + nameIn(path);
+  constexpr std::uint64_t kStages = 2;
+  reportProgress(progress, 0, kStages);
   auto container = std::make_unique<ContainerReader>(path);
   unlock(*container, options.password);
+  reportProgress(progress, 1, kStages);
   if (!container->contains(kManifestMember)) {
     throw StoreError(StoreError::Kind::kDamaged,
                      "It is no output document: it has no manifest.xml.");
   }
   auto document = std::make_unique<Document>(1, std::string(), false);
   DocumentObject root;
+  document->setWasEncrypted(container->isEncrypted());
   const auto stored = StoredDocument::open(std::move(container), root);
   document->setContents(std::move(root), stored->manifest().runs);
+  reportProgress(progress, kStages, kStages);
   return document;
 }
 
 std::optional<FileLock> saveDocument(Document& document, const std::string& path,
                                      const SaveOptions& options) {
-  return DocumentSaver(document, path, options).save(path);
+  return DocumentSaver(document, path, options).save();
 }
 
 DocumentFileType documentFileType(const std::string& path) {

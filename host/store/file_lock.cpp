@@ -34,16 +34,39 @@ void requireOrdinaryFile(const FileDescriptor& file) {
                      "The file could not be examined" + systemReason(errno));
   }
   if (!S_ISREG(status.st_mode)) {
-    throw StoreError(StoreError::Kind::kNoFile, "This is no ordinary file.");
+    throw StoreError(StoreError::Kind::kNoFile,
+                     S_ISDIR(status.st_mode) ? "It is a folder." : "This is no ordinary file.");
   }
 }
 
 }  // namespace
 
+FileLock::FileLock(FileDescriptor file) : file_(std::move(file)), owner_(getpid()) {}
+
+FileLock& FileLock::operator=(FileLock&& other) noexcept {
+  if (this != &other) {
+    giveUp();
+    file_ = std::move(other.file_);
+    owner_ = other.owner_;
+  }
+  return *this;
+}
+
+FileLock::~FileLock() { giveUp(); }
+
+void FileLock::giveUp() {
+  if (!file_.isOpen() || owner_ != getpid()) return;
+  struct flock range = wholeFile();
+  range.l_type = F_UNLCK;
+  // What fails here is left to the end of the descriptor and of its duplicates.
+  static_cast<void>(fcntl(file_.number(), F_OFD_SETLK, &range));
+}
+
 std::optional<FileLock> FileLock::tryLock(const std::string& path) {
   for (;;) {
     FileDescriptor file = openFile(path, O_RDWR);
     if (!file.isOpen()) {
+      if (errno == EISDIR) throw StoreError(StoreError::Kind::kNoFile, "It is a folder.");
       const bool missing = errno == ENOENT || errno == ENOTDIR;
       throw StoreError(missing ? StoreError::Kind::kNoFile : StoreError::Kind::kNotWritten,
                        "The file cannot be locked" + systemReason(errno));

@@ -1,5 +1,6 @@
 #include "host/store/manifest.h"
 
+#include <cmath>
 #include <cstring>
 #include <utility>
 
@@ -7,6 +8,7 @@
 
 #include "host/store/content_names.h"
 #include "host/store/store_error.h"
+#include "host/store/xml_check.h"
 #include "host/store/xml_reader.h"
 #include "host/store/xml_writer.h"
 
@@ -14,7 +16,6 @@ namespace vornwout {
 namespace {
 
 constexpr int kFormatVersion = 1;
-constexpr std::int64_t kMaxId = std::int64_t{1} << 53;
 
 bool is(pugi::xml_node node, const char* name) { return std::strcmp(node.name(), name) == 0; }
 
@@ -43,11 +44,14 @@ class ManifestReader {
 
  private:
   void readChildren(pugi::xml_node parent, DocumentObject& heading, int depth) {
-    if (depth > kMaxOutlineDepth) refuseElement(parent, "headings are nested too deeply");
+    if (depth > kMaxOutlineDepth && parent.first_child()) {
+      refuseElement(parent, "headings are nested too deeply");
+    }
     for (const pugi::xml_node child : parent.children()) {
       if (!is(child, "object")) {
         refuseElement(parent, fmt::format("it holds an element {}", child.name()));
       }
+      if (++objects_ > kMaxObjects) refuseElement(parent, "it holds more than 1,000,000 objects");
       DocumentObject& object = heading.children.emplace_back();
       readObject(child, object);
       if (child.first_child() && object.type != ObjectType::kHeading) {
@@ -73,14 +77,26 @@ class ManifestReader {
 
   static void readSize(pugi::xml_node node, DocumentObject& object) {
     ObjectSize& size = object.size.emplace();
-    size.width = parseDouble(node, node.attribute("width").as_string("0"));
-    size.height = parseDouble(node, node.attribute("height").as_string("0"));
-    size.percent = std::strcmp(node.attribute("unit").value(), "percent") == 0;
+    size.width = readSide(node, "width");
+    size.height = readSide(node, "height");
+    const pugi::xml_attribute unit = node.attribute("unit");
+    size.percent = std::strcmp(unit.value(), "percent") == 0;
+    if (unit && !size.percent && std::strcmp(unit.value(), "points") != 0) {
+      refuseElement(node, "its unit is unknown");
+    }
+  }
+
+  static double readSide(pugi::xml_node node, const char* name) {
+    const double side = parseDouble(node, node.attribute(name).as_string("0"));
+    if (!std::isfinite(side) || side < 0) refuseElement(node, "its size is none");
+    return side;
   }
 
   void readPlace(pugi::xml_node node, DocumentObject& object) {
-    const auto id = static_cast<std::uint64_t>(integerAttribute(node, "id", 0, 1, kMaxId));
+    const auto id =
+        static_cast<std::uint64_t>(integerAttribute(node, "id", 0, 1, std::int64_t{kMaxObjectId}));
     StoredPlace place;
+    place.isChart = object.type == ObjectType::kChart;
     place.member = textAttribute(node, "media");
     if (place.member.empty()) {
       const auto parts = static_cast<std::int64_t>(manifest_.parts.size());
@@ -97,6 +113,7 @@ class ManifestReader {
 
   const std::shared_ptr<ContentSource>& source_;
   Manifest& manifest_;
+  std::size_t objects_ = 0;
 };
 
 class ManifestWriter {
@@ -135,6 +152,11 @@ class ManifestWriter {
     xml_.newLine();
     xml_.end("document");
     xml_.newLine();
+    if (objects_ > kMaxObjects || xmlNodeCount(out_) > kMaxManifestNodes) {
+      throw StoreError(StoreError::Kind::kNotWritten,
+                       fmt::format("It has more objects than a file can hold: {} of at most {}.",
+                                   objects_, kMaxObjects));
+    }
     return std::move(out_);
   }
 
@@ -148,12 +170,16 @@ class ManifestWriter {
     for (const DocumentObject& child : heading.children) {
       if (child.type == ObjectType::kModel && !numbers_.withModels) continue;
       xml_.newLine();
+      ++objects_;
       xml_.start("object");
       writeObject(child);
       writeChildren(child, depth + 1);
       xml_.end("object");
     }
   }
+
+  /// What is no size is left to whoever shows the object.
+  static double writableSide(double side) { return std::isfinite(side) && side > 0 ? side : 0; }
 
   void writeObject(const DocumentObject& object) {
     xml_.attribute("type", objectTypeName(object.type));
@@ -164,8 +190,8 @@ class ManifestWriter {
     xml_.optionalAttribute("index", object.index);
     if (!object.visible) xml_.attribute("visible", "false");
     if (object.size) {
-      xml_.attribute("width", object.size->width);
-      xml_.attribute("height", object.size->height);
+      xml_.attribute("width", writableSide(object.size->width));
+      xml_.attribute("height", writableSide(object.size->height));
       xml_.attribute("unit", object.size->percent ? "percent" : "points");
     }
     const auto id = numbers_.ids.find(&object);
@@ -182,6 +208,7 @@ class ManifestWriter {
 
   const Manifest& manifest_;
   const OutlineNumbers& numbers_;
+  std::size_t objects_ = 0;
   std::string out_;
   XmlWriter xml_{out_};
 };
@@ -191,7 +218,7 @@ class ManifestWriter {
 void readManifest(std::string bytes, const std::shared_ptr<ContentSource>& source,
                   DocumentObject& root, Manifest& manifest) {
   pugi::xml_document xml;
-  parseXml(bytes, xml);
+  parseXml(bytes, xml, kMaxManifestNodes);
   ManifestReader(source, manifest).read(rootElement(xml, "document"), root);
 }
 

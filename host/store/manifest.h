@@ -4,6 +4,7 @@
 // docs/file-format.md.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -17,6 +18,12 @@ namespace vornwout {
 
 /// Headings in headings. What shows documents walks them by recursion.
 inline constexpr int kMaxOutlineDepth = 256;
+/// Objects of an outline. A hostile manifest has them for five bytes each.
+inline constexpr std::size_t kMaxObjects = 1'000'000;
+/// Elements and attributes of a manifest, for reader and writer alike.
+inline constexpr std::size_t kMaxManifestNodes = 10'000'000;
+/// The largest number of an object: every XML tool can hold it exactly.
+inline constexpr std::uint64_t kMaxObjectId = std::uint64_t{1} << 53;
 
 /// Where the content of one object lies: in a part with others, or as a medium in a member of its
 /// own.
@@ -24,6 +31,7 @@ struct StoredPlace {
   int part = -1;          ///< index into Manifest::parts, -1 for a medium
   std::string member;     ///< of a medium
   std::string mediaType;  ///< of a medium
+  bool isChart = false;   ///< the object is a chart
 };
 
 struct Manifest {
@@ -43,7 +51,8 @@ struct OutlineNumbers {
   bool withModels = true;                                        ///< models are written too
 };
 
-/// Throws StoreError of the kind kNotWritten for headings that are nested too deeply.
+/// Throws StoreError of the kind kNotWritten for headings that are nested too deeply, and for more
+/// objects than kMaxObjects.
 std::string writeManifest(const DocumentObject& root, const Manifest& manifest,
                           const OutlineNumbers& numbers);
 

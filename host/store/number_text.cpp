@@ -13,42 +13,49 @@ namespace {
 constexpr std::array<double, 7> kPowers = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6};
 /// Below this, down to 0.1, numbers have no exponent, though that of 100000 would be shorter.
 constexpr double kMaxPlain = 1e6;
-constexpr int kMaxShortDecimals = 4;
 constexpr std::size_t kMaxShortDigits = 15;
 
-/// Writes `digits` with a decimal point before the last `decimals`.
-void appendDecimal(std::string& out, std::uint64_t digits, int decimals) {
+/// Appends the number when it has exactly so many decimals.
+bool appendWithDecimals(std::string& out, double value, double magnitude, int decimals) {
+  const double power = kPowers[static_cast<std::size_t>(decimals)];
+  // Half up is as good as any rounding: only an exact number passes the test.
+  const auto scaled = static_cast<std::uint64_t>(magnitude * power + 0.5);
+  if (static_cast<double>(scaled) / power != magnitude) return false;
+  if (decimals > 0 && scaled % 10 == 0) return false;
   std::array<char, 24> text;
-  char* end = text.data() + text.size();
-  char* start = end;
-  int written = 0;
-  while (digits != 0 || written <= decimals) {
-    *--start = static_cast<char>('0' + digits % 10);
-    digits /= 10;
-    if (++written == decimals) *--start = '.';
+  char* end = std::to_chars(text.data(), text.data() + text.size(), scaled).ptr;
+  if (value < 0) out += '-';
+  if (decimals == 0) {
+    out.append(text.data(), end);
+    return true;
   }
-  out.append(start, end);
+  // From 0.1 on there is a digit for every decimal.
+  char* const point = end - decimals;
+  if (point == text.data()) {
+    out += '0';
+  } else {
+    out.append(text.data(), point);
+  }
+  out += '.';
+  out.append(point, end);
+  return true;
 }
 
 }  // namespace
 
 void appendNumber(std::string& out, double value) {
   const double magnitude = std::fabs(value);
-  if (magnitude >= 0.1 && magnitude < kMaxPlain) {
-    for (int decimals = 0; decimals <= kMaxShortDecimals; ++decimals) {
-      const double power = kPowers[static_cast<std::size_t>(decimals)];
-      const double scaled = std::nearbyint(magnitude * power);
-      if (scaled / power != magnitude) continue;
-      if (value < 0) out += '-';
-      appendDecimal(out, static_cast<std::uint64_t>(scaled), decimals);
-      return;
+  const bool isPlain = magnitude >= 0.1 && magnitude < kMaxPlain;
+  if (isPlain) {
+    // Whole numbers and two decimals are what most tables hold.
+    for (const int decimals : {0, 2, 1, 3, 4}) {
+      if (appendWithDecimals(out, value, magnitude, decimals)) return;
     }
   }
   std::array<char, 32> digits;
   char* const end = digits.data() + digits.size();
-  const auto result = magnitude >= 0.1 && magnitude < kMaxPlain
-                          ? std::to_chars(digits.data(), end, value, std::chars_format::fixed)
-                          : std::to_chars(digits.data(), end, value);
+  const auto result = isPlain ? std::to_chars(digits.data(), end, value, std::chars_format::fixed)
+                              : std::to_chars(digits.data(), end, value);
   out.append(digits.data(), result.ptr);
 }
 

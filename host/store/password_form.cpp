@@ -8,6 +8,7 @@
 #include <openssl/hmac.h>
 
 #include "host/store/store_error.h"
+#include "platform/text/utf8.h"
 
 namespace vornwout {
 namespace {
@@ -120,6 +121,17 @@ std::optional<Secret> decryptPassword(const PasswordKey& key, std::string_view f
   Secret password(plain);
   OPENSSL_cleanse(plain.data(), plain.size());
   return password;
+}
+
+bool isTypeablePassword(std::string_view password) {
+  while (!password.empty()) {
+    const int length = validUtf8Length(password);
+    if (length == 0) return false;
+    const char32_t character = utf8CodePoint(password, length);
+    if (character < 0x20 || (character >= 0x7F && character < 0xA0)) return false;
+    password.remove_prefix(static_cast<std::size_t>(length));
+  }
+  return true;
 }
 
 }  // namespace vornwout

@@ -32,4 +32,8 @@ std::string encryptPassword(const PasswordKey& key, std::string_view plain);
 /// hexadecimal digits.
 std::optional<Secret> decryptPassword(const PasswordKey& key, std::string_view form);
 
+/// True for what a person can type: UTF-8 without control characters. Only of such passwords are
+/// forms made, so that a form of another key shows: what that gives is hardly ever one.
+bool isTypeablePassword(std::string_view password);
+
 }  // namespace vornwout

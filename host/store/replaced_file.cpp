@@ -6,6 +6,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <stdio.h>
 #include <sys/random.h>
 #include <sys/stat.h>
 
@@ -96,7 +97,7 @@ std::vector<std::string> entriesOf(const FileDescriptor& directory) {
 
 }  // namespace
 
-ReplacedFile::ReplacedFile(const std::string& path) {
+ReplacedFile::ReplacedFile(const std::string& path, const FileLock* own) : own_(own) {
   resolve(path);
   examineOldFile();
   removeLeftBehind();
@@ -129,16 +130,39 @@ std::optional<FileLock> ReplacedFile::commit() {
   if (uninterrupted([&] { return fsync(descriptor()); }) != 0) {
     fail("The new file could not be flushed to the disk", errno);
   }
-  const int directory = directory_.number();
-  if (renameat(directory, temporary_.c_str(), directory, name_.c_str()) != 0) {
-    fail("The new file could not be put in the old one's place", errno);
-  }
+  putInPlace();
   temporary_.clear();
+  oldLock_.reset();
+  const int directory = directory_.number();
   // EINVAL: a file system that flushes no directories.
   if (uninterrupted([&] { return fsync(directory); }) != 0 && errno != EINVAL) {
     fail("The new file is in place, but its directory could not be flushed to the disk", errno);
   }
   return std::exchange(lock_, std::nullopt);
+}
+
+void ReplacedFile::putInPlace() {
+  constexpr const char* kFailure = "The new file could not be put in the old one's place";
+  const int directory = directory_.number();
+  for (int attempt = 0; !hasOldFile_; ++attempt) {
+    if (renameat2(directory, temporary_.c_str(), directory, name_.c_str(), RENAME_NOREPLACE) == 0) {
+      return;
+    }
+    // Systems and file systems that can only replace.
+    if (errno == EINVAL || errno == ENOSYS) break;
+    if (errno != EEXIST || attempt == kMostAttempts) fail(kFailure, errno);
+    // Made by somebody meanwhile. Its permissions stay what they were set to: a new file's.
+    examineOldFile();
+  }
+  if (renameat(directory, temporary_.c_str(), directory, name_.c_str()) != 0) {
+    fail(kFailure, errno);
+  }
+}
+
+FileDescriptor ReplacedFile::duplicate() const {
+  FileDescriptor copy(fcntl(descriptor(), F_DUPFD_CLOEXEC, 0));
+  if (!copy.isOpen()) fail("The new file could not be opened for reading", errno);
+  return copy;
 }
 
 FileDescriptor ReplacedFile::makeScratchFile() const {
@@ -178,20 +202,60 @@ void ReplacedFile::resolve(const std::string& path) {
 }
 
 void ReplacedFile::examineOldFile() {
-  struct stat old = {};
-  if (fstatat(directory_.number(), name_.c_str(), &old, AT_SYMLINK_NOFOLLOW) != 0) {
-    if (errno != ENOENT) fail("The old file could not be examined", errno);
-    return;
+  for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+    struct stat old = {};
+    if (fstatat(directory_.number(), name_.c_str(), &old, AT_SYMLINK_NOFOLLOW) != 0) {
+      if (errno != ENOENT) fail("The old file could not be examined", errno);
+      return;
+    }
+    if (S_ISDIR(old.st_mode)) fail("It is a folder.");
+    if (!S_ISREG(old.st_mode)) {
+      fail("There is something else than an ordinary file at this path.");
+    }
+    // A rename would replace a file that is protected against writing, too.
+    if (faccessat(directory_.number(), name_.c_str(), W_OK, AT_EACCESS) != 0) {
+      fail("The old file may not be written", errno);
+    }
+    hasOldFile_ = true;
+    oldMode_ = old.st_mode & 0777;
+    oldOwner_ = old.st_uid;
+    oldGroup_ = old.st_gid;
+    if (lockOldFile()) return;
+    hasOldFile_ = false;
   }
-  if (!S_ISREG(old.st_mode)) fail("There is something else than an ordinary file at this path.");
-  // A rename would replace a file that is protected against writing, too.
-  if (faccessat(directory_.number(), name_.c_str(), W_OK, AT_EACCESS) != 0) {
-    fail("The old file may not be written", errno);
+  fail("The old file is being replaced again and again.");
+}
+
+/// False when the file was replaced or removed between its locking and its looking at.
+bool ReplacedFile::lockOldFile() {
+  constexpr int kFlags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  FileDescriptor file(
+      uninterrupted([&] { return openat(directory_.number(), name_.c_str(), kFlags); }));
+  if (!file.isOpen()) {
+    if (errno == ENOENT) return false;
+    fail("The old file could not be locked", errno);
   }
-  hasOldFile_ = true;
-  oldMode_ = old.st_mode & 0777;
-  oldOwner_ = old.st_uid;
-  oldGroup_ = old.st_gid;
+  struct stat opened = {};
+  if (fstat(file.number(), &opened) != 0) fail("The old file could not be examined", errno);
+  const auto isStillThere = [&] {
+    struct stat named = {};
+    return fstatat(directory_.number(), name_.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+           named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
+  };
+  struct stat locked = {};
+  if (own_ != nullptr && fstat(own_->descriptor(), &locked) == 0 &&
+      locked.st_dev == opened.st_dev && locked.st_ino == opened.st_ino) {
+    return isStillThere();
+  }
+  bool unsupported = false;
+  oldLock_ = FileLock::tryLockOpen(file, unsupported);
+  if (unsupported) return isStillThere();
+  if (!oldLock_) {
+    // Whoever has just put another file in this one's place holds the lock for that moment only.
+    if (!isStillThere()) return false;
+    throw StoreError(StoreError::Kind::kLocked, "Another process has locked it.");
+  }
+  return isStillThere();
 }
 
 void ReplacedFile::removeLeftBehind() {

@@ -4,6 +4,10 @@
 // over the target and flushes the directory. Until then the target is not touched. Names are
 // resolved against the open directory, so that moving it away in the meantime harms nothing.
 //
+// The old file is locked from the constructor until the rename is done, or the caller's own lock on
+// it holds: nobody can lock a file that is about to be replaced, and no two replace it at a time.
+// Where there was none, the rename replaces none; one that has come meanwhile is locked first.
+//
 // The temporary is locked from its first moment (file_lock.h). A process that was killed holds no
 // locks: the next save of the same file removes the temporaries that it finds unlocked. After the
 // rename the same lock guards the new file, and goes to the caller.
@@ -21,13 +25,14 @@
 
 namespace vornwout {
 
-/// All members throw StoreError of the kind kNotWritten.
+/// All members throw StoreError of the kind kNotWritten, or kLocked where another holds the file.
 class ReplacedFile {
  public:
   /// Makes the temporary file. A symbolic link stays one: the file that it names is replaced. The
   /// new file gets the old one's permissions, and its owner and group where the system allows it;
-  /// without an old file those of any new file.
-  explicit ReplacedFile(const std::string& path);
+  /// without an old file those of any new file. `own` is a lock that the caller holds on the old
+  /// file, or on any other; it outlives this.
+  explicit ReplacedFile(const std::string& path, const FileLock* own = nullptr);
   /// Removes the temporary file, unless it has become the target.
   ~ReplacedFile();
   ReplacedFile(const ReplacedFile&) = delete;
@@ -44,6 +49,9 @@ class ReplacedFile {
   /// closed, or when the process ends.
   FileDescriptor makeScratchFile() const;
 
+  /// Another descriptor of the new file, to read it with, whatever its name stands for later.
+  FileDescriptor duplicate() const;
+
   /// Puts the file in the target's place. Gives the lock on the new file, for whoever wants to keep
   /// it; nothing where the file system has no locks. When the directory could not be flushed it
   /// throws although the new file is already in place, whole.
@@ -52,6 +60,8 @@ class ReplacedFile {
  private:
   void resolve(const std::string& path);
   void examineOldFile();
+  bool lockOldFile();
+  void putInPlace();
   void removeLeftBehind();
   void createTemporary();
   bool tryCreateTemporary();
@@ -67,6 +77,8 @@ class ReplacedFile {
   FileDescriptor unlocked_;  // the temporary, where the file system has no locks
   std::optional<FileLock> lock_;
 
+  const FileLock* own_;
+  std::optional<FileLock> oldLock_;  // none where the caller's holds, or there are no locks
   bool hasOldFile_ = false;
   mode_t oldMode_ = 0;
   uid_t oldOwner_ = 0;

@@ -1,22 +1,74 @@
 #include "host/store/stored_document.h"
 
+#include <algorithm>
+#include <iterator>
 #include <limits>
+#include <string_view>
+#include <unordered_set>
 #include <utility>
 
 #include <fmt/format.h>
 
+#include "host/build/svg_sanitizer.h"
 #include "host/store/content_reader.h"
 #include "host/store/document_store.h"
+#include "host/store/member_name.h"
 #include "host/store/store_error.h"
 #include "host/store/xml_reader.h"
 
 namespace vornwout {
 namespace {
 
+/// Parts that are kept parsed, and their bytes together; the one in use is kept in any case.
+constexpr std::size_t kKeptParts = 8;
+constexpr std::size_t kKeptBytes = std::size_t{64} << 20;
+/// How often all parts may be parsed within as many contents as the document has.
+constexpr std::size_t kMostParsings = 64;
+
 /// Says in which member of the file the trouble is.
 [[noreturn]] void rethrowFor(const std::string& member, const StoreError& error) {
   throw StoreError(error.kind(),
                    fmt::format("Its part {} cannot be read: {}.", member, error.what()));
+}
+
+/// What a save gives names to itself.
+bool isReservedName(const std::string& member) {
+  const std::string folded = caseFoldedName(member);
+  return folded == kManifestMember || folded == kPageMember || folded == "mimetype";
+}
+
+/// Refuses what could not be saved again: members that are not there, that stand for two things, or
+/// whose names are taken.
+void checkMembers(const Manifest& manifest, const ContainerReader& container) {
+  const auto refuse = [](const std::string& member, const char* what) {
+    throw StoreError(StoreError::Kind::kDamaged,
+                     fmt::format("the part {} {}", quotedMemberName(member), what));
+  };
+  std::unordered_set<std::string_view> parts;
+  for (const std::string& part : manifest.parts) {
+    if (!container.contains(part)) refuse(part, "is missing");
+    if (isReservedName(part)) refuse(part, "holds no objects");
+    if (!parts.insert(part).second) refuse(part, "stands twice");
+  }
+  for (const auto& [id, place] : manifest.places) {
+    if (place.member.empty()) continue;
+    if (!container.contains(place.member)) refuse(place.member, "is missing");
+    if (isReservedName(place.member) || parts.contains(place.member)) {
+      refuse(place.member, "is no chart and no model");
+    }
+  }
+}
+
+/// A chart of a file may come from anywhere, so what could run in it goes, as when one is added.
+void clean(MediaContent& chart, const std::string& member) {
+  if (chart.mediaType != "image/svg+xml") return;
+  try {
+    chart.bytes = std::make_shared<const std::string>(sanitizeSvg(*chart.bytes));
+  } catch (const SvgError& error) {
+    throw StoreError(
+        StoreError::Kind::kDamaged,
+        fmt::format("Its part {} cannot be shown. {}", quotedMemberName(member), error.what()));
+  }
 }
 
 }  // namespace
@@ -27,11 +79,7 @@ std::shared_ptr<StoredDocument> StoredDocument::open(std::unique_ptr<ContainerRe
   auto stored = std::make_shared<StoredDocument>(std::move(container), Manifest{});
   try {
     readManifest(std::move(bytes), stored, root, stored->manifest_);
-    for (const std::string& part : stored->manifest_.parts) {
-      if (!stored->container_->contains(part)) {
-        throw StoreError(StoreError::Kind::kDamaged, fmt::format("the part {} is missing", part));
-      }
-    }
+    checkMembers(stored->manifest_, *stored->container_);
   } catch (const StoreError& error) {
     rethrowFor(kManifestMember, error);
   }
@@ -40,41 +88,78 @@ std::shared_ptr<StoredDocument> StoredDocument::open(std::unique_ptr<ContainerRe
 
 ObjectContent StoredDocument::load(std::uint64_t id) {
   const StoredPlace& place = manifest_.places.at(id);
-  if (place.part >= 0) return loadFromPart(place.part, id);
+  if (place.part >= 0) {
+    ObjectContent content = loadFromPart(place.part, id);
+    auto* media = std::get_if<MediaContent>(&content);
+    if (media != nullptr && place.isChart) clean(*media, nameOf(place.part));
+    return content;
+  }
   MediaContent media;
   media.mediaType = place.mediaType;
   media.bytes = std::make_shared<const std::string>(container_->read(place.member, kMemberLimit));
+  if (place.isChart) clean(media, place.member);
   return media;
 }
 
 ObjectContent StoredDocument::loadFromPart(int part, std::uint64_t id) {
-  if (parsed_ == nullptr || parsedPart_ != part) takePart(part);
+  ParsedPart& parsed = takePart(part);
   try {
-    const auto found = parsed_->contents.find(id);
-    if (found == parsed_->contents.end()) {
+    const auto found = parsed.contents.find(id);
+    if (found == parsed.contents.end()) {
       throw StoreError(StoreError::Kind::kDamaged, fmt::format("object {} is missing", id));
     }
     ObjectContent content = readContent(found->second);
     // A part with one object in it is a large one, and nobody else will ask for it.
-    if (parsed_->contents.size() == 1) parsed_.reset();
+    if (parsed.contents.size() == 1) parsed_.pop_front();
     return content;
   } catch (const StoreError& error) {
     rethrowFor(nameOf(part), error);
   }
 }
 
-void StoredDocument::takePart(int part) {
-  parsed_.reset();
-  const bool isNext = part == parsedPart_ + 1 && part > 0;
-  parsedPart_ = part;
+StoredDocument::ParsedPart& StoredDocument::takePart(int part) {
+  // A walk through the whole document asks for every content once.
+  if (++loads_ > manifest_.places.size()) loads_ = parsedCount_ = 0;
+  const auto kept = std::find_if(parsed_.begin(), parsed_.end(),
+                                 [&](const auto& one) { return one->number == part; });
+  const bool isNext = part == lastPart_ + 1 && part > 0;
+  lastPart_ = part;
+  if (kept != parsed_.end()) {
+    parsed_.splice(parsed_.begin(), parsed_, kept);
+    return *parsed_.front();
+  }
+  countParsing(part);
+  std::unique_ptr<ParsedPart> taken;
   if (ahead_.valid()) {
     // Waited for in any case: the thread has the second reader.
     std::future<std::unique_ptr<ParsedPart>> ahead = std::move(ahead_);
     ahead.wait();
-    if (aheadPart_ == part) parsed_ = ahead.get();
+    if (aheadPart_ == part) taken = ahead.get();
   }
-  if (parsed_ == nullptr) parsed_ = parsePart(*container_, nameOf(part));
+  if (taken == nullptr) taken = parsePart(*container_, nameOf(part));
+  taken->number = part;
+  keep(std::move(taken));
   if (isNext && static_cast<std::size_t>(part) + 1 < manifest_.parts.size()) readAhead(part + 1);
+  return *parsed_.front();
+}
+
+void StoredDocument::keep(std::unique_ptr<ParsedPart> part) {
+  std::size_t bytes = part->bytes.size();
+  std::size_t count = 1;
+  for (auto one = parsed_.begin(); one != parsed_.end();) {
+    bytes += (*one)->bytes.size();
+    one = ++count > kKeptParts || bytes > kKeptBytes ? parsed_.erase(one) : std::next(one);
+  }
+  parsed_.push_front(std::move(part));
+}
+
+void StoredDocument::countParsing(int part) {
+  if (++parsedCount_ > kMostParsings * manifest_.parts.size()) {
+    parsedCount_ = loads_ = 0;
+    rethrowFor(nameOf(part),
+               StoreError(StoreError::Kind::kDamaged,
+                          "the document's objects ask for its parts again and again"));
+  }
 }
 
 void StoredDocument::readAhead(int part) {

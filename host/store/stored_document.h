@@ -2,12 +2,14 @@
 //
 // Entry points: StoredDocument::open(), and load() through LazyContent. The file stays open as long
 // as some object has a content in it, so that a document can be read on although its file was
-// replaced. One part at a time is kept parsed: objects are mostly looked at in the order in which
-// they lie.
+// replaced. The parts that were looked at last are kept parsed: objects are mostly looked at in the
+// order in which they lie, but for those that were moved. A document that is made so that every
+// object asks for another part is given up.
 #pragma once
 
 #include <cstdint>
 #include <future>
+#include <list>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -37,14 +39,17 @@ class StoredDocument : public ContentSource {
 
  private:
   struct ParsedPart {
+    int number = -1;
     std::string bytes;  ///< into which the document points
     pugi::xml_document xml;
     std::unordered_map<std::uint64_t, pugi::xml_node> contents;
   };
 
   ObjectContent loadFromPart(int part, std::uint64_t id);
-  /// Makes `part` the parsed one.
-  void takePart(int part);
+  /// The part, parsed; it is the first of the kept ones then.
+  ParsedPart& takePart(int part);
+  void keep(std::unique_ptr<ParsedPart> part);
+  void countParsing(int part);
   void readAhead(int part);
   const std::string& nameOf(int part) const {
     return manifest_.parts[static_cast<std::size_t>(part)];
@@ -54,8 +59,10 @@ class StoredDocument : public ContentSource {
 
   std::unique_ptr<ContainerReader> container_;
   Manifest manifest_;
-  std::unique_ptr<ParsedPart> parsed_;
-  int parsedPart_ = -1;  ///< the number of the last one, also when it is let go again
+  std::list<std::unique_ptr<ParsedPart>> parsed_;    ///< the one that was used last comes first
+  int lastPart_ = -1;                                ///< also when it is let go again
+  std::size_t loads_ = 0;                            ///< contents since parsedCount_ was 0
+  std::size_t parsedCount_ = 0;                      ///< parts that were parsed for them
   std::unique_ptr<ContainerReader> aheadContainer_;  ///< used by the thread alone while it runs
   int aheadPart_ = -1;
   std::future<std::unique_ptr<ParsedPart>> ahead_;

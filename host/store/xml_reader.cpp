@@ -10,6 +10,7 @@
 #include "host/store/content_names.h"
 #include "host/store/number_text.h"
 #include "host/store/store_error.h"
+#include "host/store/xml_check.h"
 #include "platform/text/utf8.h"
 
 namespace vornwout {
@@ -33,15 +34,6 @@ void checkUtf8(std::string_view bytes) {
   }
 }
 
-/// Every element has a "<" of its own and every attribute an "=", so there are at most as many
-/// nodes.
-void checkNodeCount(std::string_view bytes) {
-  if (bytes.size() <= kMaxXmlNodes) return;
-  const auto nodes = static_cast<std::size_t>(
-      std::count_if(bytes.begin(), bytes.end(), [](char c) { return c == '<' || c == '='; }));
-  if (nodes > kMaxXmlNodes) refuse("it has too many elements");
-}
-
 int base64Digit(char c) {
   if (c >= 'A' && c <= 'Z') return c - 'A';
   if (c >= 'a' && c <= 'z') return c - 'a' + 26;
@@ -52,13 +44,13 @@ int base64Digit(char c) {
 
 }  // namespace
 
-void parseXml(std::string& bytes, pugi::xml_document& document) {
+void parseXml(std::string& bytes, pugi::xml_document& document, std::size_t maxNodes) {
   checkUtf8(bytes);
-  checkNodeCount(bytes);
+  checkXml(bytes, maxNodes);
   // Line ends stay as they are: the writer escapes a carriage return that belongs to a text. A text
   // of blanks alone counts only where nothing else stands beside it.
   constexpr unsigned int kFlags =
-      pugi::parse_escapes | pugi::parse_cdata | pugi::parse_doctype | pugi::parse_ws_pcdata_single;
+      pugi::parse_escapes | pugi::parse_cdata | pugi::parse_ws_pcdata_single;
   const pugi::xml_parse_result result =
       document.load_buffer_inplace(bytes.data(), bytes.size(), kFlags, pugi::encoding_utf8);
   if (!result) {
@@ -68,9 +60,6 @@ void parseXml(std::string& bytes, pugi::xml_document& document) {
     std::string reason = result.description();
     if (!reason.empty()) reason[0] = static_cast<char>(std::tolower(reason[0]));
     refuse(fmt::format("near line {}: {}", lineAt(bytes, offset), reason));
-  }
-  for (const pugi::xml_node node : document.children()) {
-    if (node.type() == pugi::node_doctype) refuse("it has a document type declaration");
   }
 }
 

@@ -20,8 +20,9 @@ namespace vornwout {
 inline constexpr std::size_t kMaxXmlNodes = std::size_t{16} << 20;
 
 /// Parses `bytes` in place: `document` points into them afterwards. Refuses what is not well-formed
-/// UTF-8, has a document type declaration, or more than kMaxXmlNodes nodes.
-void parseXml(std::string& bytes, pugi::xml_document& document);
+/// UTF-8, has a document type declaration, or more than `maxNodes` elements and attributes.
+void parseXml(std::string& bytes, pugi::xml_document& document,
+              std::size_t maxNodes = kMaxXmlNodes);
 
 /// Throws the error for an element that is not as it must be: "table: <what>".
 [[noreturn]] void refuseElement(pugi::xml_node node, const std::string& what);

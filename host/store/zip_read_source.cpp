@@ -99,12 +99,19 @@ ReadableFile::ReadableFile(const std::string& path) {
   if (!file_.isOpen()) {
     throw StoreError(StoreError::Kind::kNoFile, "The file cannot be read" + systemReason(errno));
   }
+  examine();
+}
+
+ReadableFile::ReadableFile(FileDescriptor file) : file_(std::move(file)) { examine(); }
+
+void ReadableFile::examine() {
   struct stat status = {};
   if (fstat(file_.number(), &status) != 0) {
     throw StoreError(StoreError::Kind::kNoFile, "The file cannot be read" + systemReason(errno));
   }
   if (!S_ISREG(status.st_mode)) {
-    throw StoreError(StoreError::Kind::kNoFile, "This is no ordinary file.");
+    throw StoreError(StoreError::Kind::kNoFile,
+                     S_ISDIR(status.st_mode) ? "It is a folder." : "This is no ordinary file.");
   }
   size_ = static_cast<std::uint64_t>(status.st_size);
 }

@@ -21,12 +21,16 @@ class ReadableFile {
  public:
   /// Throws StoreError of the kind kNoFile.
   explicit ReadableFile(const std::string& path);
+  /// Takes a file that is open already.
+  explicit ReadableFile(FileDescriptor file);
 
   int descriptor() const { return file_.number(); }
   /// The size when it was opened.
   std::uint64_t size() const { return size_; }
 
  private:
+  void examine();
+
   FileDescriptor file_;
   std::uint64_t size_ = 0;
 };

@@ -34,7 +34,7 @@ class BpString : public BpCellText {
  public:
   /// `translatable` tells the system's own texts from a user's.
   BpString(std::string_view text, bool translatable);
-  /// A user's text that is shown to that user and kept nowhere, such as a password.
+  /// A user's text that is shown and kept nowhere, such as a password.
   static BpString secret(std::string_view text);
 };
 

@@ -28,7 +28,7 @@ struct CellText {
   enum class Kind : std::uint8_t { kString, kNumber, kComposite };
 
   Kind kind = Kind::kString;
-  bool secret = false;        ///< shown to the user who wrote it, and kept nowhere
+  bool secret = false;        ///< a user's, to be shown and kept nowhere
   bool translatable = false;  ///< the system's own text; a user's text is never translated
   bool hasSublist = false;
   BpFormatSpec format;
@@ -40,7 +40,7 @@ struct CellText {
   friend bool operator==(const CellText&, const CellText&) = default;
 };
 
-/// A copy with "***" in place of every secret: what a trace or a document may keep.
+/// A copy with "***" in place of every secret: what a terminal, a trace or a document may have.
 CellText withoutSecrets(const CellText& cell);
 
 /// The content as it is shown: numbers formatted, "^1" and so on replaced by the arguments.

@@ -1,9 +1,11 @@
 #include "runner/terminal/progress.h"
 
 #include <algorithm>
+#include <iostream>
 #include <utility>
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include "platform/text/display_width.h"
 #include "runner/terminal/color.h"
@@ -110,6 +112,16 @@ void ProgressBar::hide() {
   err_ << '\r' << repeated(" ", drawnWidth_) << '\r' << std::flush;
   drawnWidth_ = 0;
   lastDrawn_.reset();
+}
+
+StandardProgress::StandardProgress(bool quiet, StyleMode style) {
+  const TerminalFacts facts = readTerminalFacts(STDERR_FILENO);
+  if (!ProgressBar::isWanted(facts, quiet)) return;
+  registration_.emplace(bar_.emplace(std::cerr, chooseStyle(style, facts)));
+}
+
+void StandardProgress::hide() {
+  if (bar_) bar_->hide();
 }
 
 }  // namespace vornwout

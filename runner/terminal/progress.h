@@ -57,6 +57,22 @@ class ProgressBar : public ProgressListener {
   int drawnWidth_ = 0;  ///< columns that are taken now
 };
 
+/// The bar on standard error while it lives, registered for all progress; nothing where none is
+/// wanted.
+class StandardProgress {
+ public:
+  explicit StandardProgress(bool quiet, StyleMode style = StyleMode::kAuto);
+  StandardProgress(const StandardProgress&) = delete;
+  StandardProgress& operator=(const StandardProgress&) = delete;
+
+  /// Takes the bar off the terminal, before something else is written there.
+  void hide();
+
+ private:
+  std::optional<ProgressBar> bar_;
+  std::optional<ProgressRegistration> registration_;
+};
+
 /// Minutes and seconds, or hours before them: "0:07", "12:30", "1:02:03".
 std::string clockText(std::chrono::seconds duration);
 

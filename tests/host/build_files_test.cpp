@@ -53,6 +53,39 @@ TEST(DiskFiles, NothingOutsideTheFolderIsReadUnlessAllowed) {
   EXPECT_EQ(textOf(all, "link"), "secret");
 }
 
+TEST(DiskFiles, PipeIsRefusedAtOnceBelowAFolderThatAManifestNames) {
+  const ScratchDirectory scratch;
+  ASSERT_EQ(mkfifo(scratch.file("pipe").c_str(), 0600), 0);
+  std::filesystem::create_symlink("pipe", scratch.file("link"));
+  DiskFiles files(scratch.file(""), FileReach::kFolder);
+  EXPECT_EQ(textOf(files, "pipe"), "refused: It is no ordinary file.");
+  EXPECT_EQ(textOf(files, "link"), "refused: It is no ordinary file.");
+  EXPECT_EQ(files.sizeOf("pipe"), 0U);
+}
+
+TEST(DiskFiles, SizeIsThatOfTheFileAndNothingWhereThereIsNone) {
+  const ScratchDirectory scratch;
+  scratch.write("a", "text");
+  DiskFiles files(scratch.file(""), FileReach::kFolder);
+  EXPECT_EQ(files.sizeOf("a"), 4U);
+  EXPECT_EQ(files.sizeOf("b"), 0U);
+  EXPECT_EQ(files.sizeOf("."), 0U);
+}
+
+TEST(DiskFiles, WhatCannotBeReadIsNoMistakeInTheFile) {
+  const ScratchDirectory scratch;
+  scratch.write("a", "text");
+  DiskFiles files(scratch.file(""), FileReach::kFolder);
+  for (const char* name : {"none", "", ".", "../a", "/a"}) {
+    try {
+      files.open(name);
+      ADD_FAILURE() << name;
+    } catch (const BuildError& error) {
+      EXPECT_EQ(error.kind(), BuildError::Kind::kUnreadable) << name;
+    }
+  }
+}
+
 TEST(DiskFiles, SourceIsReadAgainFromItsStart) {
   const ScratchDirectory scratch;
   scratch.write("a", "text");

@@ -342,6 +342,7 @@ TEST_F(ContainerReaderTest, WhatIsNoOrdinaryFileIsRefused) {
   EXPECT_EQ(missing.reason, "The file cannot be read: No such file or directory.");
   const Failure directory = failureOf([&] { ContainerReader reader(scratch_.file("")); });
   EXPECT_EQ(directory.kind, Kind::kNoFile);
+  EXPECT_EQ(directory.reason, "It is a folder.");
   // Nobody ever writes to it, so waiting would be forever.
   ASSERT_EQ(mkfifo(path().c_str(), 0600), 0);
   const Failure pipe = failureOf([&] { ContainerReader reader(path()); });

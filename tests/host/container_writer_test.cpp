@@ -326,7 +326,7 @@ TEST_F(ContainerWriterTest, WithoutCommitLeavesTheOldFileAndNothingElse) {
 TEST_F(ContainerWriterTest, GivesTheLockOfTheNewFile) {
   ContainerWriter writer(path());
   writer.add("a", "x");
-  const std::optional<FileLock> lock = writer.commit();
+  const std::optional<FileLock> lock = writer.commit().lock;
   ASSERT_TRUE(lock);
   EXPECT_TRUE(lock->holds(path()));
   EXPECT_TRUE(FileLock::isLockedByAnother(path()));

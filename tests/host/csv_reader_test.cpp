@@ -94,6 +94,23 @@ TEST(CsvReader, SeparatorIsTheMostFrequentOfTheFirstLineUnlessGiven) {
   }
 }
 
+TEST(CsvReader, LineThatNamesTheSeparatorIsNoHeader) {
+  const Records wanted = {{"a", "b,c"}, {"1", "2"}};
+  for (const char* text : {"sep=;\na;b,c\n1;2\n", "sep=;\r\na;b,c\r\n1;2\r\n",
+                           "sep=;\ra;b,c\r1;2\r", "\xEF\xBB\xBFsep=;\na;b,c\n1;2\n"}) {
+    EXPECT_EQ(recordsOf(text), wanted) << text;
+  }
+  EXPECT_EQ(recordsOf("sep=;\na|b\n", {'|', {}}), (Records{{"a", "b"}}));
+  EXPECT_EQ(recordsOf("sep=x\n1\n"), (Records{{"sep=x"}, {"1"}}));
+  EXPECT_EQ(recordsOf("sep=;d\n1;2\n"), (Records{{"sep=", "d"}, {"1", "2"}}));
+  EXPECT_EQ(errorOf("sep=;\n"), "a.csv:1:1: The file is empty.");
+  // Places count the line.
+  EXPECT_EQ(errorOf("sep=;\na;b\n1;2;3\n"), "a.csv:3:5: This row has 3 fields, the header has 2.");
+  EXPECT_EQ(errorOf("sep=;\na;b\n1;x\"y\n"),
+            "a.csv:3:4: A quote stands within a field that does not start with one.");
+  EXPECT_EQ(errorOf("sep=;\na;b\n1;\xFF\n"), "a.csv:3:3: The byte 0xFF is no character in UTF-8.");
+}
+
 TEST(CsvReader, EncodingsAreRead) {
   const Records wanted = {{"\xC3\xA4", "b"}, {"\xE2\x82\xAC", "2"}};
   EXPECT_EQ(recordsOf("\xE4,b\n\x80,2\n", {{}, "windows-1252"}), wanted);
@@ -111,6 +128,40 @@ TEST(CsvReader, EncodingsAreRead) {
       "a\0\n\0\x3D\xD8\x00\xDE",
       10);
   EXPECT_EQ(recordsOf(emoji), (Records{{"a"}, {"\xF0\x9F\x98\x80"}}));
+}
+
+TEST(CsvReader, NamesOfUnicodeFormsAreComparedWithoutCaseAndHyphens) {
+  const std::string little("a\0\n\0\x31\0\n\0", 8);
+  const Records wanted = {{"a"}, {"1"}};
+  for (const char* name : {"UTF-16", "utf-16", "utf16", "UTF16LE", "utf_16le"}) {
+    EXPECT_EQ(recordsOf(little, {{}, name}), wanted) << name;
+  }
+  EXPECT_EQ(recordsOf(std::string("\0a\0\n\0\x31\0\n", 8), {{}, "utf16be"}), wanted);
+  for (const char* name : {"UTF-8-SIG", "utf8sig", "utf-8", "UTF8"}) {
+    EXPECT_EQ(recordsOf("\xEF\xBB\xBF"
+                        "a\n1\n",
+                        {{}, name}),
+              wanted)
+        << name;
+  }
+  EXPECT_EQ(errorOf("a\n", {{}, "UTF-64"}), "a.csv:0:0: There is no encoding UTF-64.");
+}
+
+TEST(CsvReader, Utf32IsReadByItsMarkOrItsName) {
+  const Records wanted = {{"\xF0\x9F\x98\x80", "b"}};
+  const std::string little("\0\xF6\1\0,\0\0\0b\0\0\0", 12);
+  const std::string big("\0\1\xF6\0\0\0\0,\0\0\0b", 12);
+  EXPECT_EQ(recordsOf(little, {{}, "UTF-32"}), wanted);
+  EXPECT_EQ(recordsOf(little, {{}, "utf32le"}), wanted);
+  EXPECT_EQ(recordsOf(big, {{}, "UTF-32BE"}), wanted);
+  EXPECT_EQ(recordsOf(std::string("\xFF\xFE\0\0", 4) + little), wanted);
+  EXPECT_EQ(recordsOf(std::string("\0\0\xFE\xFF", 4) + big), wanted);
+  EXPECT_EQ(errorOf(little + "b", {{}, "UTF-32"}),
+            "a.csv:1:4: The file ends within a character of UTF-32.");
+  EXPECT_EQ(errorOf(std::string("a\0\0\0\0\0\x11\0", 8), {{}, "UTF-32"}),
+            "a.csv:1:2: The number 0x110000 is no character in UTF-32.");
+  EXPECT_EQ(errorOf(std::string("a\0\0\0\0\xD8\0\0", 8), {{}, "UTF-32"}),
+            "a.csv:1:2: The number 0xD800 is no character in UTF-32.");
 }
 
 TEST(CsvReader, WhatIsNoTableIsRefusedAtItsPlace) {

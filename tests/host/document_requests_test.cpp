@@ -1,7 +1,10 @@
 // OUTPUT OPEN and OUTPUT SAVE as requests to the embedded host's controller.
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,6 +17,8 @@
 #include "host/store/document_store.h"
 #include "host/store/password_form.h"
 #include "host/store/store_error.h"
+#include "platform/adapter/output_sink.h"
+#include "platform/adapter/progress_listener.h"
 #include "platform/text/encoding.h"
 #include "tests/support/scratch_directory.h"
 
@@ -31,6 +36,19 @@ struct FileRequestFields {
   std::string password;
   OutputDocumentEncryptPW encryptPassword = OutputDocumentEncryptPW::kNo;
   YesNoEnum storeModel = YesNoEnum::kYes;
+};
+
+/// Hears what goes into the output, each message behind its level.
+class RecordingMessages : public OutputSink {
+ public:
+  void outputMessage(const OutputMessageRecord& message) override {
+    texts.push_back(std::to_string(message.level) + ": " + message.shownText());
+  }
+
+  std::vector<std::string> texts;
+
+ private:
+  SinkRegistration registration_{*this};
 };
 
 class DocumentRequestsTest : public testing::Test {
@@ -214,6 +232,53 @@ TEST_F(DocumentRequestsTest, AnEncryptedFormStandsForItsPassword) {
   EXPECT_EQ(open(plain), "");
 }
 
+TEST_F(DocumentRequestsTest, AFormOfAnotherKeyIsRefused) {
+  std::filesystem::create_directories(folder_.file("config/vornwout"));
+  const PasswordKey key = PasswordKey::loadOrCreate(defaultPasswordKeyPath());
+  make("sales");
+  FileRequestFields fields{"", path_};
+  fields.encryptPassword = OutputDocumentEncryptPW::kYes;
+  // What another key's form gives is random; these stand for it, one rule each.
+  for (const std::string_view random :
+       {std::string_view("a\0b", 3), std::string_view("a\xFF"), std::string_view("\x1B[2J"),
+        std::string_view("\x7F"), std::string_view("\xC2\x85")}) {
+    fields.password = encryptPassword(key, random);
+    EXPECT_EQ(save(fields), "The output document " + path_ +
+                                " was not saved. This form was not made with this user's key (" +
+                                defaultPasswordKeyPath() + ").");
+    EXPECT_FALSE(std::filesystem::exists(path_));
+  }
+  fields.password = encryptPassword(key, "Süß~ 10");
+  EXPECT_EQ(save(fields), "");
+}
+
+TEST_F(DocumentRequestsTest, AWrongPasswordIsSaidBeforeTheKeysTrouble) {
+  make("sales");
+  FileRequestFields fields{"", path_};
+  fields.password = "s3cret";
+  ASSERT_EQ(save(fields), "");
+  fields.password = "1234";
+  const std::string wrong =
+      "The output document " + path_ + " was not opened. The password is wrong.";
+  EXPECT_EQ(open(fields), wrong);
+  std::filesystem::create_directories(folder_.file("config/vornwout"));
+  const PasswordKey key = PasswordKey::loadOrCreate(defaultPasswordKeyPath());
+  chmod(defaultPasswordKeyPath().c_str(), 0644);
+  EXPECT_THAT(open(fields), testing::AllOf(testing::StartsWith(wrong + " "),
+                                           testing::HasSubstr("may be read by others")));
+  chmod(defaultPasswordKeyPath().c_str(), 0600);
+  fields.password = encryptPassword(key, "\x01\x02");
+  EXPECT_THAT(open(fields), testing::AllOf(testing::StartsWith(wrong + " "),
+                                           testing::HasSubstr("not made with this user's key")));
+  unsetenv("XDG_CONFIG_HOME");
+  const char* home = std::getenv("HOME");
+  const std::string homeBefore = home == nullptr ? "" : home;
+  unsetenv("HOME");
+  EXPECT_THAT(open(fields), testing::AllOf(testing::StartsWith(wrong + " "),
+                                           testing::HasSubstr("There is no place for")));
+  if (home != nullptr) setenv("HOME", homeBefore.c_str(), 1);
+}
+
 TEST_F(DocumentRequestsTest, APasswordThatLooksLikeAFormIsTriedAsItStandsFirst) {
   make("sales");
   FileRequestFields fields{"", path_};
@@ -294,12 +359,131 @@ TEST_F(DocumentRequestsTest, SavingCanTakeAndReleaseTheLock) {
   EXPECT_TRUE(isFree(path_));
 }
 
+TEST_F(DocumentRequestsTest, SavingElsewhereKeepsTheLockOnTheFirstFile) {
+  make("sales");
+  ASSERT_EQ(save({"", path_}), "");
+  ASSERT_EQ(open({"again", path_, Lock::kLocked}), "");
+  const std::string other = folder_.file("other.qxv");
+  for (const Lock lock : {Lock::kUnspecified, Lock::kUnlocked}) {
+    ASSERT_EQ(save({"again", other, lock}), "");
+    EXPECT_FALSE(isFree(path_));
+    EXPECT_TRUE(isFree(other));
+  }
+  ASSERT_EQ(save({"again", other, Lock::kLocked}), "");
+  EXPECT_FALSE(isFree(path_));
+  EXPECT_FALSE(isFree(other));
+  // Saved over, each goes on to the new file.
+  ASSERT_EQ(save({"again", path_}), "");
+  ASSERT_EQ(save({"again", other}), "");
+  EXPECT_FALSE(isFree(path_));
+  EXPECT_FALSE(isFree(other));
+  ASSERT_EQ(save({"again", path_, Lock::kUnlocked}), "");
+  EXPECT_TRUE(isFree(path_));
+  EXPECT_FALSE(isFree(other));
+  EXPECT_EQ(open({"third", other, Lock::kLocked}),
+            "The file " + other + " is already open as an output document, and locked.");
+  ASSERT_EQ(close("again"), "");
+  EXPECT_TRUE(isFree(other));
+}
+
+TEST_F(DocumentRequestsTest, AnEncryptedDocumentThatIsSavedWithoutAPasswordIsWarnedOf) {
+  RecordingMessages messages;
+  make("sales");
+  FileRequestFields fields{"sales", path_};
+  fields.password = "s3cret";
+  ASSERT_EQ(save(fields), "");
+  ASSERT_EQ(save({"sales", folder_.file("plain.qxv")}), "");
+  EXPECT_THAT(messages.texts, testing::IsEmpty()) << "it came from no file";
+  ASSERT_EQ(open({"plain", folder_.file("plain.qxv")}), "");
+  ASSERT_EQ(save({"plain", folder_.file("plain.qxv")}), "");
+  EXPECT_THAT(messages.texts, testing::IsEmpty());
+  fields.name = "again";
+  ASSERT_EQ(open(fields), "");
+  ASSERT_EQ(save(fields), "");
+  EXPECT_THAT(messages.texts, testing::IsEmpty());
+  ASSERT_EQ(save({"again", path_}), "");
+  EXPECT_THAT(messages.texts,
+              testing::ElementsAre("2: The output document was encrypted when it was opened; " +
+                                   path_ + " is not. /PASSPROTECT encrypts it."));
+}
+
+TEST_F(DocumentRequestsTest, OpeningAndSavingTellHowFarTheyAre) {
+  class Recorder : public ProgressListener {
+   public:
+    void progress(std::string_view what, std::uint64_t done, std::uint64_t total) override {
+      reports.push_back(std::string(what) + " " + std::to_string(done) + "/" +
+                        std::to_string(total));
+    }
+    std::vector<std::string> reports;
+  };
+  make("sales");
+  Recorder recorder;
+  const ProgressRegistration registration(recorder);
+  // One object, the outline, the disk; then its part is taken over as well; then a page is made.
+  ASSERT_EQ(save({"", path_}), "");
+  EXPECT_THAT(recorder.reports,
+              testing::ElementsAre("Saving report.qxv 0/3", "Saving report.qxv 1/3",
+                                   "Saving report.qxv 2/3", "Saving report.qxv 3/3"));
+  recorder.reports.clear();
+  ASSERT_EQ(save({"", folder_.file("page.qxw")}), "");
+  EXPECT_THAT(recorder.reports, testing::ElementsAre("Saving page.qxw 0/5", "Saving page.qxw 1/5",
+                                                     "Saving page.qxw 2/5", "Saving page.qxw 3/5",
+                                                     "Saving page.qxw 4/5", "Saving page.qxw 5/5"));
+  // A medium is taken over by itself.
+  DocumentObject model;
+  model.type = ObjectType::kModel;
+  model.content =
+      ObjectContent(MediaContent{"application/xml", std::make_shared<std::string>("<m/>")});
+  controller_.activeDocument()->append(std::move(model));
+  const std::string other = folder_.file("other.qxv");
+  for (int i = 0; i < 2; ++i) {
+    recorder.reports.clear();
+    ASSERT_EQ(save({"", other}), "");
+    EXPECT_EQ(recorder.reports.size(), 6U);
+    EXPECT_EQ(recorder.reports.back(), "Saving other.qxv 5/5");
+  }
+  recorder.reports.clear();
+  ASSERT_EQ(open({"", path_}), "");
+  EXPECT_THAT(recorder.reports,
+              testing::ElementsAre("Opening report.qxv 0/2", "Opening report.qxv 1/2",
+                                   "Opening report.qxv 2/2"));
+}
+
 TEST_F(DocumentRequestsTest, AFileThatMayNotBeWrittenOpensUnlocked) {
   if (geteuid() == 0) GTEST_SKIP() << "for root every file may be written";
   make("sales");
   ASSERT_EQ(save({"", path_}), "");
   chmod(path_.c_str(), 0400);
   EXPECT_EQ(open({"again", path_, Lock::kLocked}), "");
+}
+
+TEST_F(DocumentRequestsTest, APageHasNoModelsWhereNoneAreStored) {
+  make("sales");
+  DocumentObject model;
+  model.type = ObjectType::kModel;
+  model.label = "forecast";
+  model.content =
+      ObjectContent(MediaContent{"application/xml", std::make_shared<std::string>("<m/>")});
+  DocumentObject part = model;
+  part.type = ObjectType::kChart;
+  part.label = "partOfModel";
+  model.children.push_back(std::move(part));
+  controller_.activeDocument()->append(std::move(model));
+  DocumentObject log;
+  log.type = ObjectType::kLog;
+  log.label = "behind";
+  log.content = ObjectContent(LogContent{"last"});
+  controller_.activeDocument()->append(std::move(log));
+  FileRequestFields fields{"", folder_.file("page.qxw")};
+  const auto page = [&] { return ContainerReader(fields.path).read(kPageMember); };
+  ASSERT_EQ(save(fields), "");
+  EXPECT_THAT(page(), testing::HasSubstr("forecast"));
+  EXPECT_THAT(page(), testing::HasSubstr("partOfModel"));
+  fields.storeModel = YesNoEnum::kNo;
+  ASSERT_EQ(save(fields), "");
+  EXPECT_THAT(page(), testing::Not(testing::HasSubstr("forecast")));
+  EXPECT_THAT(page(), testing::Not(testing::HasSubstr("partOfModel")));
+  EXPECT_THAT(page(), testing::HasSubstr("behind"));
 }
 
 TEST_F(DocumentRequestsTest, ModelsAreStoredUnlessToldNot) {

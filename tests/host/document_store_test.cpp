@@ -2,11 +2,16 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <limits>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "host/store/container_reader.h"
 #include "host/store/container_writer.h"
@@ -18,6 +23,8 @@ namespace vornwout {
 namespace {
 
 using Kind = StoreError::Kind;
+
+constexpr const char* kSvg = R"(<svg xmlns="http://www.w3.org/2000/svg"/>)";
 
 DocumentObject logObject(const std::string& label, const std::string& text) {
   DocumentObject object;
@@ -202,20 +209,20 @@ TEST_F(DocumentStoreTest, AnOpenDocumentReadsOnWhenItsFileIsReplaced) {
 
 TEST_F(DocumentStoreTest, ChartsAreMembersAsTheyAre) {
   Document document(1, "", false);
-  document.append(mediaObject(ObjectType::kChart, "image/svg+xml", "<svg/>"));
+  document.append(mediaObject(ObjectType::kChart, "image/svg+xml", kSvg));
   document.append(mediaObject(ObjectType::kChart, "image/png", "PNG"));
   document.append(mediaObject(ObjectType::kModel, "application/xml", "<m/>"));
   saveDocument(document, path_, {});
   EXPECT_EQ(memberNames(path_),
             (std::vector<std::string>{"mimetype", "media/000001.svg", "media/000002.png",
                                       "media/000003.bin", "manifest.xml"}));
-  EXPECT_EQ(ContainerReader(path_).read("media/000001.svg"), "<svg/>");
+  EXPECT_EQ(ContainerReader(path_).read("media/000001.svg"), kSvg);
 }
 
 TEST_F(DocumentStoreTest, AnEncryptedDocumentHasFewMembers) {
   Document document(1, "", false);
   for (int i = 0; i < 50; ++i) {
-    document.append(mediaObject(ObjectType::kChart, "image/svg+xml", "<svg/>"));
+    document.append(mediaObject(ObjectType::kChart, "image/svg+xml", kSvg));
   }
   document.append(mediaObject(ObjectType::kChart, "image/png", std::string(70'000, 'p')));
   saveDocument(document, path_, {DocumentFileType::kQxv, "s3cret"});
@@ -299,7 +306,8 @@ TEST_F(DocumentStoreTest, WhatIsNoDocumentIsRefused) {
   const Case cases[] = {
       {{{"a", "b"}}, "It is no output document: it has no manifest.xml."},
       {{{"manifest.xml", "no"}},
-       "Its part manifest.xml cannot be read: near line 1: no document element found."},
+       "Its part manifest.xml cannot be read: near line 1: a text stands outside of its root "
+       "element."},
       {{{"manifest.xml", "<document/>"}},
        "Its part manifest.xml cannot be read: document: its namespace is not "
        "urn:vornwout:document:1."},
@@ -309,7 +317,7 @@ TEST_F(DocumentStoreTest, WhatIsNoDocumentIsRefused) {
        "Its part manifest.xml cannot be read: document: version 2 of the format is not known; a "
        "newer program may read it."},
       {{{"manifest.xml", onePart + "<outline/></document>"}},
-       "Its part manifest.xml cannot be read: the part p.xml is missing."},
+       "Its part manifest.xml cannot be read: the part \"p.xml\" is missing."},
       {{{"manifest.xml", noParts + "<outline><dog/></outline></document>"}},
        "Its part manifest.xml cannot be read: outline: it holds an element dog."},
       {{{"manifest.xml", noParts + "<outline><object type='dog'/></outline></document>"}},
@@ -345,14 +353,214 @@ TEST_F(DocumentStoreTest, WhatIsNoDocumentIsRefused) {
   }
 }
 
-TEST_F(DocumentStoreTest, AMissingMediumIsRefusedWhenItIsLookedAt) {
-  const std::string path = container(
-      {{"manifest.xml",
-        "<document xmlns='urn:vornwout:document:1' version='1'><runs/><parts/><outline><object "
-        "type='chart' id='1' media='media/1.svg' media-type='image/svg+xml'/></outline>"
-        "</document>"}});
+/// A document of one part; `outline` and `contents` as they stand in the file.
+std::vector<std::pair<std::string, std::string>> membersWith(
+    const std::string& outline, const std::string& contents = "",
+    const std::string& parts = "<part name='objects/1.xml'/>") {
+  return {{"objects/1.xml", "<objects xmlns='urn:vornwout:document:1'>" + contents + "</objects>"},
+          {"manifest.xml", "<document xmlns='urn:vornwout:document:1' version='1'><runs/><parts>" +
+                               parts + "</parts><outline>" + outline + "</outline></document>"}};
+}
+
+TEST_F(DocumentStoreTest, WhatCouldNotBeSavedAgainIsNotOpened) {
+  const std::string part = "<part name='objects/1.xml'/>";
+  const auto medium = [](const std::string& name) {
+    return "<object type='chart' id='1' media='" + name + "' media-type='image/png'/>";
+  };
+  struct Case {
+    std::string outline;
+    std::string parts;
+    const char* reason;
+  };
+  const Case cases[] = {
+      {medium("media/1.png"), part, "the part \"media/1.png\" is missing"},
+      {medium("mimetype"), part, "the part \"mimetype\" is no chart and no model"},
+      {medium("INDEX.HTML"), part, "the part \"INDEX.HTML\" is no chart and no model"},
+      {medium("objects/1.xml"), part, "the part \"objects/1.xml\" is no chart and no model"},
+      {"", "<part name='manifest.xml'/>", "the part \"manifest.xml\" holds no objects"},
+      {"", "<part name='INDEX.HTML'/>", "the part \"INDEX.HTML\" holds no objects"},
+      {"", part + part, "the part \"objects/1.xml\" stands twice"},
+  };
+  for (const Case& c : cases) {
+    auto members = membersWith(c.outline, "", c.parts);
+    members.insert(members.begin(), {"mimetype", "x"});
+    members.emplace_back("INDEX.HTML", "x");
+    EXPECT_EQ(openingFails(container(members)).what(),
+              std::string("Its part manifest.xml cannot be read: ") + c.reason + ".");
+  }
+}
+
+TEST_F(DocumentStoreTest, NumbersAtTheirEndAreGivenAnew) {
+  constexpr const char* kLast = "9007199254740992";
+  const std::string last(kLast);
+  auto members =
+      membersWith("<object type='log' id='" + last + "' part='1'/>",
+                  "<log object='" + last + "'>old</log>", "<part name='objects/2147483647.xml'/>");
+  members[0].first = "objects/2147483647.xml";
+  for (const char* number : {kLast, "1"}) {
+    for (auto& [name, bytes] : members) {
+      if (const auto at = bytes.find(kLast); at != std::string::npos) {
+        bytes.replace(at, last.size(), number);
+      }
+    }
+    const std::string path = container(members);
+    const auto document = openDocument(path);
+    document->append(logObject("new", "text"));
+    saveDocument(*document, path, {});
+    const auto back = openDocument(path);
+    ASSERT_EQ(back->root().children.size(), 2u);
+    EXPECT_EQ(back->root().children[0].content.as<LogContent>()->text, "old");
+    EXPECT_EQ(back->root().children[1].content.as<LogContent>()->text, "text");
+  }
+}
+
+TEST_F(DocumentStoreTest, NumbersOfMembersGoOnBeyondTheirUsualSize) {
+  auto members = membersWith("<object type='log' id='1' part='1'/>", "<log object='1'>old</log>",
+                             "<part name='objects/2147483647.xml'/>");
+  members[0].first = "objects/2147483647.xml";
+  const std::string path = container(members);
   const auto document = openDocument(path);
-  EXPECT_THROW(document->root().children.at(0).content.get(), StoreError);
+  document->append(logObject("new", "text"));
+  saveDocument(*document, path, {});
+  EXPECT_THAT(memberNames(path),
+              testing::IsSupersetOf({"objects/2147483647.xml", "objects/2147483648.xml"}));
+}
+
+TEST_F(DocumentStoreTest, AnObjectWithoutASizeThatCanBeReadKeepsItsNaturalOne) {
+  for (const double side :
+       {-1.0, std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()}) {
+    Document document = documentOfLogs(1, 3);
+    document.root().children[0].size = ObjectSize{side, 5, true};
+    saveDocument(document, path_, {});
+    EXPECT_EQ(openDocument(path_)->root().children[0].size, (ObjectSize{0, 5, true}));
+  }
+  for (const char* size : {"width='-1'", "width='NaN'", "height='INF'", "width='1' unit='ells'"}) {
+    openingFails(container(membersWith("<object type='log' " + std::string(size) + "/>")));
+  }
+}
+
+TEST_F(DocumentStoreTest, MoreObjectsThanMemoryShouldHoldAreRefusedBothWays) {
+  constexpr std::size_t kMost = 1'000'000;
+  std::string outline;
+  for (std::size_t i = 0; i <= kMost; ++i) outline += "<object type='log'/>";
+  EXPECT_STREQ(openingFails(container(membersWith(outline))).what(),
+               "Its part manifest.xml cannot be read: outline: it holds more than 1,000,000 "
+               "objects.");
+  Document document(1, "", false);
+  document.root().children.resize(kMost);
+  for (DocumentObject& object : document.root().children) object.type = ObjectType::kHeading;
+  saveDocument(document, path_, {});
+  EXPECT_EQ(openDocument(path_)->root().children.size(), kMost);
+  document.append({});
+  EXPECT_THROW(saveDocument(document, path_, {}), StoreError);
+}
+
+TEST_F(DocumentStoreTest, AContentThatCouldNotBeReadIsNotSaved) {
+  TextContent text;
+  text.paragraphs.resize(1'000'001);
+  DocumentObject object;
+  object.type = ObjectType::kText;
+  object.content = ObjectContent(std::move(text));
+  Document document(1, "", false);
+  document.append(std::move(object));
+  try {
+    saveDocument(document, path_, {});
+    ADD_FAILURE();
+  } catch (const StoreError& error) {
+    EXPECT_EQ(error.kind(), Kind::kNotWritten);
+    EXPECT_STREQ(error.what(), "An object holds more than 1000000 runs, footnotes and the like.");
+  }
+}
+
+TEST_F(DocumentStoreTest, ObjectsThatAskForPartsInTurnAreGivenUp) {
+  constexpr int kParts = 12;
+  constexpr int kObjects = 2400;
+  std::vector<std::string> contents(kParts);
+  std::vector<std::pair<std::string, std::string>> members;
+  std::string parts;
+  std::string outline;
+  for (int i = 0; i < kObjects; ++i) {
+    const std::string id = std::to_string(i + 1);
+    contents[static_cast<std::size_t>(i % kParts)] += "<log object='" + id + "'/>";
+    outline += "<object type='log' id='" + id + "' part='" + std::to_string(i % kParts + 1) + "'/>";
+  }
+  for (int i = 0; i < kParts; ++i) parts += "<part name='p" + std::to_string(i) + "'/>";
+  for (int i = 0; i < kParts; ++i) {
+    members.emplace_back("p" + std::to_string(i),
+                         membersWith("", contents[static_cast<std::size_t>(i)])[0].second);
+  }
+  members.push_back(membersWith(outline, "", parts)[1]);
+  EXPECT_THAT(openingFails(container(members)).what(),
+              testing::HasSubstr("the document's objects ask for its parts again and again"));
+
+  // Two in turn are kept, and are no trouble.
+  outline.clear();
+  for (int i = 0; i < kObjects; ++i) {
+    const int part = i % kParts / 6 * 6 + i % 2;
+    if (i % kParts != part) continue;
+    outline += "<object type='log' id='" + std::to_string(i + 1) + "' part='" +
+               std::to_string(part + 1) + "'/>";
+  }
+  members.back() = membersWith(outline, "", parts)[1];
+  EXPECT_NO_THROW(readAll(*openDocument(container(members))));
+}
+
+TEST_F(DocumentStoreTest, ScriptsOfAChartAreGoneWhenItIsRead) {
+  const std::string svg =
+      R"(<svg xmlns="http://www.w3.org/2000/svg"><script>alert(1)</script><g id="a"/></svg>)";
+  for (const char* password : {"", "s3cret"}) {
+    Document document(1, "", false);
+    document.append(mediaObject(ObjectType::kChart, "image/svg+xml", svg));
+    document.append(mediaObject(ObjectType::kModel, "image/svg+xml", svg));
+    document.append(mediaObject(ObjectType::kChart, "image/svg+xml", "<svg"));
+    saveDocument(document, path_, {DocumentFileType::kQxv, password});
+    const auto back = openDocument(path_, {password});
+    EXPECT_EQ(*back->root().children[0].content.as<MediaContent>()->bytes,
+              R"(<svg xmlns="http://www.w3.org/2000/svg"><g id="a"/></svg>)");
+    EXPECT_EQ(*back->root().children[1].content.as<MediaContent>()->bytes, svg) << "a model";
+    EXPECT_THROW(back->root().children[2].content.get(), StoreError);
+  }
+}
+
+TEST_F(DocumentStoreTest, AFileThatAnotherHoldsIsNotReplaced) {
+  Document document = documentOfLogs(1, 3);
+  saveDocument(document, path_, {});
+  const auto lock = FileLock::tryLock(path_);
+  ASSERT_TRUE(lock);
+  const std::string before = folder_.read("report.qxv");
+  document.append(logObject("new", "text"));
+  try {
+    saveDocument(document, path_, {});
+    ADD_FAILURE();
+  } catch (const StoreError& error) {
+    EXPECT_EQ(error.kind(), Kind::kLocked);
+  }
+  EXPECT_EQ(folder_.read("report.qxv"), before);
+  SaveOptions options;
+  options.ownLock = &*lock;
+  saveDocument(document, path_, options);
+  EXPECT_EQ(openDocument(path_)->root().children.size(), 2u);
+}
+
+TEST_F(DocumentStoreTest, ASavedFileThatMayNotBeReadIsSavedAllTheSame) {
+  ASSERT_EQ(chmod(folder_.path().c_str(), 0777), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    if (geteuid() == 0 && (setgid(3456) != 0 || setuid(1234) != 0)) _exit(2);
+    umask(0777);
+    try {
+      Document document = documentOfLogs(3, 10);
+      saveDocument(document, path_, {});
+      document.root().children[1].content.unload();
+      _exit(document.root().children[1].content.as<LogContent>()->text == "1xxxxxxxxxx" ? 0 : 3);
+    } catch (const StoreError&) {
+      _exit(1);
+    }
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 0);
 }
 
 TEST_F(DocumentStoreTest, HeadingsNestOnlySoDeep) {
@@ -374,6 +582,20 @@ TEST_F(DocumentStoreTest, HeadingsNestOnlySoDeep) {
     EXPECT_STREQ(error.what(), "Its headings are nested deeper than 256 levels.");
   }
   EXPECT_EQ(folder_.entryCount(), 0u);
+}
+
+TEST_F(DocumentStoreTest, ObjectsStandBelowTheDeepestHeading) {
+  DocumentObject object = logObject("deepest", "text");
+  for (int i = 0; i < 255; ++i) {
+    DocumentObject above;
+    above.type = ObjectType::kHeading;
+    above.children.push_back(std::move(object));
+    object = std::move(above);
+  }
+  Document document(1, "", false);
+  document.append(std::move(object));
+  saveDocument(document, path_, {});
+  EXPECT_TRUE(sameObject(openDocument(path_)->root(), document.root()));
 }
 
 TEST_F(DocumentStoreTest, AFailedSaveLeavesTheDocumentAndTheFileAsTheyWere) {

@@ -1,5 +1,6 @@
 #include "host/document/document.h"
 
+#include <limits>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
@@ -63,6 +64,15 @@ TEST(Document, RunsAreCountedPerCommandFromOne) {
   EXPECT_EQ(document.beginRun("OUTPUT COMMENT"), 1);
   EXPECT_EQ(document.beginRun("OUTPUT NEW"), 1);
   EXPECT_EQ(document.beginRun("OUTPUT COMMENT"), 2);
+}
+
+TEST(Document, RunsThatCannotBeCountedAnyMoreStayAtTheMost) {
+  constexpr int kMost = std::numeric_limits<int>::max();
+  Document document(1, "", false);
+  document.setContents({}, {{"OUTPUT COMMENT", kMost - 1}});
+  EXPECT_EQ(document.beginRun("OUTPUT COMMENT"), kMost);
+  EXPECT_EQ(document.beginRun("OUTPUT COMMENT"), kMost);
+  EXPECT_EQ(document.runs().at("OUTPUT COMMENT"), kMost);
 }
 
 TEST(DocumentObject, IsVisibleUnlessHidden) { EXPECT_TRUE(DocumentObject{}.visible); }

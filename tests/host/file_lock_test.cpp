@@ -34,8 +34,9 @@ bool otherProcessCanLock(const std::string& path) {
   return WEXITSTATUS(status) == 0;
 }
 
-std::optional<FileLock> replace(const std::string& path, const std::string& content) {
-  ReplacedFile file(path);
+std::optional<FileLock> replace(const std::string& path, const std::string& content,
+                                const FileLock* own) {
+  ReplacedFile file(path, own);
   file.write(content);
   return file.commit();
 }
@@ -72,7 +73,7 @@ TEST(FileLock, PassesToTheFileThatReplacesTheLockedOne) {
   const std::string path = scratch.write("document", "old");
   std::optional<FileLock> lock = FileLock::tryLock(path);
   ASSERT_TRUE(lock);
-  std::optional<FileLock> next = replace(path, "new");
+  std::optional<FileLock> next = replace(path, "new", &*lock);
   ASSERT_TRUE(next);
   EXPECT_FALSE(lock->holds(path));
   EXPECT_TRUE(next->holds(path));
@@ -97,11 +98,39 @@ TEST(FileLock, NewFileIsLockedFromTheMomentItIsThere) {
     }
     _exit(gotIn);
   }
-  for (int i = 0; i < 200; ++i) lock = replace(path, std::to_string(i));
+  for (int i = 0; i < 200; ++i) lock = replace(path, std::to_string(i), &*lock);
   scratch.write("stop", "");
   int status = 0;
   ASSERT_EQ(waitpid(child, &status, 0), child);
   EXPECT_EQ(WEXITSTATUS(status), 0) << "another process got in between two saves";
+}
+
+TEST(FileLock, EndsWithItselfAndNotWithADuplicateOfItsDescriptor) {
+  const ScratchDirectory scratch;
+  const std::string path = scratch.write("document", "x");
+  std::optional<FileLock> lock = FileLock::tryLock(path);
+  ASSERT_TRUE(lock);
+  const FileDescriptor duplicate(fcntl(lock->descriptor(), F_DUPFD_CLOEXEC, 0));
+  ASSERT_TRUE(duplicate.isOpen());
+  FileLock moved = std::move(*lock);
+  lock.reset();
+  EXPECT_FALSE(otherProcessCanLock(path)) << "only moved";
+  moved = *FileLock::tryLock(scratch.write("other", "x"));
+  EXPECT_TRUE(otherProcessCanLock(path));
+}
+
+TEST(FileLock, ChildThatEndsItsCopyUnlocksNothing) {
+  const ScratchDirectory scratch;
+  const std::string path = scratch.write("document", "x");
+  std::optional<FileLock> lock = FileLock::tryLock(path);
+  const pid_t child = fork();
+  if (child == 0) {
+    lock.reset();
+    _exit(0);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_FALSE(otherProcessCanLock(path));
 }
 
 TEST(FileLock, ChildKeepsItOnlyUntilItRunsAnotherProgram) {
@@ -137,6 +166,21 @@ TEST(FileLock, FileThatIsNotThereIsNotLockedAndCannotBe) {
     EXPECT_EQ(error.kind(), StoreError::Kind::kNoFile);
     EXPECT_STREQ(error.what(), "The file cannot be locked: No such file or directory.");
   }
+}
+
+TEST(FileLock, FolderIsRefusedAsOne) {
+  const ScratchDirectory scratch;
+  const auto refusal = [](const auto& act) {
+    try {
+      act();
+    } catch (const StoreError& error) {
+      EXPECT_EQ(error.kind(), StoreError::Kind::kNoFile);
+      return std::string(error.what());
+    }
+    return std::string("none");
+  };
+  EXPECT_EQ(refusal([&] { FileLock::tryLock(scratch.file("")); }), "It is a folder.");
+  EXPECT_EQ(refusal([&] { FileLock::isLockedByAnother(scratch.file("")); }), "It is a folder.");
 }
 
 TEST(FileLock, NamedPipeIsRefusedAndNotWaitedFor) {

@@ -19,6 +19,7 @@ const std::string kSvg = "<svg xmlns=\"http://www.w3.org/2000/svg\"/>";
 
 MemoryFiles someFiles() {
   return MemoryFiles({{"a.csv", "region,year,amount\nNorth,2023,1\nSouth,2024,2\n"},
+                      {"blank.csv", "k, v\na,1\n"},
                       {"a.svg", kSvg},
                       {"bad.svg", "<svg>\n<g></svg>"},
                       {"a.md", "# Title\n\ntext"},
@@ -108,7 +109,14 @@ const BadManifest kBadManifests[] = {
     {"[]", "m.json:1:1: The manifest is a list, an object is expected."},
     {"{}", "m.json:1:1: \"objects\" is missing here."},
     {"{\"objects\": {}}", "m.json:1:13: \"objects\" is an object, a list is expected."},
-    {"{\"objects\": [1]}", "m.json:1:14: \"0\" is a number, an object is expected."},
+    {"{\"objects\": [1]}",
+     "m.json:1:14: Element 1 of \"objects\" is a number, an object is expected."},
+    {"{\"objects\": [{\"type\": \"table\", \"csv\": \"a.csv\", \"value\": \"amount\", \"rows\": "
+     "[\"region\", [\"year\", null]]}]}",
+     "m.json:1:95: Element 2 of element 2 of \"rows\" is null, a text is expected."},
+    {"{\"objects\": [{\"type\": \"table\", \"csv\": \"a.csv\", \"value\": \"amount\", \"rows\": "
+     "[{\"columns\": \"region\", \"formats\": {\"0\": 1}}]}]}",
+     "m.json:1:115: \"0\" is a number, a text is expected."},
     {"{\"objects\": [{}]}",
      "m.json:1:14: \"type\" is missing here. It is \"heading\", \"table\", \"chart\", \"text\" or "
      "\"model\"."},
@@ -158,6 +166,11 @@ TEST(Manifest, WhatAFileDoesNotHaveIsSaidWhereTheManifestAsksForIt) {
   const std::string head = "{\"objects\": [{\"type\": \"table\", \"csv\": \"a.csv\",\n";
   EXPECT_EQ(errorOf(head + "\"rows\": [\"regoin\"], \"value\": \"amount\"}]}"),
             "m.json:2:10: a.csv has no column \"regoin\". Did you mean region?");
+  EXPECT_EQ(
+      errorOf("{\"objects\": [{\"type\": \"table\", \"csv\": \"blank.csv\",\n\"rows\": [\"k\"], "
+              "\"value\": \"v\"}]}"),
+      "m.json:2:25: blank.csv has no column \"v\". Did you mean \" v\"? Blanks belong to the "
+      "name.");
   EXPECT_EQ(
       errorOf(head + "\"rows\": [{\"columns\": [\"year\", \"x\"]}], \"value\": \"amount\"}]}"),
       "m.json:2:31: a.csv has no column \"x\".");

@@ -1,6 +1,7 @@
 #include "host/store/replaced_file.h"
 
 #include <filesystem>
+#include <functional>
 #include <set>
 
 #include <gtest/gtest.h>
@@ -9,6 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "host/store/file_lock.h"
 #include "host/store/store_error.h"
 #include "tests/support/program_run.h"
 
@@ -193,8 +195,7 @@ TEST_F(ReplacedFileTest, RefusesWhatItMustNotReplace) {
   EXPECT_EQ(refusalOf(path("a")),
             "The file's path could not be followed: Too many levels of symbolic links.");
   ASSERT_EQ(mkdir(path("directory").c_str(), 0700), 0);
-  EXPECT_EQ(refusalOf(path("directory")),
-            "There is something else than an ordinary file at this path.");
+  EXPECT_EQ(refusalOf(path("directory")), "It is a folder.");
   EXPECT_EQ(refusalOf("/dev/null"), "There is something else than an ordinary file at this path.");
   EXPECT_EQ(refusalOf(path("directory/")), "The path names no file.");
   EXPECT_EQ(refusalOf(""), "The path names no file.");
@@ -267,6 +268,72 @@ TEST_F(ReplacedFileTest, LeavesTheTemporaryOfALivingProcessAlone) {
   EXPECT_EQ(names().size(), 1u);
 }
 
+/// Whether the file is refused because another holds it.
+bool isHeldByAnother(const std::function<void()>& act) {
+  try {
+    act();
+    return false;
+  } catch (const StoreError& error) {
+    EXPECT_EQ(error.kind(), StoreError::Kind::kLocked) << error.what();
+    return true;
+  }
+}
+
+TEST_F(ReplacedFileTest, RefusesAFileThatAnotherHasLocked) {
+  scratch_.write("report.qxv", "old");
+  {
+    // Locks of two opens exclude each other within one process as well.
+    const std::optional<FileLock> lock = FileLock::tryLock(path());
+    EXPECT_TRUE(isHeldByAnother([&] { ReplacedFile file(path()); }));
+    const std::optional<FileLock> other = FileLock::tryLock(scratch_.write("other", "x"));
+    EXPECT_TRUE(isHeldByAnother([&] { ReplacedFile file(path(), &*other); }));
+    EXPECT_EQ(names(), (std::set<std::string>{"other", "report.qxv"}));
+    ReplacedFile own(path(), &*lock);
+    own.write("new");
+    own.commit();
+  }
+  EXPECT_EQ(scratch_.read("report.qxv"), "new");
+}
+
+TEST_F(ReplacedFileTest, NobodyLocksOrReplacesAFileThatIsBeingReplaced) {
+  scratch_.write("report.qxv", "old");
+  {
+    ReplacedFile file(path());
+    EXPECT_FALSE(FileLock::tryLock(path()));
+    EXPECT_TRUE(isHeldByAnother([&] { save(path(), "another"); }));
+    file.write("new");
+    const std::optional<FileLock> lock = file.commit();
+    EXPECT_FALSE(FileLock::tryLock(path())) << "the new file's lock is the caller's";
+  }
+  EXPECT_TRUE(FileLock::tryLock(path()));
+  { const ReplacedFile abandoned(path()); }
+  EXPECT_TRUE(FileLock::tryLock(path()));
+}
+
+TEST_F(ReplacedFileTest, FileThatCameMeanwhileIsNotReplacedWhileItIsLocked) {
+  ReplacedFile file(path());
+  file.write("mine");
+  scratch_.write("report.qxv", "theirs");
+  {
+    const std::optional<FileLock> lock = FileLock::tryLock(path());
+    EXPECT_TRUE(isHeldByAnother([&] { file.commit(); }));
+    EXPECT_EQ(scratch_.read("report.qxv"), "theirs");
+  }
+  file.commit();
+  EXPECT_EQ(scratch_.read("report.qxv"), "mine");
+}
+
+TEST_F(ReplacedFileTest, DuplicateReadsTheNewFileWhateverItsNameStandsFor) {
+  ReplacedFile file(path());
+  file.write("mine");
+  const FileDescriptor duplicate = file.duplicate();
+  file.commit();
+  save(path(), "another");
+  char bytes[8] = {};
+  EXPECT_EQ(pread(duplicate.number(), bytes, sizeof bytes, 0), 4);
+  EXPECT_STREQ(bytes, "mine");
+}
+
 TEST_F(ReplacedFileTest, LongestNamesCanBeSaved) {
   std::string name;
   for (int i = 0; i < 85; ++i) name += "表";
@@ -280,12 +347,18 @@ TEST_F(ReplacedFileTest, ManyAtOnceGiveOneOfTheFilesWhole) {
   for (int i = 0; i < 4; ++i) {
     const pid_t child = fork();
     if (child == 0) {
-      try {
-        for (int k = 0; k < 20; ++k) save(path(), std::string(50'000, static_cast<char>('a' + i)));
-      } catch (const StoreError&) {
-        _exit(1);
+      int saves = 0;
+      for (int k = 0; k < 20'000 && saves < 20; ++k) {
+        try {
+          save(path(), std::string(50'000, static_cast<char>('a' + i)));
+          ++saves;
+        } catch (const StoreError& error) {
+          // Another one is at it.
+          if (error.kind() != StoreError::Kind::kLocked) _exit(1);
+          usleep(1000);
+        }
       }
-      _exit(0);
+      _exit(saves == 20 ? 0 : 2);
     }
     children.push_back(child);
   }

@@ -261,6 +261,26 @@ TEST(TableBuilder, WhatDoesNotFitIsRefusedAtItsPlace) {
   EXPECT_EQ(errorOf(notes, csv), "/rows/statistics/c: No category is called \"c\".");
 }
 
+TEST(TableBuilder, CellThatStandsTwiceIsFoundInASparseTableToo) {
+  std::string csv = "a,b,v\n";
+  for (int i = 0; i < 1000; ++i) csv += fmt::format("{},{},{}\n", i, 999 - i, i);
+  const TableDescription description = described({"a"}, {"b"}, "v");
+  EXPECT_EQ(built(description, csv)->cells.size(), 1000U);
+  EXPECT_EQ(errorOf(description, csv + "700,299,0\n"),
+            "1002:9: The cell 700, 299 stands twice, first in line 702, column 9.");
+}
+
+TEST(TableBuilder, LabelsInAnyOrderFindTheirCategories) {
+  // Each label is followed by another one every time, and by one of another group.
+  const std::string csv =
+      "g,m,y,v\nA,x,1,1\nA,y,1,2\nB,y,1,3\nB,x,1,4\nA,x,2,5\nB,x,2,6\nA,y,2,7\nB,y,2,8\n";
+  const auto table = built(described({"g/m"}, {"y"}, "v"), csv);
+  EXPECT_EQ(categoriesOf(table->dimensions[0]), "A: x y B: y x");
+  EXPECT_EQ(cellsOf(*table),
+            (Cells{"A > x, 1 = 1", "A > y, 1 = 2", "B > y, 1 = 3", "B > x, 1 = 4", "A > x, 2 = 5",
+                   "B > x, 2 = 6", "A > y, 2 = 7", "B > y, 2 = 8"}));
+}
+
 TEST(TableBuilder, ManyCellsKeepTheirPlaces) {
   std::string csv = "a,b,c,v\n";
   for (int i = 0; i < 30000; ++i) {

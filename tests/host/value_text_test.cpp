@@ -1,5 +1,7 @@
 #include "host/build/value_text.h"
 
+#include <cmath>
+#include <limits>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -16,8 +18,22 @@ TEST(ValueText, NumbersAreRead) {
                         {".5", 0.5}, {"5.", 5},      {"1e3", 1000}, {"1E-2", 0.01},
                         {"-0", 0},   {"0012", 12},   {"-.5", -0.5}};
   for (const Case& c : cases) EXPECT_EQ(readNumber(c.text), c.value) << c.text;
-  for (const char* text : {"", " ", "x", "1x", "1 2", "--1", "+-1", "-+1", "inf", "nan", "-inf",
-                           "0x10", "1e", "1e999", "1,5", ".", "-", "1_000", "\xD9\xA1"}) {
+  for (const char* text :
+       {"1e-400", "2e-324", "0.001e-399", "1e-99999999999999999999", "0e-999", "1000e-9999"}) {
+    const auto value = readNumber(text);
+    ASSERT_TRUE(value.has_value()) << text;
+    EXPECT_EQ(*value, 0) << text;
+    EXPECT_FALSE(std::signbit(*value)) << text;
+  }
+  EXPECT_TRUE(std::signbit(readNumber("-1e-400").value_or(1)));
+  EXPECT_EQ(readNumber("." + std::string(400, '0') + "1"), 0);
+  EXPECT_EQ(readNumber("3e-324"), std::numeric_limits<double>::denorm_min());
+  EXPECT_FALSE(readNumber(std::string(400, '1')).has_value());
+  EXPECT_FALSE(readNumber(".001e400").has_value());
+  for (const char* text :
+       {"",    " ",   "x",    "1x",   "1 2",   "--1",     "+-1",    "-+1",
+        "inf", "nan", "-inf", "0x10", "1e",    "1e999",   "-1e999", "1e99999999999999999999",
+        "1e-", "1,5", ".",    "-",    "1_000", "\xD9\xA1"}) {
     EXPECT_FALSE(readNumber(text).has_value()) << text;
   }
 }
@@ -34,6 +50,31 @@ TEST(ValueText, OtherMarksAreRead) {
   }
   EXPECT_EQ(readNumber("1,234.5", {'.', ','}), 1234.5);
   EXPECT_EQ(readNumber("1 234", {'.', ' '}), 1234);
+  for (const char* text : {"1 234 567.5",
+                           "1\xC2\xA0"
+                           "234\xC2\xA0"
+                           "567.5",
+                           "1\xE2\x80\xAF"
+                           "234\xE2\x80\x89"
+                           "567.5"}) {
+    EXPECT_EQ(readNumber(text, {'.', ' '}), 1234567.5) << text;
+  }
+  EXPECT_EQ(readNumber("1'234", {'.', '\''}), 1234);
+  EXPECT_EQ(readNumber("1\xE2\x80\x99"
+                       "234",
+                       {'.', '\''}),
+            1234);
+  EXPECT_FALSE(readNumber("1\xC2\xA0"
+                          "23",
+                          {'.', ' '})
+                   .has_value());
+  EXPECT_FALSE(readNumber("1\xE2\x80\x99"
+                          "234",
+                          {'.', ' '})
+                   .has_value());
+  EXPECT_FALSE(readNumber("1\xC2\xA0"
+                          "234")
+                   .has_value());
   EXPECT_FALSE(readNumber(std::string(1000, '1'), german).has_value());
 }
 

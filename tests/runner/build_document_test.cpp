@@ -3,14 +3,19 @@
 #include <filesystem>
 #include <string>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include "host/store/document_store.h"
+#include "host/store/file_lock.h"
 #include "host/store/store_error.h"
 #include "tests/support/program_run.h"
 
 namespace vornwout {
 namespace {
+
+using testing::HasSubstr;
 
 const std::string kSales = "region,city,year,amount\nNorth,Kiel,2023,1\nNorth,Kiel,2024,2\n";
 
@@ -89,6 +94,29 @@ TEST(BuildDocument, MistakeInAFileIsSaidAtItsPlaceAndWritesNothing) {
   EXPECT_EQ(scratch.read("a.qxv"), "old");
 }
 
+TEST(BuildDocument, ExitStatusTellsAMistakeFromAFileThatCannotBeRead) {
+  const ScratchDirectory scratch;
+  struct Case {
+    std::string file;
+    int status;
+  };
+  // Some of these mistakes have no place in their file.
+  const std::string png("\x89PNG\r\n\x1A\n\0\0\0", 11);
+  const Case cases[] = {
+      {scratch.write("a.svg", "text"), 1},
+      {scratch.write("b.svg", "<html/>"), 1},
+      {scratch.write("c.svg", "<svg xmlns=\"http://www.w3.org/2000/svg\"><g></svg>"), 1},
+      {scratch.write("d.png", png), 1},
+      {scratch.file("none.svg"), 2},
+      {scratch.file(""), 2},
+  };
+  for (const Case& c : cases) {
+    const ProgramResult result = build({"--chart", c.file, "-o", scratch.file("a.qxv")});
+    EXPECT_EQ(result.status, c.status) << c.file << ": " << result.err;
+    EXPECT_NE(result.err.find("error"), std::string::npos) << result.err;
+  }
+}
+
 TEST(BuildDocument, WrongUsageIsRefusedWithTheReason) {
   const ScratchDirectory scratch;
   const std::string csv = scratch.write("a.csv", "k,v\nx,1\n");
@@ -127,6 +155,33 @@ TEST(BuildDocument, WrongUsageIsRefusedWithTheReason) {
     EXPECT_EQ(result.status, 2) << c.reason;
     EXPECT_NE(result.err.find(c.reason), std::string::npos) << result.err;
   }
+}
+
+TEST(BuildDocument, FileThatAnotherProcessHoldsIsNotReplaced) {
+  const ScratchDirectory scratch;
+  const std::string text = scratch.write("intro.md", "# Hello");
+  const std::string out = scratch.write("a.qxv", "held");
+  const auto lock = FileLock::tryLock(out);
+  ASSERT_TRUE(lock);
+  const ProgramResult result = build({"--text", text, "-o", out});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_THAT(result.err, HasSubstr("Another process has locked it."));
+  EXPECT_EQ(scratch.read("a.qxv"), "held");
+}
+
+TEST(BuildDocument, FileThatGrowsBeyondTheUsersLimitIsAnError) {
+  const ScratchDirectory scratch;
+  const std::string text = scratch.write("intro.md", "# Hello");
+  const std::string out = scratch.file("a.qxv");
+  ProgramSetup setup;
+  setup.prepare = [] {
+    const rlimit limit{256, 256};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  };
+  const ProgramResult result = runProgram({"build", "--text", text, "-o", out}, setup);
+  EXPECT_EQ(result.status, 2);
+  EXPECT_THAT(result.err, HasSubstr("The new file could not be written: File too large."));
+  EXPECT_EQ(scratch.entryCount(), 1U);
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "platform/parser/lexical_error.h"
 #include "platform/parser/tokenizer.h"
 #include "platform/parser/universal_parser.h"
+#include "platform/pivot/bp_cell_text.h"
 #include "platform/text/encoding.h"
 #include "tests/support/hostile_size.h"
 
@@ -98,6 +99,37 @@ TEST(DiagnosticSink, HidesSecretsOfACommandThatIsNotCarriedOut) {
   Shown shown("GO PASSWORD='s3cret' X.");
   shown.sink().outputMessage(outputMessage("Text.", MessageSeverity::kError));
   EXPECT_THAT(shown.text(), HasSubstr("\n  GO PASSWORD=*** ***.\n  ^~\n"));
+}
+
+TEST(DiagnosticSink, HidesCommentsWhereTheyMayTellASecret) {
+  const struct {
+    const char* job;
+    const char* line;
+  } cases[] = {
+      {"GO PASSWORD='new' /* old: 's3cret' */ X.", "GO PASSWORD=*** *** ***."},
+      {"GO NAEM=a /* password='s3cret' */ Y=b.", "GO NAEM=a *** Y=b."},
+      {"GO NAEM=a /* a remark */ Y=b.", "GO NAEM=a /* a remark */ Y=b."},
+      {"/* PASSWORD='s3cret' */ GO X.", "*** GO X."},
+      {"/* PASSWORD=\n's3cret' */ GO X.", "*** GO X."},
+      {"GO X /* PASSWORD='s3cret'\n */ Y.", "GO X ***"},
+      {"GO X /* PASSWORD='s3cret'", "GO X ***"},
+      {"GO X. /* PASSWORD='s3cret' */", "GO X. ***"},
+  };
+  for (const auto& c : cases) {
+    Shown shown(c.job);
+    shown.sink().outputMessage(outputMessage("Text.", MessageSeverity::kError));
+    EXPECT_THAT(shown.text(), HasSubstr("\n  " + std::string(c.line) + "\n")) << c.job;
+  }
+}
+
+TEST(DiagnosticSink, HidesASecretArgument) {
+  Shown shown("GO x.");
+  OutputMessageRecord record = outputMessage("Refused: ^1", MessageSeverity::kError);
+  BpComposite message("Refused: ^1", true);
+  message.Add(BpString::secret("s3cret")).Finish();
+  record.message = message.data();
+  shown.sink().outputMessage(record);
+  EXPECT_THAT(shown.text(), HasSubstr("error: Refused: ***\n"));
 }
 
 TEST(DiagnosticSink, ShortensLongArguments) {

@@ -50,8 +50,11 @@ TEST_F(PasswordCommandTest, RefusesWhatIsNoPassword) {
   const struct {
     const char* input;
     const char* text;
-  } cases[] = {{"", "No password was given."},
-               {"\n", "The password is empty."},
+  } cases[] = {{"", "The password's standard input is empty."},
+               {"\n", "The password's standard input is empty."},
+               {"one\ntwo\n", "holds more than one line"},
+               {"a\x1B[2J\n", "The password has control characters, or is not in UTF-8."},
+               {"a\xFF\n", "The password has control characters, or is not in UTF-8."},
                {"elevenbytes\n", "The password has 11 bytes; OUTPUT SAVE takes 10 at most."}};
   for (const auto& c : cases) {
     const ProgramResult result = run(c.input);
@@ -60,6 +63,19 @@ TEST_F(PasswordCommandTest, RefusesWhatIsNoPassword) {
     EXPECT_THAT(result.err, testing::HasSubstr(c.text));
     EXPECT_THAT(result.err, testing::Not(testing::HasSubstr("elevenbytes")));
   }
+}
+
+TEST_F(PasswordCommandTest, RefusesAZeroByte) {
+  const ProgramResult result = run(std::string("a\0b\n", 4));
+  EXPECT_EQ(result.status, 2);
+  EXPECT_EQ(result.out, "");
+  EXPECT_THAT(result.err, testing::HasSubstr("standard input"));
+}
+
+TEST_F(PasswordCommandTest, ReadsNoMoreThanAPasswordMayHave) {
+  const ProgramResult result = run(std::string(100'000, 'x'));
+  EXPECT_EQ(result.status, 2);
+  EXPECT_THAT(result.err, testing::HasSubstr("holds more than 4096 bytes"));
 }
 
 TEST_F(PasswordCommandTest, RefusesAKeyThatOthersMayRead) {

@@ -1,13 +1,18 @@
 #include "runner/terminal/progress.h"
 
+#include <chrono>
+#include <fstream>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "platform/text/display_width.h"
+#include "tests/support/terminal_run.h"
 
 namespace vornwout {
 namespace {
@@ -198,6 +203,43 @@ TEST(Progress, ClockTextTellsHoursOnlyWhereThereAreSome) {
   EXPECT_EQ(clockText(seconds(7)), "0:07");
   EXPECT_EQ(clockText(seconds(3599)), "59:59");
   EXPECT_EQ(clockText(seconds(3723)), "1:02:03");
+}
+
+/// More than the bar waits before it is drawn.
+constexpr milliseconds kLongEnough{1500};
+
+TEST(ProgressProgram, BuildShowsABarOnceItTakesLong) {
+  const ScratchDirectory scratch;
+  const std::string quick = scratch.write("a.md", "text");
+  const std::string slow = scratch.file("b.md");
+  ASSERT_EQ(mkfifo(slow.c_str(), 0600), 0);
+  std::thread writer([&] {
+    std::ofstream pipe(slow);
+    std::this_thread::sleep_for(kLongEnough);
+    pipe << "more text";
+  });
+  const auto result =
+      runOnTerminal({"build", "--text", quick, "--text", slow, "-o", scratch.file("report.qxv")});
+  writer.join();
+  ASSERT_TRUE(result.has_value());
+  EXPECT_EQ(result->status, 0);
+  EXPECT_THAT(result->out, HasSubstr("Saving report.qxv"));
+  EXPECT_THAT(result->out, testing::EndsWith(" ")) << "the bar is gone at the end";
+}
+
+TEST(ProgressProgram, RunShowsABarOnceItTakesLong) {
+  const ScratchDirectory scratch;
+  const std::string file = scratch.file("report.qxv");
+  // The terminal stands still, and so does the job, with more to show than fits into it.
+  std::string job = "OUTPUT NEW NAME=a.\nOUTPUT SAVE OUTFILE='" + file + "'.\n";
+  for (int i = 0; i < 1000; ++i) job += "OUTPUT COMMENT TEXT='" + std::string(100, 'x') + "'.\n";
+  const std::string showing =
+      scratch.write("a.qxs", job + "OUTPUT SAVE OUTFILE='" + scratch.file("later.qxv") + "'.\n");
+  const auto result = runOnTerminal({"run", showing}, {}, 80, kLongEnough);
+  ASSERT_TRUE(result.has_value());
+  EXPECT_EQ(result->status, 0);
+  EXPECT_THAT(result->out, HasSubstr("Saving later.qxv"));
+  EXPECT_THAT(result->out, Not(HasSubstr("Saving report.qxv")));
 }
 
 }  // namespace

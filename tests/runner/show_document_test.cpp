@@ -23,7 +23,7 @@ using testing::Not;
 using testing::StartsWith;
 
 constexpr const char* kChart =
-    "<svg xmlns='http://www.w3.org/2000/svg' width='72pt' height='36pt'/>";
+    R"(<svg xmlns="http://www.w3.org/2000/svg" width="72pt" height="36pt"/>)";
 
 /// Tells what is read of a document, and gives no part that is damaged.
 class Source : public ContentSource {

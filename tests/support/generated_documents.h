@@ -54,7 +54,8 @@ class DocumentGenerator {
       case ObjectType::kTable:
         return std::make_shared<const PivotTable>(table());
       case ObjectType::kChart:
-        return MediaContent{chance() ? "image/svg+xml" : "image/png", media()};
+        if (chance()) return MediaContent{"image/svg+xml", svg()};
+        return MediaContent{"image/png", media()};
       case ObjectType::kModel:
         return MediaContent{"application/xml", media()};
       case ObjectType::kText:
@@ -219,6 +220,12 @@ class DocumentGenerator {
     std::string bytes(static_cast<std::size_t>(upTo(300)), '\0');
     for (char& byte : bytes) byte = static_cast<char>(random_());
     return std::make_shared<const std::string>(std::move(bytes));
+  }
+
+  /// A chart that stays byte for byte what it is when it is read.
+  std::shared_ptr<const std::string> svg() {
+    return std::make_shared<const std::string>(
+        "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" + std::to_string(upTo(1000)) + "\"/>");
   }
 
   std::mt19937 random_;

@@ -1,6 +1,7 @@
 // The files that a document is built from, held in memory.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -17,8 +18,12 @@ class MemoryFiles : public BuildFiles {
   explicit MemoryFiles(std::map<std::string, std::string> files) : files_(std::move(files)) {}
   std::unique_ptr<ByteSource> open(const std::string& name) override {
     const auto found = files_.find(name);
-    if (found == files_.end()) throw BuildError(name, {}, "There is no such file.");
+    if (found == files_.end()) throw BuildError::unreadable(name, "There is no such file.");
     return std::make_unique<MemorySource>(found->second);
+  }
+  std::uint64_t sizeOf(const std::string& name) override {
+    const auto found = files_.find(name);
+    return found == files_.end() ? 0 : found->second.size();
   }
 
  private:

@@ -3,9 +3,11 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -18,10 +20,12 @@
 namespace vornwout {
 
 /// What the program showed on a terminal of that many columns, output and messages as they came,
-/// and its status; nothing where the machine has no pseudo terminals. `setup.input` is typed.
+/// and its status; nothing where the machine has no pseudo terminals. `setup.input` is typed. The
+/// terminal takes nothing for the time `standstill`, so that a program with much to show waits.
 inline std::optional<ProgramResult> runOnTerminal(std::vector<std::string> arguments,
                                                   const ProgramSetup& setup = {},
-                                                  unsigned short columns = 80) {
+                                                  unsigned short columns = 80,
+                                                  std::chrono::milliseconds standstill = {}) {
   winsize size{};
   size.ws_col = columns;
   size.ws_row = 24;
@@ -45,6 +49,7 @@ inline std::optional<ProgramResult> runOnTerminal(std::vector<std::string> argum
     EXPECT_EQ(write(master, setup.input.data(), setup.input.size()),
               static_cast<ssize_t>(setup.input.size()));
   }
+  std::this_thread::sleep_for(standstill);
   ProgramResult result;
   std::array<char, 4096> buffer{};
   for (;;) {

@@ -157,12 +157,14 @@ class PageWriter {
  public:
   PageWriter(std::string& out, const Document& document, const PageOptions& options)
       : html_(out), entries_(outlineOf(document.root())), options_(options) {
+    if (!options_.withModels) hideModels();
     chooseTitle(document);
   }
 
   void write();
 
  private:
+  void hideModels();
   void chooseTitle(const Document& document);
   void writeHead();
   void writeNavigation();
@@ -179,6 +181,15 @@ class PageWriter {
   const DocumentObject* titleObject_ = nullptr;  ///< the page title that is the page's heading
   int openSections_ = 0;
 };
+
+void PageWriter::hideModels() {
+  int hiddenBelow = -1;  // the depth of the model that is being passed
+  for (OutlineEntry& entry : entries_) {
+    if (hiddenBelow >= 0 && entry.depth <= hiddenBelow) hiddenBelow = -1;
+    if (hiddenBelow < 0 && entry.object->type == ObjectType::kModel) hiddenBelow = entry.depth;
+    if (hiddenBelow >= 0) entry.isShown = false;
+  }
+}
 
 void PageWriter::chooseTitle(const Document& document) {
   title_ = options_.title.empty() ? document.name() : options_.title;

@@ -14,6 +14,7 @@ namespace vornwout {
 struct PageOptions {
   std::string title;            ///< empty for the page title that it begins with, or its name
   std::string language = "en";  ///< of the document's texts, a BCP 47 tag
+  bool withModels = true;       ///< without, neither models nor what stands below them
 };
 
 /// The page, HTML in UTF-8. Reads the contents one by one; throws StoreError where one cannot be
