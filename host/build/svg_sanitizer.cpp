@@ -397,9 +397,11 @@ class Cleaner {
           break;
         }
         case pugi::node_cdata: {
-          // The same text, escaped like any other.
+          // The same text, escaped like any other; an empty one is nothing at all.
           const std::string text = child.value();
-          node.insert_child_before(pugi::node_pcdata, child).set_value(text.c_str());
+          if (!text.empty()) {
+            node.insert_child_before(pugi::node_pcdata, child).set_value(text.c_str());
+          }
           node.remove_child(child);
           break;
         }

@@ -195,5 +195,15 @@ TEST(CssFilter, InnerAddressesAreFragmentsAndPictures) {
   }
 }
 
+TEST(SvgSanitizer, WhatIsCleanStaysAsItIs) {
+  for (const char* inside :
+       {"<a href='javascript:x'><![CDATA[]]></a>", "<text><![CDATA[a]]>b</text>",
+        "<style><![CDATA[]]></style>", "<text>a<!-- b -->c</text>"}) {
+    const std::string clean =
+        sanitizeSvg("<svg xmlns=\"http://www.w3.org/2000/svg\">" + std::string(inside) + "</svg>");
+    EXPECT_EQ(sanitizeSvg(clean), clean) << inside;
+  }
+}
+
 }  // namespace
 }  // namespace vornwout

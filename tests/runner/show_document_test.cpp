@@ -208,7 +208,9 @@ TEST_F(ShowProgram, FileIsShown) {
   EXPECT_EQ(runProgram({"show", file, "--object", "2"}).out, "OUTPUT NEW.\n");
   EXPECT_EQ(nlohmann::json::parse(runProgram({"show", file, "--json"}).out)["objects"].size(), 2U);
   EXPECT_THAT(runProgram({"show", file, "--color", "always"}).out, HasSubstr("\x1b[1mNumbers"));
-  EXPECT_THAT(runProgram({"show", file, "--width", "20", "--outline"}).out, HasSubstr("… ─\n\n1 "));
+  // Where the name is cut hangs on what the scratch directory is called.
+  EXPECT_THAT(runProgram({"show", file, "--width", "20", "--outline"}).out,
+              testing::ContainsRegex("^── [^\n]*… ─+\n\n1 "));
 }
 
 TEST_F(ShowProgram, PasswordComesFromAFile) {

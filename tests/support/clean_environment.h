@@ -1,6 +1,9 @@
-// Takes out of the environment what would change how the program behaves on this machine.
+// Takes out of the environment, and out of what signals do, what would change how the program
+// behaves on this machine. A shell that runs something in the background, and nohup, ignore some
+// signals, and children inherit that.
 #pragma once
 
+#include <csignal>
 #include <cstdlib>
 #include <initializer_list>
 
@@ -13,6 +16,9 @@ inline void cleanEnvironment() {
     unsetenv(name);
   }
   setenv("TZ", "UTC", 1);
+  for (const int number : {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGTERM, SIGTSTP}) {
+    std::signal(number, SIG_DFL);
+  }
 }
 
 }  // namespace vornwout
