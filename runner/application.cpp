@@ -62,8 +62,12 @@ std::string checkTrace(const std::string& file) {
 
 std::string checkHandle(const std::string& handle) {
   const std::size_t equals = handle.find('=');
-  if (equals != std::string::npos && equals > 0 && equals + 1 < handle.size()) return {};
-  return "write NAME=DIRECTORY, not " + handle;
+  const bool isWhole = equals != std::string::npos && equals > 0 && equals + 1 < handle.size();
+  if (!isWhole) return "write NAME=DIRECTORY, not " + handle;
+  if (handle.find_first_of("/\\") < equals) {
+    return "a handle's name is the first part of a path and holds no slash, not " + handle;
+  }
+  return {};
 }
 
 void addRun(CLI::App& application, RunOptions& options, Written& written) {

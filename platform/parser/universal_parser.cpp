@@ -54,6 +54,8 @@ int UniversalParser::getCommandSpecifications() {
     seenInGroup_.emplace_back(group.subcommands().size(), kNever);
   }
   errors_ = reportLexicalErrors(*messages_, *command_);
+  // A command with a zero byte is no text, most often one in UTF-16, and whatever else could be
+  // said of it would be noise. Deliberately the one error that hides the others.
   if (zeroByte(*command_) != nullptr) return errors_;
   if (isCurrent) stray_ = current->strayCommand();
   brackets_ =

@@ -131,6 +131,8 @@ class ShapeCheck {
                            ? "ALL is a reserved word; write it in quotes."
                            : "A word, a number or a quoted text is needed.");
     } else if (!isDeclaredValue(command_, param_, token)) {
+      // Words behind a refused value are deliberately taken as part of it: they are one mistake,
+      // mostly a text of several words that lacks its quotes.
       failValue(token, allowedValues());
     } else {
       single();
