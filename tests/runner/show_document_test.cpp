@@ -210,7 +210,7 @@ TEST_F(ShowProgram, FileIsShown) {
   EXPECT_THAT(runProgram({"show", file, "--color", "always"}).out, HasSubstr("\x1b[1mNumbers"));
   // Where the name is cut hangs on what the scratch directory is called.
   EXPECT_THAT(runProgram({"show", file, "--width", "20", "--outline"}).out,
-              testing::ContainsRegex("^── [^\n]*… ─+\n\n1 "));
+              testing::AllOf(StartsWith("── "), HasSubstr("… ─"), HasSubstr("─\n\n1 ")));
 }
 
 TEST_F(ShowProgram, PasswordComesFromAFile) {
