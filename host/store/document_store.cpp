@@ -223,7 +223,7 @@ class DocumentSaver {
     }
     bytes += '\n';
     if (bytes.size() >= kOwnPartBytes) {
-      addPart(std::move(bytes), {item.id});
+      addPart(bytes, {item.id});
       return;
     }
     packed_ += bytes;
@@ -251,7 +251,7 @@ class DocumentSaver {
     if (!packedIds_.empty()) addPart(std::exchange(packed_, {}), std::exchange(packedIds_, {}));
   }
 
-  void addPart(std::string contents, const std::vector<std::uint64_t>& ids) {
+  void addPart(const std::string& contents, const std::vector<std::uint64_t>& ids) {
     std::string bytes;
     bytes.reserve(contents.size() + 128);
     XmlWriter xml(bytes);
