@@ -17,12 +17,6 @@ constexpr std::array<std::string_view, 8> kLoading = {"image-set(", "image(",   
 
 char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
-std::string lowered(std::string_view text) {
-  std::string result(text);
-  std::transform(result.begin(), result.end(), result.begin(), lower);
-  return result;
-}
-
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f'; }
 
 int hexValue(char c) {
@@ -101,6 +95,12 @@ std::size_t endOfImport(std::string_view css, std::size_t at) {
 
 }  // namespace
 
+std::string asciiLowered(std::string_view text) {
+  std::string result(text);
+  std::transform(result.begin(), result.end(), result.begin(), lower);
+  return result;
+}
+
 std::string foldedAddress(std::string_view address) {
   std::string folded;
   for (const char c : address) {
@@ -127,10 +127,10 @@ bool isInnerAddress(std::string_view address) {
 std::string filteredCss(std::string_view css) {
   const std::optional<std::string> plain = withoutComments(css);
   if (!plain) return {};
-  const std::string lowerPlain = lowered(*plain);
+  const std::string lowerPlain = asciiLowered(*plain);
   if (plain->find('\\') != std::string::npos) {
     // Escapes in the text of labels are fine, those that write an address or a rule are not.
-    const std::string resolved = lowered(withoutEscapes(*plain));
+    const std::string resolved = asciiLowered(withoutEscapes(*plain));
     if (loadsSomething(resolved) || resolved.find("url") != std::string::npos ||
         resolved.find("@import") != std::string::npos) {
       return {};
@@ -167,7 +167,7 @@ std::string filteredCss(std::string_view css) {
     }
   }
   // What was taken out may have joined its neighbours into something new.
-  const std::string joined = lowered(result);
+  const std::string joined = asciiLowered(result);
   if (joined.find("@import") != std::string::npos || loadsSomething(joined)) return {};
   return result;
 }

@@ -11,6 +11,9 @@ namespace vornwout {
 /// that load.
 std::string filteredCss(std::string_view css);
 
+/// ASCII letters in lower case, everything else as it is.
+std::string asciiLowered(std::string_view text);
+
 /// Whether an address stays: a fragment of the same chart, or a picture in PNG, JPEG, GIF or WebP
 /// that is part of the address.
 bool isInnerAddress(std::string_view address);

@@ -108,14 +108,6 @@ const std::unordered_set<std::string_view>& allowedElements() {
   return names;
 }
 
-std::string lowered(std::string_view text) {
-  std::string result(text);
-  for (char& c : result) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return result;
-}
-
 std::string_view prefixOf(std::string_view name) {
   const std::size_t colon = name.find(':');
   return colon == std::string_view::npos ? std::string_view() : name.substr(0, colon);
@@ -364,7 +356,7 @@ class Cleaner {
   static bool isHarmfulAnimation(pugi::xml_node node) {
     if (!isAnimation(localOf(node.name()))) return false;
     for (const pugi::xml_attribute attribute : node.attributes()) {
-      if (lowered(localOf(attribute.name())) != "attributename") continue;
+      if (asciiLowered(localOf(attribute.name())) != "attributename") continue;
       const std::string target = foldedAddress(attribute.value());
       const std::string_view local = localOf(target);
       if (local == "href" || local == "src" || local == "style" || local.starts_with("on") ||
@@ -441,8 +433,8 @@ class Cleaner {
     const std::string_view name = attribute.name();
     if (!isPlainName(name)) return false;
     if (name == "xmlns" || name.starts_with("xmlns:")) return true;
-    const std::string local = lowered(localOf(name));
-    if (local.starts_with("on") || lowered(name) == "xml:base") return false;
+    const std::string local = asciiLowered(localOf(name));
+    if (local.starts_with("on") || asciiLowered(name) == "xml:base") return false;
     if (local == "href" || local == "src") return isInnerAddress(attribute.value());
     static constexpr std::array<std::string_view, 7> kLeading = {
         "ping", "action", "formaction", "srcset", "srcdoc", "handler", "background"};
@@ -464,7 +456,7 @@ class Cleaner {
     }
     // What an address in a presentation attribute or an animation leads to.
     if (value.find_first_of("(\\") == std::string_view::npos) return true;
-    const bool mayLoad = lowered(value).find("url") != std::string::npos ||
+    const bool mayLoad = asciiLowered(value).find("url") != std::string::npos ||
                          value.find('\\') != std::string_view::npos;
     return !mayLoad || filteredCss(value) == value;
   }
