@@ -170,10 +170,15 @@ std::string problemOf(const CLI::App& application, const CLI::ParseError& error)
   // An argument that nobody takes is the cause of what else may be missing.
   const std::string& unknown = rest.front();
   if (unknown.starts_with("-")) {
+    const CLI::App& command = chosen.empty() ? application : *chosen.front();
+    const std::string name = unknown.substr(0, unknown.find('='));
+    if (command.get_option_no_throw(name) != nullptr) {
+      return fmt::format("{0} is an option of {1} and stands behind it: vornwout {1} {0}.", name,
+                         command.get_name());
+    }
     std::vector<std::string> options;
-    for (const CLI::Option* option :
-         (chosen.empty() ? &application : chosen.front())->get_options()) {
-      for (const std::string& name : option->get_lnames()) options.push_back("--" + name);
+    for (const CLI::Option* option : command.get_options()) {
+      for (const std::string& known : option->get_lnames()) options.push_back("--" + known);
     }
     return fmt::format("There is no option {}.{}", unknown,
                        behindBlank(suggestion(unknown, {options.begin(), options.end()})));
