@@ -43,6 +43,14 @@ constexpr std::string_view kSaveDetails =
     "that vornwout password makes. It is kept in no log, and in a trace only with "
     "--trace-secrets.\n";
 
+constexpr const char* kModifyDetails =
+    "Each group begins with SELECT, which names the types of the objects to act on; IF narrows "
+    "them "
+    "down,\nand the other subcommands say what to do to them, in an order of their own: INDEXING, "
+    "DELETEOBJECT,\nGRAPHS, OBJECTPROPERTIES, TABLE, TABLECELLS, TEXTS. Without NAME the active "
+    "document is changed,\nwith NAME=ALL every open one. A mistake in one group leaves all "
+    "documents as they are.\n";
+
 constexpr std::array kCommands = {
     Command{"OUTPUT NEW", "outnew_", outnew_,
             "Makes a new, empty output document, which takes the output from then on.", "",
@@ -66,7 +74,8 @@ constexpr std::array kCommands = {
             kOpenDetails},
     Command{"OUTPUT SAVE", "outsave_", outsave_, "Saves an output document to a file.", "",
             kSaveDetails},
-    Command{"OUTPUT MODIFY", "outmodify_", nullptr, "Changes objects of output documents.", "", ""},
+    Command{"OUTPUT MODIFY", "outmodify_", outmodify_, "Changes objects of output documents.", "",
+            kModifyDetails},
     Command{"OUTPUT EXPORT", "outexport_", nullptr, "Exports an output document.", "", ""},
     Command{"STB PRINT", "stbprint_", nullptr, "Lists the texts of the string tables.", "", ""},
 };

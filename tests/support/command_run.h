@@ -47,7 +47,11 @@ class FakeHost : public HostAdapter, public OutputControllerInterface {
     return hasController ? this : nullptr;
   }
   std::string ExportOutput(const std::string&) override { throw std::logic_error("not expected"); }
-  std::string ModifyOutput(const std::string&) override { throw std::logic_error("not expected"); }
+  std::string ModifyOutput(const std::string& xml) override {
+    modifyDocuments.push_back(xml);
+    if (whenModified) whenModified();
+    return modifyAnswer;
+  }
 
   bool SendRequest(const VornwMsgOutputControllerRequest& request,
                    VornwMsgOutputControllerResponse& response) override {
@@ -64,6 +68,9 @@ class FakeHost : public HostAdapter, public OutputControllerInterface {
   std::function<void()> whenControllerAsked;
   std::function<void()> whenAsked;
   std::vector<SentRequest> requests;
+  std::string modifyAnswer;
+  std::function<void()> whenModified;  ///< may throw
+  std::vector<std::string> modifyDocuments;
 };
 
 /// What one run of an entry point produced, in order and by kind.

@@ -19,6 +19,7 @@ void outopen_(void);   /* OUTPUT OPEN */
 void outsave_(void);   /* OUTPUT SAVE */
 void outdisp_(void);   /* OUTPUT DISPLAY */
 void outcomnt_(void);  /* OUTPUT COMMENT */
+void outmodify_(void); /* OUTPUT MODIFY */
 
 #ifdef __cplusplus
 }

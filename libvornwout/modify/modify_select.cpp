@@ -1,0 +1,132 @@
+#include "libvornwout/modify/modify_select.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <utility>
+
+#include "libvornwout/modify/modify_delete.h"
+#include "libvornwout/modify/modify_graphs.h"
+#include "libvornwout/modify/modify_if.h"
+#include "libvornwout/modify/modify_indexing.h"
+#include "libvornwout/modify/modify_properties.h"
+#include "libvornwout/modify/modify_table.h"
+#include "libvornwout/modify/modify_table_cells.h"
+#include "libvornwout/modify/modify_text.h"
+#include "platform/text/multibyte.h"
+
+namespace vornwout {
+namespace {
+
+constexpr const char* kSelect = "SELECT";
+constexpr const char* kAll = "ALL";
+constexpr const char* kExcept = "EXCEPT";
+
+template <typename Kind>
+std::unique_ptr<Modifier> make(GroupComDescriptor& group) {
+  return std::make_unique<Kind>(group);
+}
+
+struct ModifierKind {
+  std::unique_ptr<Modifier> (*make)(GroupComDescriptor&);
+  /// When it acts on a group, and with it the place of its element in the event.
+  std::size_t turn;
+};
+
+/// The modifiers in the order in which their subcommands are declared. Both orders are part of the
+/// interface: that of the declarations is the one of the help, that of the turns is the one a host
+/// reads.
+constexpr std::array kModifiers = {
+    ModifierKind{make<ModifyIf>, 0},     ModifierKind{make<ModifyIndexing>, 1},
+    ModifierKind{make<ModifyDelete>, 2}, ModifierKind{make<ModifyGraphs>, 3},
+    ModifierKind{make<ModifyText>, 7},   ModifierKind{make<ModifyProperties>, 4},
+    ModifierKind{make<ModifyTable>, 5},  ModifierKind{make<ModifyTableCells>, 6},
+};
+
+SubComDescriptor selectDescriptor() {
+  SubComDescriptor select(kSelect, UPSpecTypes::kKeywordList, true, false);
+  select.addParamDesc(kAll, UPSpecTypes::kNoValue, false, true);
+  ParamDescriptor except(kExcept, UPSpecTypes::kDeclaredList, false, true);
+  except.setBracketOption(UPSpecTypes::kBracketsOptional);
+  for (const ObjectType& type : kObjectTypes) {
+    select.addParamDesc(type.keyword, UPSpecTypes::kNoValue, false, true);
+    except.addStringValue(type.keyword);
+  }
+  select.addParamDesc(std::move(except));
+  return select;
+}
+
+void writeTypes(const SubComObj& select, bool all, xmlModifyEvent& event) {
+  if (all) {
+    event.setAll();  // the types beside it say nothing
+  } else {
+    for (const ObjectType& type : kObjectTypes) {
+      if (select.getParamObj(type.keyword) != nullptr) (event.*type.set)();
+    }
+  }
+  event.commitSets();
+}
+
+bool writeExceptions(const ParamObj& except, const ParserMessage& messages, xmlModifyEvent& event) {
+  std::vector<std::string> values;
+  bool accepted = except.getStringList(values);
+  for (const std::string& value : values) {
+    const auto* type = std::find_if(
+        kObjectTypes.begin(), kObjectTypes.end(),
+        [&](const ObjectType& known) { return AreStringsEqualCase(value, known.keyword); });
+    if (type == kObjectTypes.end()) {
+      messages.InvalidParamValue(value, kExcept, kSelect);
+      accepted = false;
+      continue;
+    }
+    (event.*type->except)();
+  }
+  return accepted;
+}
+
+}  // namespace
+
+ModifySelect::ModifySelect(CommandDescriptor& command) {
+  GroupComDescriptor group(0, true, "Select command ^1...");
+  group.addSubComDesc(selectDescriptor(), true);
+  modifiers_.resize(kModifiers.size());
+  for (const ModifierKind& kind : kModifiers) modifiers_[kind.turn] = kind.make(group);
+  command.addGroupDesc(std::move(group));
+}
+
+bool ModifySelect::populateSpecification(const CommandSpec& spec, const ParserMessage& messages,
+                                         std::string& document) {
+  std::vector<const GroupComObj*> groups;
+  spec.getGroupObj(groups, kSelect);
+  bool accepted = true;
+  for (const GroupComObj* group : groups) {
+    xmlModifyEvent event(document);
+    accepted = populateGroup(*group, messages, accepted, event);
+  }
+  return accepted;
+}
+
+bool ModifySelect::populateGroup(const GroupComObj& group, const ParserMessage& messages,
+                                 bool accepted, xmlModifyEvent& event) {
+  // Present, for it is what starts a group.
+  const SubComObj& select = *group.getSubComObj(kSelect);
+  const bool all = select.getParamObj(kAll) != nullptr;
+  writeTypes(select, all, event);
+  if (const ParamObj* except = select.getParamObj(kExcept)) {
+    if (!all) {
+      messages.GenericError("Subcommand ^1 invalid keyword ^2 unless ^3...", kSelect, kExcept,
+                            kAll);
+      accepted = false;
+    } else if (accepted) {
+      accepted = writeExceptions(*except, messages, event);
+    }
+  }
+  if (!accepted) return false;
+  for (const std::unique_ptr<Modifier>& modifier : modifiers_) {
+    if (!modifier->populateSpecification(group, messages)) return false;
+    if (modifier->specified()) modifier->write(event);
+  }
+  return true;
+}
+
+}  // namespace vornwout

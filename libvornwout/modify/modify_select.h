@@ -1,0 +1,39 @@
+// ModifySelect: the groups of OUTPUT MODIFY. Each begins with SELECT, which names the types of the
+// objects to act on, and goes on with the subcommands of the modifiers.
+//
+// The constructor declares the grammar of a group; populateSpecification walks the groups that were
+// parsed and writes one modify event for each. A new modifier is one line in the list of
+// modify_select.cpp.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "libvornwout/modify/modifier.h"
+#include "platform/parser/descriptor.h"
+
+namespace vornwout {
+
+class ModifySelect {
+ public:
+  /// Declares the group with all its subcommands and adds it to the command.
+  explicit ModifySelect(CommandDescriptor& command);
+
+  /// Appends one modify event per group; true when every group was accepted.
+  ///
+  /// A failure is sticky, deliberately: later groups still get their events with their types, but
+  /// neither their exceptions nor their modifiers are read, so one mistake is not followed by
+  /// messages about the rest of the command. Every event is closed in any case.
+  bool populateSpecification(const CommandSpec& spec, const ParserMessage& messages,
+                             std::string& document);
+
+ private:
+  bool populateGroup(const GroupComObj& group, const ParserMessage& messages, bool accepted,
+                     xmlModifyEvent& event);
+
+  /// In the order in which they act on a group.
+  std::vector<std::unique_ptr<Modifier>> modifiers_;
+};
+
+}  // namespace vornwout
