@@ -4,10 +4,10 @@
 #include <string>
 
 #include <fmt/format.h>
-#include <sqlite3.h>
 
 #include "bench/bench_text.h"
 #include "bench/limits.h"
+#include "bench/statement_yardstick.h"
 #include "host/controller/embedded_host.h"
 #include "libvornwout/commands/output_comment_data.h"
 #include "platform/parser/current_command.h"
@@ -19,45 +19,6 @@ namespace vornwout {
 namespace {
 
 constexpr int kRepeats = 2000;
-
-/// A statement database with one table, on which statements are prepared.
-class StatementYardstick {
- public:
-  StatementYardstick() {
-    if (sqlite3_open(":memory:", &database_) != SQLITE_OK ||
-        sqlite3_exec(database_, "CREATE TABLE sales(region, city, year, amount, note)", nullptr,
-                     nullptr, nullptr) != SQLITE_OK) {
-      throw std::runtime_error("the yardstick's database cannot be made");
-    }
-  }
-  ~StatementYardstick() { sqlite3_close(database_); }
-  StatementYardstick(const StatementYardstick&) = delete;
-  StatementYardstick& operator=(const StatementYardstick&) = delete;
-
-  void prepare(const std::string& statement, int repeats) {
-    for (int i = 0; i < repeats; ++i) {
-      sqlite3_stmt* prepared = nullptr;
-      if (sqlite3_prepare_v2(database_, statement.c_str(), static_cast<int>(statement.size()),
-                             &prepared, nullptr) != SQLITE_OK) {
-        throw std::runtime_error(sqlite3_errmsg(database_));
-      }
-      sqlite3_finalize(prepared);
-    }
-  }
-
- private:
-  sqlite3* database_ = nullptr;
-};
-
-/// A statement of exactly `length` bytes: conditions, each much like a keyword with its value.
-std::string statementOf(std::size_t length) {
-  std::string statement = "SELECT region,amount FROM sales WHERE year=2026";
-  while (statement.size() + 60 < length) statement += " AND note='of the quarter' OR amount>12";
-  if (length < statement.size() + 10) throw std::logic_error("no statement has this length");
-  statement += " OR note='";
-  statement.append(length - statement.size() - 1, 'x');
-  return statement + "'";
-}
 
 /// OUTPUT COMMENT of exactly `length` bytes.
 std::string commentOf(std::size_t length) {

@@ -44,6 +44,7 @@ int main(int argc, char** argv) {
   // Processes first, while this one is small: a child's memory counts what its parent had.
   std::vector<vornwout::LimitResult> results = vornwout::processLimits(effort, argv[1]);
   for (auto& result : vornwout::commandLimits(effort)) results.push_back(result);
+  for (auto& result : vornwout::modifyLimits(effort)) results.push_back(result);
   for (auto& result : vornwout::buildLimits(effort)) results.push_back(result);
   for (auto& result : vornwout::documentLimits(effort)) results.push_back(result);
   return vornwout::report(results, effort.isSmoke);

@@ -62,6 +62,7 @@ inline Medians mediansInTurn(const Effort& effort, const std::function<void()>& 
 std::vector<LimitResult> buildLimits(const Effort& effort);
 std::vector<LimitResult> commandLimits(const Effort& effort);
 std::vector<LimitResult> documentLimits(const Effort& effort);
+std::vector<LimitResult> modifyLimits(const Effort& effort);
 /// `program` is the built program, for what is measured on whole processes.
 std::vector<LimitResult> processLimits(const Effort& effort, const std::string& program);
 

@@ -123,6 +123,7 @@ bool ModifyIf::readCommands(const ParamObj& commands, const ParserMessage& messa
   bool goOn = true;
   for (std::size_t i = 0; i < tokens.size() && goOn; ++i) {
     if (tokens[i].IsLiteral()) {
+      blame(tokens[i]);
       accepted = readCommand(tokens[i].getString(), messages, goOn) && accepted;
     } else if (isWord(tokens[i], kLast)) {
       // Deliberately an entry of its own: it is not tied to the command named before it.
@@ -201,6 +202,7 @@ bool ModifyIf::readInstances(const ParamObj& instances, const ParserMessage& mes
     } else if (isWord(token, kLast)) {
       data_.instances.push_back(kLastRun);
     } else {
+      blame(token);
       // The subcommand's name in the third place is deliberately not IF but the keyword's singular.
       messages.InvalidParamValue(token.messageText(), kInstances, "INSTANCE");
       accepted = false;

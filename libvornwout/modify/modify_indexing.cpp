@@ -1,5 +1,6 @@
 #include "libvornwout/modify/modify_indexing.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <limits>
@@ -103,14 +104,15 @@ std::optional<int> romanNumber(std::string_view numeral) {
       continue;
     }
     if (pair->restricted != 0) {
-      counts[indexOf(pair->restricted)] = kRestrictedCount;
+      int& count = counts[indexOf(pair->restricted)];
+      count = std::max(count, kRestrictedCount);  // raised, never lowered
     } else {
       rankLimit = kRomanLetters[first].rank;
     }
     number += pair->value;
-    if (number > std::numeric_limits<int>::max()) return std::nullopt;
     numeral.remove_prefix(2);
   }
+  if (number > std::numeric_limits<int>::max()) return std::nullopt;
   return static_cast<int>(number);
 }
 
@@ -133,16 +135,17 @@ bool ModifyIndexing::populateSpecification(const GroupComObj& group,
   if (subcommand == nullptr) return true;
   data_.specified = true;
   data_.indexType = kIndexTypes.front().number;
-  if (const ParamObj* type = subcommand->getParamObj(kIndexType)) {
+  const ParamObj* type = subcommand->getParamObj(kIndexType);
+  if (type != nullptr) {
     for (const IndexType& known : kIndexTypes) {
       if (type->isStringValueCase(known.keyword)) data_.indexType = known.number;
     }
   }
   const ParamObj* start = subcommand->getParamObj(kIndexStart);
-  return start == nullptr || readStart(*subcommand, *start, messages);
+  return start == nullptr || readStart(type, *start, messages);
 }
 
-bool ModifyIndexing::readStart(const SubComObj& subcommand, const ParamObj& start,
+bool ModifyIndexing::readStart(const ParamObj* typeGiven, const ParamObj& start,
                                const ParserMessage& messages) {
   const IndexType& type = typeOf(data_.indexType);
   if (type.style == Style::kNumber) {
@@ -162,7 +165,7 @@ bool ModifyIndexing::readStart(const SubComObj& subcommand, const ParamObj& star
   }
   if (!number) {
     // Letters that count beyond any index do not match their type either.
-    const std::string given = subcommand.getParamObj(kIndexType)->getStringToken();
+    const std::string given = typeGiven == nullptr ? std::string() : typeGiven->getStringToken();
     messages.GenericError("Index start value (^1) does not match the index type (^2)",
                           text.empty() ? start.writtenText() : MessageArgument(text), given);
     return false;

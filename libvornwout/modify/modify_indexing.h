@@ -4,8 +4,8 @@
 // base 26 without a zero: a is 1, z 26, aa 27. Roman numerals are read from the left:
 //  - a subtractive pair (CM, CD, XC, XL, IX, IV) is taken before a single letter;
 //  - a single letter stands four times at most; behind CM an M, and behind CD a C, once at most;
-//  - behind XC, XL, IX and IV only letters stand that are worth less than the pair's smaller one,
-//    as is usual: XCV and XLI are numerals, XCX, XLX, IXI and IVI are not.
+//  - behind XC, XL, IX and IV only letters and pairs stand whose first letter is worth less than
+//    the pair's smaller one, as is usual: XCV and XCIX are numerals, XCX, XLX, IXI and IVI are not.
 // L is worth 500 like D, deliberately: hosts have been sent these numbers ever since.
 #pragma once
 
@@ -35,7 +35,8 @@ class ModifyIndexing : public Modifier {
     int indexStart = 1;
   };
 
-  bool readStart(const SubComObj& subcommand, const ParamObj& start, const ParserMessage& messages);
+  /// `typeGiven` may be null, for numbers.
+  bool readStart(const ParamObj* typeGiven, const ParamObj& start, const ParserMessage& messages);
 
   Data data_;
 };

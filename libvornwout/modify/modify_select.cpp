@@ -14,6 +14,7 @@
 #include "libvornwout/modify/modify_table_cells.h"
 #include "libvornwout/modify/modify_text.h"
 #include "platform/text/multibyte.h"
+#include "platform/text/reserve_large.h"
 
 namespace vornwout {
 namespace {
@@ -86,6 +87,18 @@ bool writeExceptions(const ParamObj& except, const ParserMessage& messages, xmlM
 
 }  // namespace
 
+void reserveForGroups(std::string& document, std::size_t start, std::size_t done,
+                      std::size_t left) {
+  if (done == 0) return;
+  const std::size_t size = document.size();
+  const std::size_t average = (size - start) / done;
+  if (document.capacity() - size >= 2 * average) return;
+  // A few groups with much in them say little about the others; what is not used is not touched.
+  constexpr std::size_t kMostGuessed = std::size_t{256} << 20;
+  const std::size_t guess = average * left + average * left / 16;
+  reserveLarge(document, size + std::min(guess, std::max(size, kMostGuessed)));
+}
+
 ModifySelect::ModifySelect(CommandDescriptor& command) {
   GroupComDescriptor group(0, true, "Select command ^1...");
   group.addSubComDesc(selectDescriptor(), true);
@@ -99,9 +112,11 @@ bool ModifySelect::populateSpecification(const CommandSpec& spec, const ParserMe
   std::vector<const GroupComObj*> groups;
   spec.getGroupObj(groups, kSelect);
   bool accepted = true;
-  for (const GroupComObj* group : groups) {
+  const std::size_t start = document.size();
+  for (std::size_t i = 0; i < groups.size(); ++i) {
+    reserveForGroups(document, start, i, groups.size() - i);
     xmlModifyEvent event(document);
-    accepted = populateGroup(*group, messages, accepted, event);
+    accepted = populateGroup(*groups[i], messages, accepted, event);
   }
   return accepted;
 }

@@ -6,6 +6,7 @@
 // modify_select.cpp.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,6 +15,10 @@
 #include "platform/parser/descriptor.h"
 
 namespace vornwout {
+
+/// Grows the document for the groups that are left, guessed from those that were written: growing
+/// by doubling copies a large document, and touches fresh memory, more often than its text takes.
+void reserveForGroups(std::string& document, std::size_t start, std::size_t done, std::size_t left);
 
 class ModifySelect {
  public:

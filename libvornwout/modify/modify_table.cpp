@@ -44,6 +44,7 @@ bool readMember(const TokenInfoObj& token, const char* keyword, const ParserMess
   if (token.IsInteger()) {
     member.position = token.getInteger();
     if (member.position >= 1) return true;
+    blame(token);
     messages.ParamNeedInteger(kSelectedLayer, kTable);
     return false;
   }
@@ -55,6 +56,7 @@ bool readMember(const TokenInfoObj& token, const char* keyword, const ParserMess
     member.position = 0;
     return true;
   }
+  blame(token);
   messages.InvalidParam(kSelectedLayer, kTable);
   return false;
 }
@@ -108,14 +110,14 @@ bool ModifyTable::populateSpecification(const GroupComObj& group, const ParserMe
 
 bool ModifyTable::readLook(const ParamObj& look, const ParserMessage& messages) {
   bool quoted = false;
-  data_.tableLook = readText(look, &quoted);
+  const bool isText = look.getStringOrLiteral(data_.tableLook, quoted);
   // In quotes NONE is a file of that name.
   if (!quoted && AreStringsEqualCase(data_.tableLook, kNone)) {
     data_.tableLook.clear();
     data_.useDefaultTableLook = true;
     return true;
   }
-  if (XMLUtilities::getFilePath(data_.tableLook, ".qtt")) return true;
+  if (isText && XMLUtilities::getFilePath(data_.tableLook, ".qtt")) return true;
   messages.FileNameInvalid(data_.tableLook.empty() ? look.writtenText()
                                                    : MessageArgument(data_.tableLook));
   return false;
@@ -161,6 +163,7 @@ bool ModifyTable::readLayers(const ParamObj& layers, const ParserMessage& messag
   layers.getTokenList(tokens);
   const std::size_t count = tokens.size();
   if (count % 2 != 0) {
+    blame(tokens.back());
     messages.InvalidParamValue(tokens.back().messageText(), kSelectedLayer, kTable);
     return false;
   }

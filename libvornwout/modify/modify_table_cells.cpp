@@ -8,6 +8,7 @@
 
 #include "libvornwout/modify/xml_element.h"
 #include "libvornwout/modify/xml_utilities.h"
+#include "platform/parser/current_command.h"
 #include "platform/text/multibyte.h"
 
 namespace vornwout {
@@ -140,6 +141,11 @@ class CellReader {
 bool CellReader::readSelect() {
   const ParamObj* select = subcommand_.getParamObj(kSelect);
   if (select == nullptr) {
+    // The place of the message is the occurrence that lacks it, where that holds anything at all.
+    if (CurrentCommand* current = CurrentCommand::current()) {
+      const auto params = subcommand_.params();
+      current->noteRead(params.empty() ? nullptr : params.front().placeToken());
+    }
     messages_.ParamRequiredForSubCom(kSelect, kTableCells);
     return false;
   }
@@ -170,12 +176,14 @@ bool CellReader::readSelected(const std::vector<TokenInfoObj>& tokens, std::size
     cell_.*kind.flag = true;
     return true;
   }
+  blame(token);
   messages_.InvalidParam(token.getString(), kTableCells);
   return false;
 }
 
 bool CellReader::readPositions(const std::vector<TokenInfoObj>& tokens, std::size_t& i) {
   if (!isOperator(tokens[i + 1], OperatorCode::kLeftParen)) {
+    blame(tokens[i]);
     messages_.ParenRequired(kTableCells);
     return false;
   }
@@ -184,6 +192,7 @@ bool CellReader::readPositions(const std::vector<TokenInfoObj>& tokens, std::siz
     if (tokens[i].IsInteger()) {
       cell_.selectPositions.push_back(tokens[i].getInteger());
     } else {
+      if (integers) blame(tokens[i]);
       integers = false;
     }
   }
@@ -323,9 +332,10 @@ void appendText(std::string& document, const char* name, const std::string& text
   if (!text.empty()) ModifyTableCells::Data::append(document, name, text);
 }
 
+/// The texts with ";" between them; an empty one keeps its place.
 std::string joined(const std::vector<std::string>& texts) {
   std::string all;
-  for (const std::string& text : texts) all.append(all.empty() ? "" : ";").append(text);
+  for (std::size_t i = 0; i < texts.size(); ++i) all.append(i == 0 ? "" : ";").append(texts[i]);
   return all;
 }
 

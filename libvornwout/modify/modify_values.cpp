@@ -5,6 +5,7 @@
 
 #include "libvornwout/modify/xml_utilities.h"
 #include "platform/files/fetch_file.h"
+#include "platform/parser/current_command.h"
 #include "platform/text/multibyte.h"
 
 namespace vornwout {
@@ -52,6 +53,10 @@ std::string readText(const ParamObj& param, bool* quoted) {
   param.getStringOrLiteral(text, literal);
   if (quoted != nullptr) *quoted = literal;
   return text;
+}
+
+void blame(const TokenInfoObj& token) {
+  if (CurrentCommand* current = CurrentCommand::current()) current->noteRead(&token.token());
 }
 
 std::string fetchFrom(const std::string& path, std::string_view startTag) {

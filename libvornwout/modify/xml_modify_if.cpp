@@ -11,8 +11,8 @@ namespace {
 
 void appendCommand(std::string& document, const ModifyIf::Command& command) {
   const auto& [name, run] = command;
-  // The element's name has a blank of its own behind it: a nameless entry, which only the word LAST
-  // makes, has two before its attribute. Deliberate, as hosts have seen it.
+  // The element's name has a blank of its own behind it: a nameless entry, which the word LAST
+  // makes as well as '' and '(2)', has two before its attribute. Deliberate, as hosts have seen it.
   XmlElement element(document, name.empty() ? "command " : "command");
   if (!name.empty()) element.attribute("commandName", XMLUtilities::genericToUTF8(name));
   if (run == ModifyIf::kLastRun) {

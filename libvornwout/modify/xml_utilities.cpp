@@ -8,7 +8,9 @@
 #include "platform/files/fetch_file.h"
 #include "platform/files/path_factory.h"
 #include "platform/strings/dictionary.h"
+#include "platform/text/encoding.h"
 #include "platform/text/multibyte.h"
+#include "platform/text/utf8.h"
 
 namespace vornwout {
 namespace {
@@ -62,6 +64,22 @@ void replaceAll(std::string& text, std::string_view token, const std::string& re
   text = result.append(text, copied, std::string::npos);
 }
 
+/// True for valid UTF-8 without a zero byte, at which the conversion would end.
+bool isPlainUtf8(const std::string& text) {
+  std::string_view rest = text;
+  for (rest.remove_prefix(asciiPrefixLength(rest)); !rest.empty();
+       rest.remove_prefix(asciiPrefixLength(rest))) {
+    const int length = validUtf8Length(rest);
+    if (length == 0) return false;
+    rest.remove_prefix(static_cast<std::size_t>(length));
+  }
+  return text.find('\0') == std::string::npos;
+}
+
+/// False for a text without any token, which most are: reading the clock for it would cost more
+/// than anything else that is done to it.
+bool mayHoldDateTime(const std::string& text) { return text.find(')') != std::string::npos; }
+
 }  // namespace
 
 bool XMLUtilities::getRGB(const ParamObj& param, int& red, int& green, int& blue) {
@@ -87,6 +105,8 @@ bool XMLUtilities::getRGB(const ParamObj& param, int& red, int& green, int& blue
 }
 
 std::string XMLUtilities::genericToUTF8(const std::string& text) {
+  // Nearly every text is what it should become already.
+  if (currentEncoding().isUtf8() && isPlainUtf8(text)) return text;
   const char16_t* transcoded = VORNMBTranscodeGeneric(text.c_str());
   if (transcoded == nullptr) return {};
   std::string result;
@@ -144,12 +164,13 @@ bool XMLUtilities::getFilePath(std::string& name, const char* extension) {
 }
 
 std::string XMLUtilities::insertDateTime(const std::string& text) {
+  if (!mayHoldDateTime(text)) return text;
   const std::time_t now = std::time(nullptr);
   return insertDateTime(text, *std::localtime(&now));
 }
 
 std::string XMLUtilities::insertDateTime(const std::string& text, const std::tm& instant) {
-  if (text.find(')') == std::string::npos) return text;
+  if (!mayHoldDateTime(text)) return text;
   FacSTDictionary dictionary(
       PathFactory::getPathInstance(kInstallationPaths).getStringTableLocation());
   dictionary.SetProcedure("Output Modify");
