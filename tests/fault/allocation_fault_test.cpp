@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <new>
+#include <stdexcept>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -71,7 +72,12 @@ class CountingHost : public HostAdapter, public OutputControllerInterface {
   bool IsPathExpansionSuppressed() override { return false; }
   OutputControllerInterface* GetOutputController() override { return this; }
   std::string ExportOutput(const std::string&) override { return {}; }
-  std::string ModifyOutput(const std::string&) override { return {}; }
+  std::string ModifyOutput(const std::string& document) override {
+    ++requests;
+    lastName.assign(document);
+    if (refuses) throw std::runtime_error("The output is kept by someone else at the moment.");
+    return "(3,2,1) Invalid format (a_format_beyond_the_short_string) Invalid font (Foo)";
+  }
   bool SendRequest(const VornwMsgOutputControllerRequest& request,
                    VornwMsgOutputControllerResponse& response) override {
     ++requests;
@@ -210,7 +216,31 @@ INSTANTIATE_TEST_SUITE_P(
                   false},
         FaultCase{"CommentWithWarnings", outcomnt_,
                   "OUTPUT COMMENT COLOR=mauve WIDTH=5000 /LINE TEXT='a' 'b' BGCOLOR=RGB(1 2 3).",
-                  false}),
+                  false},
+        FaultCase{"ModifyWithReport", outmodify_,
+                  "OUTPUT MODIFY NAME='a name & beyond the short string' "
+                  "/REPORT PRINTREPORT=YES /SELECT ALL EXCEPT=TABLES LOGS.",
+                  false},
+        FaultCase{"ModifyByEveryModifier", outmodify_,
+                  "OUTPUT MODIFY /SELECT TABLES /IF COMMANDS='FREQUENCIES(2,3)' LAST SUBTYPES='a "
+                  "subtype beyond it' LABELS=EXACT('a') ENDS('b') INSTANCES=1 LAST VISIBLEONLY=YES "
+                  "/INDEXING INDEXTYPE=ROMANLOW INDEXSTART=xiv /DELETEOBJECT "
+                  "/GRAPHS VIZSTYLESHEET='a style sheet beyond it' "
+                  "/OBJECTPROPERTIES OUTLINELABEL='a label & beyond it' SIZE=2 1 INCHES "
+                  "/TABLE TABLETITLE='a title & beyond it' SELECTEDLAYER=['a' 1 ALL 'b'] "
+                  "SORT=COLLABEL('a label beyond it') "
+                  "/TABLECELLS SELECT=['a label' BODY POSITION(1 2)] COLUMNWIDTH=POINTS(20) "
+                  "STYLE=BOLD TEXTCOLOR=RGB(1 2 3) REPLACE='a text' "
+                  "/TEXTS TEXT='a text & beyond it' /SELECT LOGS /DELETEOBJECT.",
+                  false},
+        FaultCase{"ModifyWithFailingGroups", outmodify_,
+                  "OUTPUT MODIFY /SELECT TABLES /DELETEOBJECT /SELECT TABLES /IF COMMANDS='F(2' "
+                  "INSTANCES=A /SELECT TABLES EXCEPT=CHARTS.",
+                  false},
+        FaultCase{"ModifyRefusedByTheParser", outmodify_,
+                  "OUTPUT MODIFY NAME= /SELECT FOO /TABLE TRANSPOSE=MAYBE.", false},
+        FaultCase{"ModifyRefusedByTheHost", outmodify_,
+                  "OUTPUT MODIFY /REPORT PRINTREPORT=YES /SELECT TABLES /DELETEOBJECT.", true}),
     [](const auto& test) { return test.param.condition; });
 
 }  // namespace
