@@ -14,7 +14,8 @@ install(DIRECTORY platform/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vornwout/pla
         FILES_MATCHING PATTERN "*.h")
 install(FILES libvornwout/include/vornwout/entry_points.h
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vornwout)
-install(FILES README.md docs/language-reference.md docs/messages.md
+install(FILES README.md docs/language-reference.md docs/messages.md docs/traces.md
+              docs/file-format.md docs/document.xsd docs/modify-document.md docs/modify-document.xsd
         DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 install(EXPORT vornwout-targets NAMESPACE vornwout:: DESTINATION ${package_dir})

@@ -4,8 +4,9 @@
 //   job_tests [--update] [FILTER]    FILTER: run the cases whose name holds it
 //
 // A case's command line comes from its first line when that is "* args: ..."; a file
-// <case>.host.json makes it run with that scripted host. Cases run in their folder, so that no path
-// of this machine gets into what is expected. A file that belongs to no case fails the run.
+// <case>.host.json makes it run with that scripted host, <case>.qtt and <case>.qgt are a table look
+// and a chart template for it to read. Cases run in their folder, so that no path of this machine
+// gets into what is expected. A file that belongs to no case fails the run.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -129,7 +130,7 @@ Corpus readCorpus(const fs::path& root) {
       continue;
     }
     std::string stem = path.string();
-    for (const std::string_view ending : {".host.json", ".expected"}) {
+    for (const std::string_view ending : {".host.json", ".expected", ".qtt", ".qgt"}) {
       if (stem.ends_with(ending)) stem.resize(stem.size() - ending.size());
     }
     if (stem == path.string() || !fs::exists(stem + ".qxs")) corpus.orphans.push_back(path);
