@@ -1,5 +1,5 @@
 #!/bin/bash
-# Fuzzes for the given number of seconds, starting from the seeds in fuzz/seeds: the parser for most of the
+# Fuzzes for the given number of seconds, starting from the seeds in fuzz/seeds: the language for most of the
 # time, beside it the other targets one after the other. A crash is kept in build/fuzzing/crashes; make it
 # a named case of the tests.
 set -eu
@@ -22,8 +22,9 @@ run_target() {
 # Two processes, for two cores.
 (
   status=0
-  run_target parser_fuzz $((seconds * 3 / 5)) || status=1
-  run_target tokenizer_fuzz $((seconds * 2 / 5)) || status=1
+  run_target parser_fuzz $((seconds * 2 / 5)) || status=1
+  run_target modify_fuzz $((seconds * 2 / 5)) || status=1
+  run_target tokenizer_fuzz $((seconds / 5)) || status=1
   exit "$status"
 ) &
 language=$!
