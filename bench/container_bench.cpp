@@ -1,11 +1,11 @@
-// Containers: saving, reading and encrypting, each beside the bare library doing the same work on
+// Containers: saving and reading, each beside the bare library doing the same work on
 // the same bytes in the same run.
 //
-// The counter times_bare is what an operation takes in relation to the bare library. Limits: 1.25
-// for saving with one thread and 0.7 with two (zlib at level 1), 1.4 for reading (zlib), 1.05 for
-// encrypting (the zip library copying the members itself). On a machine whose cores are busy zlib
-// in two threads is no faster either: times_bare_in_threads compares with that. The files lie in
-// memory, so that it is not the disk that is measured. Sizes are in MB, parts in KiB.
+// The counter times_bare is what an operation takes in relation to the bare library: zlib at level
+// 1 for saving, zlib for reading. The limits of whole documents are measured by limits. On a
+// machine whose cores are busy zlib in two threads is no faster either: times_bare_in_threads
+// compares with that. The files lie in memory, so that it is not the disk that is measured. Sizes
+// are in MB, parts in KiB.
 #include <chrono>
 #include <string>
 #include <thread>
@@ -14,7 +14,6 @@
 
 #include <benchmark/benchmark.h>
 #include <unistd.h>
-#include <zip.h>
 #include <zlib.h>
 
 #include "host/store/container_reader.h"
@@ -187,46 +186,6 @@ void readContainer(benchmark::State& state) {
   state.SetBytesProcessed(static_cast<std::int64_t>(sizeOf(parts)) * state.iterations());
 }
 BENCHMARK(readContainer)
-    ->ArgNames({"MB", "part"})
-    ->ArgsProduct({{1, 10, 100}, {256, 4096}})
-    ->UseManualTime()
-    ->Unit(benchmark::kMillisecond);
-
-/// Copies all members of a container into an encrypted one by the zip library alone.
-void encryptBare(const std::string& from, const std::string& to) {
-  int error = 0;
-  zip_t* source = zip_open(from.c_str(), ZIP_RDONLY, &error);
-  zip_t* target = zip_open(to.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &error);
-  zip_set_default_password(target, "secret");
-  const zip_int64_t count = zip_get_num_entries(source, 0);
-  for (zip_uint64_t i = 0; i < static_cast<zip_uint64_t>(count); ++i) {
-    zip_source_t* member = zip_source_zip(target, source, i, 0, 0, 0);
-    zip_file_add(target, zip_get_name(source, i, 0), member, ZIP_FL_ENC_UTF_8);
-    zip_file_set_encryption(target, i, ZIP_EM_AES_256, nullptr);
-  }
-  zip_close(target);
-  zip_discard(source);
-}
-
-void encryptContainer(benchmark::State& state) {
-  const std::vector<std::string> parts = tableParts(state.range(0), state.range(1));
-  save(parts, path("plain"), 2);
-  Comparison comparison(state);
-  for (auto _ : state) {
-    Clock::time_point start = Clock::now();
-    encryptBare(path("plain"), path("bare"));
-    const double bare = secondsSince(start);
-    start = Clock::now();
-    ContainerReader reader(path("plain"));
-    ContainerWriter writer(path("encrypted"), {"secret", 1});
-    for (const ContainerMember& member : reader.members()) writer.copy(reader, member.name);
-    writer.commit();
-    comparison.add(secondsSince(start), bare);
-  }
-  for (const char* name : {"plain", "bare", "encrypted"}) unlink(path(name).c_str());
-  state.SetBytesProcessed(static_cast<std::int64_t>(sizeOf(parts)) * state.iterations());
-}
-BENCHMARK(encryptContainer)
     ->ArgNames({"MB", "part"})
     ->ArgsProduct({{1, 10, 100}, {256, 4096}})
     ->UseManualTime()

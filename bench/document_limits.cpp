@@ -9,10 +9,12 @@
 
 #include <fmt/format.h>
 #include <pugixml.hpp>
+#include <zip.h>
 #include <zlib.h>
 
 #include "bench/limits.h"
 #include "host/store/container_reader.h"
+#include "host/store/container_writer.h"
 #include "host/store/document_store.h"
 
 namespace vornwout {
@@ -200,6 +202,40 @@ void savingAndReading(const Effort& effort, int tables, const Folder& folder,
                           {median(ours), median(allowed)}));
 }
 
+/// Copies all members of a container into an encrypted one by the zip library alone.
+void encryptBare(const std::string& from, const std::string& to) {
+  int error = 0;
+  zip_t* source = zip_open(from.c_str(), ZIP_RDONLY, &error);
+  zip_t* target = zip_open(to.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &error);
+  zip_set_default_password(target, "secret");
+  const zip_int64_t count = zip_get_num_entries(source, 0);
+  for (zip_uint64_t i = 0; i < static_cast<zip_uint64_t>(count); ++i) {
+    zip_source_t* member = zip_source_zip(target, source, i, 0, 0, 0);
+    zip_file_add(target, zip_get_name(source, i, 0), member, ZIP_FL_ENC_UTF_8);
+    zip_file_set_encryption(target, i, ZIP_EM_AES_256, nullptr);
+  }
+  zip_close(target);
+  zip_discard(source);
+}
+
+/// A container into an encrypted one, by the store and by the zip library alone.
+void encryptionLimit(const Effort& effort, int tables, const Folder& folder,
+                     std::vector<LimitResult>& results) {
+  const std::string plain = folder / "plain.qxv";
+  saveDocument(*makeDocument(tables, 400), plain, {});
+  const Medians medians = mediansInTurn(
+      effort,
+      [&] {
+        ContainerReader reader(plain);
+        ContainerWriter writer(folder / "encrypted.qxv", {"secret", 1});
+        for (const ContainerMember& member : reader.members()) writer.copy(reader, member.name);
+        writer.commit();
+      },
+      [&] { encryptBare(plain, folder / "bare.qxv"); });
+  results.push_back(
+      ratio(fmt::format("encrypting {} tables : the zip library alone", tables), 1.05, medians));
+}
+
 void openingLimits(const Effort& effort, const Folder& folder, std::vector<LimitResult>& results) {
   const std::string path = folder / "many.qxv";
   saveDocument(*makeDocument(10'000, 1), path, {});
@@ -221,6 +257,7 @@ std::vector<LimitResult> documentLimits(const Effort& effort) {
   std::vector<LimitResult> results;
   for (const int tables : effort.isSmoke ? std::vector<int>{5} : std::vector<int>{5, 50, 500}) {
     savingAndReading(effort, tables, folder, results);
+    encryptionLimit(effort, tables, folder, results);
   }
   openingLimits(effort, folder, results);
   return results;

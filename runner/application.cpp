@@ -81,7 +81,8 @@ void addRun(CLI::App& application, RunOptions& options, Written& written) {
   run->add_option("--language", options.language, "Language of month names (default en)")
       ->check(checkLanguage)
       ->type_name("CODE");
-  run->add_option("--handle", written.handles, "File handle that paths may start with")
+  run->add_option("--handle", written.handles,
+                  "File handle that paths may start with; case matters in its name")
       ->check(checkHandle)
       ->allow_extra_args(false)
       ->type_name("NAME=DIRECTORY");

@@ -81,7 +81,9 @@ char mark(const BuildOption& option, std::string_view allowed) {
   if (option.value.size() == 1 && allowed.find(option.value[0]) != std::string_view::npos) {
     return option.value[0];
   }
-  throw UsageError(fmt::format("{} cannot be \"{}\".", option.name, option.value));
+  const bool mayBeTab = allowed.find('\t') != std::string_view::npos;
+  throw UsageError(fmt::format("{} cannot be \"{}\".{}", option.name, option.value,
+                               mayBeTab ? " It is one of , ; | or the word tab." : ""));
 }
 
 DisplayFormat formatOf(const BuildOption& option) {
@@ -134,6 +136,7 @@ const std::vector<TableOptionEntry>& tableOptions() {
        [](auto& t, const auto& o) { t.marks.thousands = mark(o, ".,' "); }},
       {"--encoding", "NAME", "Character set of the file (default UTF-8)",
        [](auto& t, const auto& o) {
+         if (o.value.empty()) throw UsageError("--encoding needs the name of an encoding.");
          if (!Utf8Stream::isKnown(o.value)) {
            throw UsageError("There is no encoding " + o.value + ".");
          }
@@ -332,6 +335,9 @@ int runBuild(const BuildOptions& options) {
   } catch (const BuildError& error) {
     return report(error);
   } catch (const StoreError& error) {
+    if (error.kind() == StoreError::Kind::kLocked) {
+      return refuse(fmt::format("The file {} is locked by another process.", options.output));
+    }
     return refuse(fmt::format("{} cannot be written: {}", options.output, error.what()));
   }
 }

@@ -29,10 +29,11 @@ constexpr std::string_view kCommentDetails =
     "eleven o'clock come as 010 and 011).\n";
 
 constexpr std::string_view kOpenDetails =
-    "The file stands in quotes; its path may start with a file handle. A document is opened "
-    "locked\n"
-    "unless LOCK=NO. A password stands in quotes, readable or in the form that vornwout password\n"
-    "makes.\n";
+    "The file stands in quotes; its path may start with a file handle, written as it was declared, "
+    "in\n"
+    "the same case. A document is opened locked unless LOCK=NO. A password stands in quotes, "
+    "readable or\n"
+    "in the form that vornwout password makes.\n";
 
 constexpr std::string_view kSaveDetails =
     "The file stands in quotes; its path may start with a file handle. NAME=* is the active "
@@ -41,7 +42,8 @@ constexpr std::string_view kSaveDetails =
     "password stands in quotes and is at most 10 bytes long, 20 with ENCRYPTEDPW=YES, which takes "
     "the form\n"
     "that vornwout password makes. It is kept in no log, and in a trace only with "
-    "--trace-secrets.\n";
+    "--trace-secrets.\n"
+    "/PASSPROTECT without a PASSWORD protects nothing: the file is written readable.\n";
 
 constexpr const char* kModifyDetails =
     "Each group begins with SELECT, which names the types of the objects to act on; IF narrows "

@@ -22,6 +22,8 @@ namespace {
 
 /// What OUTPUT SAVE takes at most.
 constexpr std::size_t kMaxPasswordBytes = 10;
+/// In one form of some hundred, five bytes under another key are a password that could be typed.
+constexpr std::size_t kFewPasswordBytes = 6;
 
 constexpr const char* kExplanation =
     "Reads a password (on a terminal twice, and not shown; otherwise the one line of standard "
@@ -36,6 +38,7 @@ constexpr const char* kExplanation =
     "\n"
     "It protects the password from whoever reads the job file. It does not protect it from\n"
     "whoever reads the key as well; the length shows, and equal passwords have equal forms.\n"
+    "With fewer than 6 bytes, a form made with another key may be taken for a password.\n"
     "The document itself is encrypted with the readable password, by AES-256: who gets that\n"
     "opens it with any zip program.";
 
@@ -85,9 +88,16 @@ int runPasswordCommand() {
   try {
     const std::string path = defaultPasswordKeyPath();
     const bool isNew = access(path.c_str(), F_OK) != 0;
+    const std::size_t size = answer.password.size();
     const std::string form = encryptPassword(PasswordKey::loadOrCreate(path), answer.password);
     OPENSSL_cleanse(answer.password.data(), answer.password.size());
     if (isNew) std::cerr << fmt::format("Made the key {}.\n", path);
+    if (size < kFewPasswordBytes) {
+      std::cerr << fmt::format(
+          "Warning: the password has fewer than {} bytes. Under another key, its form may be taken "
+          "for another password instead of being refused.\n",
+          kFewPasswordBytes);
+    }
     std::cout << form << '\n';
     return kExitSuccess;
   } catch (const StoreError& error) {

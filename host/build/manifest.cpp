@@ -153,11 +153,16 @@ class DocumentBuilder {
     DocumentObject heading;
     heading.type = ObjectType::kHeading;
     dress(heading, common, run);
+    if (++depth_ > kMaxManifestHeadings) {
+      reader_.refuse(
+          fmt::format("Headings are nested deeper than {} levels.", kMaxManifestHeadings));
+    }
     reader_.enter("objects", [&] {
       reader_.readList(*below, [&](const Json& element) {
         heading.children.push_back(readObject(element, run));
       });
     });
+    --depth_;
     return heading;
   }
 
@@ -241,6 +246,7 @@ class DocumentBuilder {
   BuildFiles& files_;
   Document& document_;
   std::size_t count_ = 0;
+  int depth_ = 0;  ///< of headings around what is being read
 };
 
 }  // namespace

@@ -17,7 +17,9 @@
 namespace vornwout {
 
 inline constexpr std::size_t kMaxManifestBytes = std::size_t{64} << 20;
-inline constexpr std::size_t kMaxManifestDepth = 64;
+/// Objects and lists of JSON in each other. A heading takes two, and is limited by its own name.
+inline constexpr std::size_t kMaxManifestDepth = 256;
+inline constexpr int kMaxManifestHeadings = 30;  ///< in each other
 inline constexpr std::size_t kMaxManifestObjects = 1'000'000;
 
 /// Appends the manifest's objects to the document. `file` is what errors call the manifest. Throws

@@ -5,7 +5,8 @@
 #include <cstdint>
 
 #include <fmt/format.h>
-#include <zlib.h>
+
+#include "host/store/deflate.h"
 
 namespace vornwout {
 namespace {
@@ -80,9 +81,7 @@ std::string pngProblem(std::string_view bytes) {
     });
     if (!isName) return "A part of the picture has no name.";
     const std::string_view covered = bytes.substr(at + 4, length + 4);
-    const auto checksum =
-        crc32_z(0, reinterpret_cast<const Bytef*>(covered.data()), covered.size());
-    if (checksum != numberAt(bytes, at + 8 + length)) {
+    if (checksumOf(covered) != numberAt(bytes, at + 8 + length)) {
       return fmt::format("The picture is damaged: the checksum of its part {} does not fit.", name);
     }
     if (!hasHeader) {

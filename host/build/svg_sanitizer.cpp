@@ -141,7 +141,7 @@ bool isXmlCharacter(char32_t c) {
 void checkCharacters(std::string_view text) {
   for (std::size_t at = 0; at < text.size();) {
     const int length = validUtf8Length(text.substr(at));
-    if (length == 0) throw SvgError("The chart holds a byte that is no character.", at);
+    if (length == 0) throw SvgError("The chart holds a byte that is no character in UTF-8.", at);
     if (!isXmlCharacter(utf8CodePoint(text.substr(at), length))) {
       throw SvgError("The chart holds a character that XML does not allow.", at);
     }

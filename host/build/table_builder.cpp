@@ -176,12 +176,22 @@ class TableMaker {
  private:
   // The file.
 
+  std::string columnHelp(const std::string& missing) {
+    std::string help = suggestionFor(missing, header_);
+    if (help.empty() && header_.size() == 1) {
+      help = fmt::format(
+          "Its only column is \"{}\"; maybe the separator is another than was taken for it.",
+          shortened(header_.front()));
+    }
+    return help;
+  }
+
   std::size_t fieldOf(const ColumnName& column) {
     const auto found = std::find(header_.begin(), header_.end(), column.name);
     if (found == header_.end()) {
       throw DescriptionError(column.path,
                              fmt::format("{} has no column \"{}\".", reader_.file(), column.name),
-                             suggestionFor(column.name, header_));
+                             columnHelp(column.name));
     }
     const auto field = static_cast<std::size_t>(found - header_.begin());
     const auto second = std::find(found + 1, header_.end(), column.name);
@@ -336,6 +346,11 @@ class TableMaker {
           kind == Kind::kTime ? "Times are written as 13:05 or 13:05:59."
                               : "Dates are written as 2026-11-20 or "
                                 "2026-11-20T13:05:59, from 1582-10-14 on.");
+    }
+    if (isTooLargeNumber(text, description_.marks)) {
+      throw BuildError(reader_.file(), placeOf(value),
+                       fmt::format("The number \"{}\" is too large.", shortened(text)),
+                       "The largest is about 1.8e308.");
     }
     throw BuildError(reader_.file(), placeOf(value),
                      fmt::format("\"{}\" is no number.", shortened(text)),

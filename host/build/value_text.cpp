@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <string>
 
 #include "host/store/number_text.h"
@@ -39,6 +40,7 @@ bool isTooSmall(std::string_view text) {
   return exponent + static_cast<std::int64_t>(point) < static_cast<std::int64_t>(first);
 }
 
+/// A number; infinity for one that is too large.
 std::optional<double> readPlain(std::string_view text) {
   if (text.starts_with('+')) {
     text.remove_prefix(1);
@@ -47,13 +49,14 @@ std::optional<double> readPlain(std::string_view text) {
   // It would read "inf", "nan" and nothing else that starts with a letter.
   const std::size_t first = text.starts_with('-') ? 1 : 0;
   if (first >= text.size() || (!isDigit(text[first]) && text[first] != '.')) return std::nullopt;
-  if (const auto value = parseNumber(text)) return value;
+  if (double value = 0; parseNumber(text, value)) return value;
   double none = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), none);
   const bool isOutOfRange =
       error == std::errc::result_out_of_range && end == text.data() + text.size();
-  if (!isOutOfRange || !isTooSmall(text)) return std::nullopt;
-  return first == 1 ? -0.0 : 0.0;
+  if (!isOutOfRange) return std::nullopt;
+  const double value = isTooSmall(text) ? 0.0 : std::numeric_limits<double>::infinity();
+  return first == 1 ? -value : value;
 }
 
 /// Takes a fixed number of digits off the start; -1 when they are not there.
@@ -150,16 +153,8 @@ std::optional<double> readDate(std::string_view text) {
   return days * kSecondsPerDay + seconds;
 }
 
-}  // namespace
-
-std::string_view withoutBlanks(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t";
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
-std::optional<double> readNumber(std::string_view text, const NumberMarks& marks) {
+/// A number with marks; infinity for one that is too large.
+std::optional<double> readMarked(std::string_view text, const NumberMarks& marks) {
   text = withoutBlanks(text);
   if (marks.decimal == '.' && marks.thousands == 0) return readPlain(text);
   if (text.size() > kMaxNumber) return std::nullopt;
@@ -197,6 +192,25 @@ std::optional<double> readNumber(std::string_view text, const NumberMarks& marks
   }
   if (isWhole && !endsGroup()) return std::nullopt;
   return readPlain(plain);
+}
+
+}  // namespace
+
+std::string_view withoutBlanks(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t";
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+std::optional<double> readNumber(std::string_view text, const NumberMarks& marks) {
+  const auto value = readMarked(text, marks);
+  return value && std::isfinite(*value) ? value : std::nullopt;
+}
+
+bool isTooLargeNumber(std::string_view text, const NumberMarks& marks) {
+  const auto value = readMarked(text, marks);
+  return value && std::isinf(*value);
 }
 
 std::optional<double> readDateOrTime(std::string_view text, DisplayFormat::Kind kind) {

@@ -22,6 +22,9 @@ struct NumberMarks {
 /// A number; nothing for what is none, or too large to be held. What is too small to be held is 0.
 std::optional<double> readNumber(std::string_view text, const NumberMarks& marks = {});
 
+/// Whether a text is a number, but too large to be held.
+bool isTooLargeNumber(std::string_view text, const NumberMarks& marks = {});
+
 /// A date or a time as the display formats count it; nothing for what is none. TIME takes
 /// "[-]hours:minutes[:seconds]", the others "year-month-day", with a "T" or a blank and a time
 /// behind it.

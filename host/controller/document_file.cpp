@@ -7,6 +7,7 @@
 
 #include "host/store/document_store.h"
 #include "host/store/password_form.h"
+#include "platform/files/file_specification.h"
 #include "platform/files/path_context.h"
 #include "platform/text/encoding.h"
 
@@ -43,6 +44,17 @@ bool looksEncrypted(const std::string& password) {
          password.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos;
 }
 
+/// A sentence behind a blank where the path may have been meant to start with a file handle.
+std::string handleHint(const StoreError& error, const std::string& path) {
+  const bool isAboutThePath =
+      error.kind() == StoreError::Kind::kNoFile || error.kind() == StoreError::Kind::kNotWritten;
+  const std::string handle =
+      isAboutThePath ? handleInOtherCase(fromNativePath(path)) : std::string();
+  if (handle.empty()) return {};
+  return fmt::format(" There is a file handle {}; case matters in its name.",
+                     currentToUtf8(handle));
+}
+
 }  // namespace
 
 std::string documentPath(const char* text) {
@@ -73,8 +85,10 @@ std::unique_ptr<Document> openWithPassword(const std::string& path, const std::s
 
 std::string passwordToSave(const VornwMsgOutputControllerRequest& request) {
   std::string password = currentToUtf8(request.getPassword());
-  if (password.empty() || request.getEncryptPassword() != OutputDocumentEncryptPW::kYes) {
-    return password;
+  if (request.getEncryptPassword() != OutputDocumentEncryptPW::kYes) return password;
+  // Who asks for an encrypted form wants protection: without a password there would be none.
+  if (password.empty()) {
+    throw StoreError(StoreError::Kind::kNotWritten, "ENCRYPTEDPW needs PASSWORD.");
   }
   if (!looksEncrypted(password)) {
     throw StoreError(StoreError::Kind::kNotWritten,
@@ -89,14 +103,16 @@ std::string passwordToSave(const VornwMsgOutputControllerRequest& request) {
   return std::string(meant->view());
 }
 
-std::string openingFailed(const StoreError& error) {
+std::string openingFailed(const StoreError& error, const std::string& path) {
   if (error.kind() == StoreError::Kind::kLocked) return kLockedByAnother;
-  return fmt::format("The output document ^1 was not opened. {}", error.what());
+  return fmt::format("The output document ^1 was not opened. {}{}", error.what(),
+                     handleHint(error, path));
 }
 
-std::string savingFailed(const StoreError& error) {
+std::string savingFailed(const StoreError& error, const std::string& path) {
   if (error.kind() == StoreError::Kind::kLocked) return kLockedByAnother;
-  return fmt::format("The output document ^1 was not saved. {}", error.what());
+  return fmt::format("The output document ^1 was not saved. {}{}", error.what(),
+                     handleHint(error, path));
 }
 
 }  // namespace vornwout

@@ -33,8 +33,8 @@ std::unique_ptr<Document> openWithPassword(const std::string& path, const std::s
 /// is not.
 std::string passwordToSave(const VornwMsgOutputControllerRequest& request);
 
-/// A message for the user, in which "^1" stands for the path.
-std::string openingFailed(const StoreError& error);
-std::string savingFailed(const StoreError& error);
+/// A message for the user, in which "^1" stands for the path. `path` is the system's.
+std::string openingFailed(const StoreError& error, const std::string& path);
+std::string savingFailed(const StoreError& error, const std::string& path);
 
 }  // namespace vornwout

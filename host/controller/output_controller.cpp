@@ -68,7 +68,8 @@ void warnOfLostProtection(const std::string& path) {
   constexpr int kShow = 2;
   constexpr int kWarningLevel = 2;
   BpComposite message(
-      "The output document was encrypted when it was opened; ^1 is not. /PASSPROTECT encrypts it.",
+      "The output document was encrypted when it was opened or saved before; ^1 is not. "
+      "/PASSPROTECT encrypts it.",
       true);
   message.Add(BpString(currentEncoding().fromUtf8(path), false));
   message.Finish();
@@ -270,7 +271,7 @@ bool OutputController::openFile(const VornwMsgOutputControllerRequest& request,
     if (lock) opened.locks.push_back(std::move(*lock));
     return true;
   } catch (const StoreError& error) {
-    return fail(response, openingFailed(error), path);
+    return fail(response, openingFailed(error, path), path);
   }
 }
 
@@ -303,10 +304,14 @@ bool OutputController::saveFile(const VornwMsgOutputControllerRequest& request,
     if (lock && (keeps || request.getLock() == OutputDocumentLock::kLocked)) {
       opened->locks.push_back(std::move(*lock));
     }
-    if (opened->document.wasEncrypted() && options.password.empty()) warnOfLostProtection(path);
+    if (!options.password.empty()) {
+      opened->document.setWasEncrypted(true);
+    } else if (opened->document.wasEncrypted()) {
+      warnOfLostProtection(path);
+    }
     return true;
   } catch (const StoreError& error) {
-    return fail(response, savingFailed(error), path);
+    return fail(response, savingFailed(error, path), path);
   }
 }
 

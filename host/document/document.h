@@ -21,7 +21,7 @@ class Document {
   /// Takes over what a file had: the objects, and how often each command had run.
   void setContents(DocumentObject root, std::map<std::string, int> runs);
 
-  /// Whether the file that the document was read from was encrypted.
+  /// Whether a file that the document was read from or saved to was encrypted.
   bool wasEncrypted() const { return wasEncrypted_; }
   void setWasEncrypted(bool wasEncrypted) { wasEncrypted_ = wasEncrypted; }
 

@@ -8,11 +8,16 @@
 #include <unordered_map>
 #include <utility>
 
+#include <fmt/format.h>
+
 #include "host/layout/table_axis.h"
+#include "platform/adapter/progress_listener.h"
 #include "platform/pivot/cell_text.h"
 
 namespace vornwout {
 namespace {
+
+constexpr std::size_t kRowsPerReport = 1000;
 
 std::size_t at(int index) { return static_cast<std::size_t>(index); }
 
@@ -50,7 +55,8 @@ class Layouter {
 
  private:
   PlacedCells placeCells() const;
-  TableGrid makeGrid(std::uint64_t layer, const PlacedCell* first, const PlacedCell* last) const;
+  TableGrid makeGrid(std::uint64_t layer, const PlacedCell* first, const PlacedCell* last);
+  void countPlaces(std::uint64_t rows, std::uint64_t columns);
   std::vector<LayerCaption> captions(std::uint64_t layer) const;
   void addHeader(TableGrid& grid, const std::vector<AxisLine>& lines,
                  const std::vector<AxisLine>& rowLines, const std::vector<bool>& isNumeric) const;
@@ -61,6 +67,9 @@ class Layouter {
   TableAxis layers_;
   LayoutOptions options_;
   std::uint64_t layerCount_ = 1;
+  std::uint64_t places_ = 0;  ///< for cells, in the grids so far
+  std::uint64_t labels_ = 0;
+  std::uint64_t laidOut_ = 0;  ///< cells
 };
 
 /// The positions of an axis: all combinations, or those that have cells when all were too many.
@@ -165,21 +174,32 @@ class FootnoteCollector {
  public:
   explicit FootnoteCollector(std::vector<Footnote>& footnotes) : footnotes_(footnotes) {}
 
-  int indexOf(const std::string& text) {
-    const auto [known, isNew] = indexes_.try_emplace(text, static_cast<int>(footnotes_.size()));
-    if (isNew) footnotes_.push_back({footnoteMark(known->second), text});
-    return known->second;
+  /// The numbers of what marks one text; a mark stands once behind what it marks.
+  std::vector<int> numbersOf(const std::vector<CellText>& notes) {
+    std::vector<int> numbers;
+    ++marked_;
+    for (const CellText& note : notes) {
+      const int index = indexOf(renderText(note));
+      if (std::exchange(lastMarked_[at(index)], marked_) != marked_) numbers.push_back(index);
+    }
+    return numbers;
   }
 
  private:
+  int indexOf(const std::string& text) {
+    const auto [known, isNew] = indexes_.try_emplace(text, static_cast<int>(footnotes_.size()));
+    if (isNew) {
+      footnotes_.push_back({footnoteMark(known->second), text});
+      lastMarked_.push_back(0);
+    }
+    return known->second;
+  }
+
   std::vector<Footnote>& footnotes_;
   std::unordered_map<std::string, int> indexes_;
+  std::size_t marked_ = 0;               ///< texts so far
+  std::vector<std::size_t> lastMarked_;  ///< by footnote: the last text that has its mark
 };
-
-/// A mark stands once behind what it marks.
-void addNote(std::vector<int>& notes, int index) {
-  if (std::find(notes.begin(), notes.end(), index) == notes.end()) notes.push_back(index);
-}
 
 GridCell makeData(const PivotCell& source, int row, int column, FootnoteCollector& footnotes) {
   GridCell cell;
@@ -189,9 +209,7 @@ GridCell makeData(const PivotCell& source, int row, int column, FootnoteCollecto
   cell.isNumber = isNumber(source.value);
   if (cell.isNumber) cell.alignment = CellAlignment::kRight;
   cell.style = {source.textColor, source.backgroundColor, source.bold};
-  for (const CellText& note : source.notes) {
-    addNote(cell.notes, footnotes.indexOf(renderText(note)));
-  }
+  if (!source.notes.empty()) cell.notes = footnotes.numbersOf(source.notes);
   return cell;
 }
 
@@ -245,8 +263,23 @@ void Layouter::addHeader(TableGrid& grid, const std::vector<AxisLine>& lines,
   }
 }
 
-TableGrid Layouter::makeGrid(std::uint64_t layer, const PlacedCell* first,
-                             const PlacedCell* last) const {
+void Layouter::countPlaces(std::uint64_t rows, std::uint64_t columns) {
+  constexpr std::uint64_t kMostPlacesPerFilled = 16;
+  places_ += rows * columns;
+  labels_ += rows + columns;
+  if (places_ <= options_.emptyLimit ||
+      places_ / kMostPlacesPerFilled <= table_.cells.size() + labels_) {
+    return;
+  }
+  const std::string layers = layerCount_ > 1 ? fmt::format(" in {} layers", layerCount_) : "";
+  throw std::length_error(
+      fmt::format("it is too large and nearly empty, with {} rows and {} columns{}; vornwout show "
+                  "--json gives its values",
+                  rows, columns, layers));
+}
+
+TableGrid Layouter::makeGrid(std::uint64_t layer, const PlacedCell* first, const PlacedCell* last) {
+  const PlacedCell* const begin = first;
   std::vector<std::uint64_t> usedRows;
   std::vector<std::uint64_t> usedColumns;
   for (const PlacedCell* cell = first; cell != last; ++cell) {
@@ -256,6 +289,7 @@ TableGrid Layouter::makeGrid(std::uint64_t layer, const PlacedCell* first,
   const auto rowKeys = positionsOf(rows_, layerCount_, options_.completeLimit, std::move(usedRows));
   const auto columnKeys =
       positionsOf(columns_, layerCount_, options_.completeLimit, std::move(usedColumns));
+  countPlaces(rowKeys.size(), columnKeys.size());
   const std::vector<AxisLine> columnLines = columns_.header(columnKeys, true, false);
   const std::vector<AxisLine> rowLines = rows_.header(rowKeys, false, true);
 
@@ -276,9 +310,7 @@ TableGrid Layouter::makeGrid(std::uint64_t layer, const PlacedCell* first,
 
   grid.caption = renderText(table_.caption);
   FootnoteCollector footnotes(grid.footnotes);
-  for (const CellText& note : table_.footnotes) {
-    addNote(grid.titleNotes, footnotes.indexOf(renderText(note)));
-  }
+  grid.titleNotes = footnotes.numbersOf(table_.footnotes);
   std::vector<std::size_t> nextLabel(rowLines.size(), 0);
   for (std::size_t i = 0; i < rowKeys.size(); ++i) {
     grid.rowStarts.push_back(grid.cells.size());
@@ -294,12 +326,16 @@ TableGrid Layouter::makeGrid(std::uint64_t layer, const PlacedCell* first,
       grid.cells.push_back(std::move(cell));
       ++next;
     }
+    if (i % kRowsPerReport == kRowsPerReport - 1) {
+      reportWithinStep(laidOut_ + static_cast<std::uint64_t>(first - begin), table_.cells.size());
+    }
     for (; first != last && first->row == rowKeys[i]; ++first) {
       const int column = grid.headerColumns + indexOfKey(columnKeys, first->column);
       grid.cells.push_back(makeData(*first->cell, row, column, footnotes));
     }
   }
   grid.rowStarts.push_back(grid.cells.size());
+  laidOut_ += static_cast<std::uint64_t>(last - begin);
   return grid;
 }
 

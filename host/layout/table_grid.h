@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -86,6 +87,10 @@ struct LayoutOptions {
   /// Rows and columns that a table may have, all layers together, before combinations of categories
   /// without any cell are left out. Nested dimensions multiply, so this bounds cost and memory.
   std::size_t completeLimit = 1'000'000;
+  /// Places for cells that a table may have, all layers together, where most of them are empty: a
+  /// small file can name a hundred thousand rows and as many columns. A table that fills a
+  /// sixteenth of its places has no limit.
+  std::uint64_t emptyLimit = 2'000'000;
 };
 
 /// Lays out a table: one grid for each combination of the layers' categories that has cells, in the
@@ -93,7 +98,8 @@ struct LayoutOptions {
 /// dimension stands above its categories and is hidden with them.
 ///
 /// Throws std::invalid_argument when a cell or category refers to something that the table has not,
-/// and std::length_error when the dimensions of one place have 2^63 combinations or more.
+/// and std::length_error when the dimensions of one place have 2^63 combinations or more, or the
+/// table is too large to be shown.
 std::vector<TableGrid> layoutTable(const PivotTable& table, const LayoutOptions& options = {});
 
 /// The mark of the footnote with this index: a, b, ..., z, aa, ab, ...

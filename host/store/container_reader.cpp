@@ -6,8 +6,8 @@
 #include <unordered_set>
 
 #include <zip.h>
-#include <zlib.h>
 
+#include "host/store/deflate.h"
 #include "host/store/member_name.h"
 #include "host/store/store_error.h"
 #include "host/store/zip_read_source.h"
@@ -46,26 +46,6 @@ struct Record {
   std::uint16_t method = 0;
   std::uint32_t checksum = 0;
 };
-
-/// Inflates all of `packed` into exactly `size` bytes; false when that is not what it is.
-bool inflateAll(const std::string& packed, std::string& result) {
-  z_stream stream = {};
-  if (inflateInit2(&stream, -MAX_WBITS) != Z_OK) throw std::bad_alloc();
-  const std::unique_ptr<z_stream, int (*)(z_stream*)> ending(&stream, inflateEnd);
-  // zlib's input is not const by tradition; it is not written to.
-  stream.next_in = const_cast<Bytef*>(reinterpret_cast<const Bytef*>(packed.data()));
-  stream.avail_in = static_cast<uInt>(packed.size());
-  stream.next_out = reinterpret_cast<Bytef*>(result.data());
-  stream.avail_out = static_cast<uInt>(result.size());
-  const int outcome = inflate(&stream, Z_FINISH);
-  if (outcome == Z_MEM_ERROR) throw std::bad_alloc();
-  return outcome == Z_STREAM_END && stream.avail_in == 0 && stream.avail_out == 0;
-}
-
-std::uint32_t checksumOf(const std::string& bytes) {
-  return static_cast<std::uint32_t>(
-      crc32_z(0, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
-}
 
 }  // namespace
 

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
+#include <limits>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <fmt/format.h>
 
@@ -22,10 +24,27 @@ constexpr std::int64_t kMaxReservedCells = 100'000;
 /// Table dimensions and table coordinates are counted by int.
 constexpr std::int64_t kMaxCount = 1 << 30;
 
-bool is(pugi::xml_node node, const char* name) { return std::strcmp(node.name(), name) == 0; }
+/// Compares byte by byte: the names are short, mostly differ in their first letter, and are asked
+/// for millions of times.
+template <std::size_t N>
+bool equals(const char* text, const char (&wanted)[N]) {
+  for (std::size_t i = 0; i < N; ++i) {
+    if (text[i] != wanted[i]) return false;
+  }
+  return true;
+}
 
-[[noreturn]] void refuseChild(pugi::xml_node child) {
-  refuseElement(child.parent(), fmt::format("it holds an element {}", child.name()));
+template <std::size_t N>
+bool is(pugi::xml_node node, const char (&name)[N]) {
+  return equals(node.name(), name);
+}
+
+CellText readCellText(pugi::xml_node node, int depth = 0);
+
+/// Takes an element that may stand once.
+void readOnce(pugi::xml_node node, CellText& text) {
+  if (node.previous_sibling(node.name())) refuseElement(node, "it stands twice");
+  text = readCellText(node);
 }
 
 BpFormatSpec readFormat(pugi::xml_node node, const char* name) {
@@ -39,13 +58,12 @@ BpFormatSpec readFormat(pugi::xml_node node, const char* name) {
   return format;
 }
 
-CellText readCellText(pugi::xml_node node, int depth = 0);
-
 void readComposite(pugi::xml_node node, CellText& cell, int depth) {
   if (depth >= kMaxTextDepth) refuseElement(node, "its arguments are nested too deeply");
   cell.kind = CellText::Kind::kComposite;
   for (const pugi::xml_node child : node.children()) {
     if (is(child, "template")) {
+      if (child.previous_sibling("template")) refuseElement(child, "it stands twice");
       cell.text = elementText(child);
     } else if (is(child, "argument")) {
       cell.arguments.push_back(readCellText(child, depth + 1));
@@ -70,6 +88,9 @@ bool readCellAttribute(pugi::xml_node node, pugi::xml_attribute attribute, CellT
   } else if (std::strcmp(name, "list") == 0) {
     cell.hasSublist = parseFlag(node, attribute);
   } else if (std::strcmp(name, "kind") == 0) {
+    if (std::strcmp(attribute.value(), "composite") != 0) {
+      refuseElement(node, "its kind is unknown");
+    }
     cell.kind = CellText::Kind::kComposite;
   } else {
     return false;
@@ -83,6 +104,8 @@ void readCellBody(pugi::xml_node node, CellText& cell, int depth) {
     readComposite(node, cell, depth);
   } else if (cell.kind == CellText::Kind::kString) {
     cell.text = elementText(node);
+  } else {
+    for (const pugi::xml_node child : node.children()) refuseChild(child);
   }
 }
 
@@ -128,7 +151,7 @@ PivotDimension readDimension(pugi::xml_node node) {
     if (is(child, "category") || is(child, "group")) {
       readCategory(child, dimension);
     } else if (is(child, "label")) {
-      dimension.label = readCellText(child);
+      readOnce(child, dimension.label);
     } else {
       refuseChild(child);
     }
@@ -136,25 +159,30 @@ PivotDimension readDimension(pugi::xml_node node) {
   return dimension;
 }
 
+const char* pastBlanks(const char* text) {
+  while (*text == ' ' || *text == '\t' || *text == '\n' || *text == '\r') ++text;
+  return text;
+}
+
 void readCoordinates(pugi::xml_node node, const char* text, const PivotTable& table,
                      PivotCell& cell) {
   const char* end = text + std::strlen(text);
   cell.at.reserve(table.dimensions.size());
+  text = pastBlanks(text);
   for (const PivotDimension& dimension : table.dimensions) {
     int leaf = 0;
     const auto result = std::from_chars(text, end, leaf);
-    if (result.ec != std::errc() || leaf < 0 || leaf >= dimension.leafCount) {
+    if (result.ec != std::errc() || *text == '-' || leaf >= dimension.leafCount) {
       refuseElement(node, "it does not stand in one category of every dimension");
     }
     cell.at.push_back(leaf);
-    text = result.ptr;
-    if (text != end && *text == ' ') ++text;
+    text = pastBlanks(result.ptr);
   }
   if (text != end) refuseElement(node, "it stands in more dimensions than the table has");
 }
 
 /// Reads the cells of one table. Cells of a table mostly have one format, which is then parsed
-/// once.
+/// once, and mostly stand in order, which shows that no place has two.
 class CellReader {
  public:
   explicit CellReader(PivotTable& table) : table_(table) {}
@@ -165,13 +193,13 @@ class CellReader {
     for (pugi::xml_attribute attribute = node.first_attribute(); attribute;
          attribute = attribute.next_attribute()) {
       // The three that nearly every cell has come first.
-      const std::string_view name = attribute.name();
-      if (name == "at") {
+      const char* const name = attribute.name();
+      if (equals(name, "at")) {
         coordinates = attribute.value();
-      } else if (name == "value") {
+      } else if (equals(name, "value")) {
         cell.value.kind = CellText::Kind::kNumber;
         cell.value.number = parseDouble(node, attribute.value());
-      } else if (name == "format") {
+      } else if (equals(name, "format")) {
         cell.value.format = format(node, attribute.value());
       } else if (!readCellAttribute(node, attribute, cell.value)) {
         readLook(node, attribute, cell);
@@ -179,9 +207,63 @@ class CellReader {
     }
     readCoordinates(node, coordinates, table_, cell);
     readBody(node, cell);
+    compareWithPrevious(node);
+  }
+
+  /// Refuses cells that have one place, once all are read.
+  void checkPlaces(pugi::xml_node table) const {
+    if (inOrder_) return;
+    bool isRepeated = false;
+    if (mayFillOneNumber()) {
+      std::vector<std::uint64_t> places;
+      places.reserve(table_.cells.size());
+      for (const PivotCell& cell : table_.cells) places.push_back(placeNumber(cell.at));
+      std::sort(places.begin(), places.end());
+      isRepeated = std::adjacent_find(places.begin(), places.end()) != places.end();
+    } else {
+      std::vector<const CellCoordinates*> places;
+      places.reserve(table_.cells.size());
+      for (const PivotCell& cell : table_.cells) places.push_back(&cell.at);
+      std::sort(places.begin(), places.end(), [](const auto* a, const auto* b) {
+        return std::lexicographical_compare(a->begin(), a->end(), b->begin(), b->end());
+      });
+      isRepeated =
+          std::adjacent_find(places.begin(), places.end(),
+                             [](const auto* a, const auto* b) { return *a == *b; }) != places.end();
+    }
+    if (isRepeated) refuseElement(table, "two cells stand in one place");
   }
 
  private:
+  void compareWithPrevious(pugi::xml_node node) {
+    if (!inOrder_ || table_.cells.size() < 2) return;
+    const CellCoordinates& here = table_.cells.back().at;
+    const CellCoordinates& previous = table_.cells[table_.cells.size() - 2].at;
+    const auto [a, b] = std::mismatch(previous.begin(), previous.end(), here.begin());
+    if (a == previous.end()) refuseElement(node.parent(), "two cells stand in one place");
+    inOrder_ = *a < *b;
+  }
+
+  /// Whether all places of the table can be counted by 64 bits.
+  bool mayFillOneNumber() const {
+    std::uint64_t places = 1;
+    for (const PivotDimension& dimension : table_.dimensions) {
+      const auto leaves = static_cast<std::uint64_t>(dimension.leafCount);
+      if (leaves != 0 && places > std::numeric_limits<std::uint64_t>::max() / leaves) return false;
+      places *= leaves;
+    }
+    return true;
+  }
+
+  std::uint64_t placeNumber(const CellCoordinates& at) const {
+    std::uint64_t number = 0;
+    for (std::size_t i = 0; i < at.size(); ++i) {
+      number = number * static_cast<std::uint64_t>(table_.dimensions[i].leafCount) +
+               static_cast<std::uint64_t>(at[i]);
+    }
+    return number;
+  }
+
   BpFormatSpec format(pugi::xml_node node, const char* name) {
     if (lastName_ == nullptr || std::strcmp(lastName_, name) != 0) {
       lastFormat_ = readFormat(node, name);
@@ -208,16 +290,23 @@ class CellReader {
       readCellBody(node, cell.value, 0);
       return;
     }
+    if (cell.value.kind != CellText::Kind::kString) {
+      refuseElement(node, "it has a value beside its content");
+    }
     cell.value = readCellText(first);
     for (pugi::xml_node note = first.next_sibling(); note; note = note.next_sibling()) {
-      if (!is(note, "footnote")) refuseChild(note);
-      cell.notes.push_back(readCellText(note));
+      if (is(note, "footnote")) {
+        cell.notes.push_back(readCellText(note));
+      } else {
+        refuseChild(note);
+      }
     }
   }
 
   PivotTable& table_;
   const char* lastName_ = nullptr;  ///< lies in the part that is being read
   BpFormatSpec lastFormat_;
+  bool inOrder_ = true;
 };
 
 std::optional<int> readWidth(pugi::xml_node node, const char* name) {
@@ -241,28 +330,43 @@ TableContent readTable(pugi::xml_node node) {
     } else if (is(child, "dimension")) {
       // Cells know their dimensions by number, so these come first.
       if (!table->cells.empty()) refuseElement(node, "a dimension stands behind a cell");
+      if (table->dimensions.size() == kMaxDimensions) {
+        refuseElement(node, "it holds more than 1,000 dimensions");
+      }
       table->dimensions.push_back(readDimension(child));
     } else if (is(child, "title")) {
-      table->title = readCellText(child);
+      readOnce(child, table->title);
     } else if (is(child, "subtype")) {
-      table->subtype = readCellText(child);
+      readOnce(child, table->subtype);
     } else if (is(child, "caption")) {
-      table->caption = readCellText(child);
+      readOnce(child, table->caption);
     } else if (is(child, "footnote")) {
       table->footnotes.push_back(readCellText(child));
     } else {
       refuseChild(child);
     }
   }
+  cells.checkPlaces(node);
   return table;
 }
 
 NotesContent readNotes(pugi::xml_node node) {
   NotesContent notes;
   for (const pugi::xml_node child : node.children()) {
-    if (!is(child, "note")) refuseChild(child);
-    notes.entries.push_back(
-        {readCellText(child.child("label")), readCellText(child.child("value"))});
+    if (!is(child, "note")) {
+      refuseChild(child);
+      continue;
+    }
+    NoteEntry& entry = notes.entries.emplace_back();
+    for (const pugi::xml_node part : child.children()) {
+      if (is(part, "label")) {
+        readOnce(part, entry.label);
+      } else if (is(part, "value")) {
+        readOnce(part, entry.value);
+      } else {
+        refuseChild(part);
+      }
+    }
   }
   return notes;
 }
@@ -297,7 +401,10 @@ TextRun readRun(pugi::xml_node node) {
 TextContent readText(pugi::xml_node node) {
   TextContent text;
   for (const pugi::xml_node child : node.children()) {
-    if (!is(child, "paragraph")) refuseChild(child);
+    if (!is(child, "paragraph")) {
+      refuseChild(child);
+      continue;
+    }
     TextParagraph& paragraph = text.paragraphs.emplace_back();
     if (const pugi::xml_attribute kind = child.attribute("kind")) {
       const auto named = indexOfName(kParagraphNames, kind.value());
@@ -307,8 +414,11 @@ TextContent readText(pugi::xml_node node) {
     paragraph.level = static_cast<int>(integerAttribute(child, "level", 0, 0, kMaxCount));
     paragraph.number = static_cast<int>(integerAttribute(child, "number", 0));
     for (const pugi::xml_node run : child.children()) {
-      if (!is(run, "run")) refuseChild(run);
-      paragraph.runs.push_back(readRun(run));
+      if (is(run, "run")) {
+        paragraph.runs.push_back(readRun(run));
+      } else {
+        refuseChild(run);
+      }
     }
   }
   return text;
@@ -321,10 +431,7 @@ MediaContent readMedia(pugi::xml_node node) {
   return media;
 }
 
-}  // namespace
-
-ObjectContent readContent(pugi::xml_node element) {
-  checkTextElements(element);
+ObjectContent readAnyContent(pugi::xml_node element) {
   if (is(element, "table")) return readTable(element);
   if (is(element, "log")) return LogContent{elementText(element)};
   if (is(element, "notes")) return readNotes(element);
@@ -332,6 +439,15 @@ ObjectContent readContent(pugi::xml_node element) {
   if (is(element, "text")) return readText(element);
   if (is(element, "media")) return readMedia(element);
   refuseElement(element, "no content has this name");
+}
+
+}  // namespace
+
+ObjectContent readContent(pugi::xml_node element, std::size_t partSize) {
+  checkElementCounts(element, partSize);
+  ObjectContent content = readAnyContent(element);
+  checkTextGrowth(element, content);
+  return content;
 }
 
 }  // namespace vornwout

@@ -4,9 +4,12 @@
 #include <string>
 
 #include "host/store/content_names.h"
+#include "platform/adapter/progress_listener.h"
 
 namespace vornwout {
 namespace {
+
+constexpr std::size_t kCellsPerReport = 10'000;
 
 template <typename Enum>
 std::size_t indexOf(Enum value) {
@@ -148,7 +151,10 @@ void writeTable(XmlWriter& xml, std::uint64_t id, const PivotTable& table) {
   xml.newLine();
   for (const PivotDimension& dimension : table.dimensions) writeDimension(xml, dimension);
   CellWriter cells(xml);
-  for (const PivotCell& cell : table.cells) cells.write(cell);
+  for (std::size_t i = 0; i < table.cells.size(); ++i) {
+    if (i % kCellsPerReport == kCellsPerReport - 1) reportWithinStep(i, table.cells.size());
+    cells.write(table.cells[i]);
+  }
   xml.end("table");
 }
 

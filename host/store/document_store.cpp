@@ -195,6 +195,7 @@ class DocumentSaver {
       if (item.id == 0) item.id = nextId_++;
       numbers_.ids.emplace(item.object, item.id);
       if (!item.isKept) {
+        const ProgressStep step(progress_, done_, total_);
         writeContentOf(item);
         if (!item.wasLoaded) item.object->content.unload();
       } else if (manifest_.places.at(item.id).part < 0) {
@@ -216,10 +217,8 @@ class DocumentSaver {
     std::string bytes;
     XmlWriter xml(bytes);
     writeContent(xml, item.id, content);
-    if (textElementCount(bytes) > kMaxTextElements) {
-      throw StoreError(StoreError::Kind::kNotWritten,
-                       fmt::format("An object holds more than {} runs, footnotes and the like.",
-                                   kMaxTextElements));
+    if (const std::string excess = excessOf(content, bytes); !excess.empty()) {
+      throw StoreError(StoreError::Kind::kNotWritten, fmt::format("An object {}.", excess));
     }
     bytes += '\n';
     if (bytes.size() >= kOwnPartBytes) {
@@ -278,6 +277,7 @@ class DocumentSaver {
   void addPage() {
     PageOptions page;
     page.withModels = options_.storeModels;
+    const ProgressStep step(progress_, done_, total_);
     writer_.add(kPageMember, checked(renderPage(document_, page), "The page"), true);
     countDone();
     // The page needed every content; what was not in memory before need not stay there.

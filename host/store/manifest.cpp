@@ -32,8 +32,10 @@ class ManifestReader {
                                           version));
     }
     for (const pugi::xml_node run : document.child("runs").children("run")) {
-      manifest_.runs[textAttribute(run, "command")] =
-          static_cast<int>(integerAttribute(run, "count", 0, 0));
+      const auto count = static_cast<int>(integerAttribute(run, "count", 0, 0));
+      if (!manifest_.runs.emplace(textAttribute(run, "command"), count).second) {
+        refuseElement(run, "its command stands twice");
+      }
     }
     for (const pugi::xml_node part : document.child("parts").children("part")) {
       manifest_.parts.push_back(textAttribute(part, "name"));
@@ -44,17 +46,18 @@ class ManifestReader {
 
  private:
   void readChildren(pugi::xml_node parent, DocumentObject& heading, int depth) {
-    if (depth > kMaxOutlineDepth && parent.first_child()) {
+    if (depth > kMaxOutlineDepth && parent.child("object")) {
       refuseElement(parent, "headings are nested too deeply");
     }
     for (const pugi::xml_node child : parent.children()) {
       if (!is(child, "object")) {
-        refuseElement(parent, fmt::format("it holds an element {}", child.name()));
+        refuseChild(child);
+        continue;
       }
       if (++objects_ > kMaxObjects) refuseElement(parent, "it holds more than 1,000,000 objects");
       DocumentObject& object = heading.children.emplace_back();
       readObject(child, object);
-      if (child.first_child() && object.type != ObjectType::kHeading) {
+      if (child.child("object") && object.type != ObjectType::kHeading) {
         refuseElement(child, "objects stand below one that is no heading");
       }
       readChildren(child, object, depth + 1);

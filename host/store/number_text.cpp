@@ -59,7 +59,7 @@ void appendNumber(std::string& out, double value) {
   out.append(digits.data(), result.ptr);
 }
 
-std::optional<double> parseNumber(std::string_view text) {
+bool parseNumber(std::string_view text, double& value) {
   std::size_t i = !text.empty() && text[0] == '-' ? 1 : 0;
   std::uint64_t digits = 0;
   std::size_t point = text.size();
@@ -79,17 +79,18 @@ std::optional<double> parseNumber(std::string_view text) {
     const std::size_t decimals = point == text.size() ? 0 : text.size() - 1 - point;
     const bool isWhole = i == text.size() && count > 0 && point + 1 != text.size();
     if (isWhole && decimals < kPowers.size()) {
-      const double value = static_cast<double>(digits) / kPowers[decimals];
-      return text[0] == '-' ? -value : value;
+      const double magnitude = static_cast<double>(digits) / kPowers[decimals];
+      value = text[0] == '-' ? -magnitude : magnitude;
+      return true;
     }
   }
-  double value = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (result.ec != std::errc() || result.ptr != text.data() + text.size() ||
-      !std::isfinite(value)) {
-    return std::nullopt;
+  double read = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), read);
+  if (result.ec != std::errc() || result.ptr != text.data() + text.size() || !std::isfinite(read)) {
+    return false;
   }
-  return value;
+  value = read;
+  return true;
 }
 
 }  // namespace vornwout

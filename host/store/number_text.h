@@ -5,7 +5,6 @@
 // that gives the very text or number that the standard library would.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -14,7 +13,7 @@ namespace vornwout {
 /// Appends a finite number.
 void appendNumber(std::string& out, double value);
 
-/// The number that the whole of `text` is, as std::from_chars reads it; nothing for anything else.
-std::optional<double> parseNumber(std::string_view text);
+/// Reads the number that the whole of `text` is, as std::from_chars does; false for anything else.
+bool parseNumber(std::string_view text, double& value);
 
 }  // namespace vornwout

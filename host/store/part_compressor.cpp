@@ -6,8 +6,7 @@
 #include <system_error>
 #include <utility>
 
-#include <zlib.h>
-
+#include "host/store/deflate.h"
 #include "host/store/store_error.h"
 
 namespace vornwout {
@@ -15,54 +14,12 @@ namespace {
 
 // Enough to keep the threads busy while the caller makes a large part.
 constexpr std::uint64_t kMostWaiting = std::uint64_t{16} << 20;
-constexpr std::size_t kOutputStep = std::size_t{256} << 10;
-constexpr std::size_t kInputStep = std::size_t{1} << 30;
-
-/// One thread's compressor, used for one part after the other.
-class Deflater {
- public:
-  Deflater() : output_(kOutputStep, '\0') {
-    if (deflateInit2(&stream_, Z_BEST_SPEED, Z_DEFLATED, -MAX_WBITS, 8, Z_DEFAULT_STRATEGY) !=
-        Z_OK) {
-      throw std::bad_alloc();
-    }
-  }
-  ~Deflater() { deflateEnd(&stream_); }
-  Deflater(const Deflater&) = delete;
-  Deflater& operator=(const Deflater&) = delete;
-
-  std::string deflateAll(const std::string& bytes) {
-    deflateReset(&stream_);
-    std::string result;
-    // zlib's input is not const by tradition; it is not written to.
-    stream_.next_in = const_cast<Bytef*>(reinterpret_cast<const Bytef*>(bytes.data()));
-    std::size_t left = bytes.size();
-    int outcome = Z_OK;
-    while (outcome != Z_STREAM_END) {
-      if (stream_.avail_in == 0) {
-        stream_.avail_in = static_cast<uInt>(std::min(left, kInputStep));
-        left -= stream_.avail_in;
-      }
-      stream_.next_out = reinterpret_cast<Bytef*>(output_.data());
-      stream_.avail_out = static_cast<uInt>(output_.size());
-      outcome = deflate(&stream_, left == 0 ? Z_FINISH : Z_NO_FLUSH);
-      result.append(output_, 0, output_.size() - stream_.avail_out);
-    }
-    result.shrink_to_fit();
-    return result;
-  }
-
- private:
-  z_stream stream_ = {};
-  std::string output_;
-};
 
 void compress(Deflater& deflater, PartSpool& spool, CompressedPart& part, std::string bytes) {
   part.size = bytes.size();
-  part.checksum = static_cast<std::uint32_t>(
-      crc32_z(0, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
-  std::string deflated = deflater.deflateAll(bytes);
-  part.isDeflated = deflated.size() < bytes.size();
+  part.checksum = checksumOf(bytes);
+  std::string deflated;
+  part.isDeflated = deflater.deflateAll(bytes, deflated);
   part.place = spool.keep(std::move(part.isDeflated ? deflated : bytes));
 }
 

@@ -1,6 +1,7 @@
 #include "host/store/replaced_file.h"
 
 #include <algorithm>
+#include <climits>
 #include <memory>
 #include <vector>
 
@@ -39,6 +40,9 @@ std::optional<std::string> readLink(const std::string& path) {
   const ssize_t length = readlink(path.c_str(), target.data(), target.size());
   if (length < 0) {
     if (errno == EINVAL || errno == ENOENT) return std::nullopt;
+    if (errno == ENAMETOOLONG && path.size() - (path.rfind('/') + 1) > NAME_MAX) {
+      fail("The file's name is too long.");
+    }
     fail("The file's path could not be followed", errno);
   }
   target.resize(static_cast<std::size_t>(length));

@@ -9,7 +9,9 @@
 
 #include <fmt/format.h>
 
+#include "host/build/png_check.h"
 #include "host/build/svg_sanitizer.h"
+#include "host/document/media_size.h"
 #include "host/store/content_reader.h"
 #include "host/store/document_store.h"
 #include "host/store/member_name.h"
@@ -59,15 +61,24 @@ void checkMembers(const Manifest& manifest, const ContainerReader& container) {
   }
 }
 
-/// A chart of a file may come from anywhere, so what could run in it goes, as when one is added.
+/// A chart of a file may come from anywhere, so it is taken as when one is added: of the two kinds
+/// there are, and without what could run in it.
 void clean(MediaContent& chart, const std::string& member) {
-  if (chart.mediaType != "image/svg+xml") return;
-  try {
-    chart.bytes = std::make_shared<const std::string>(sanitizeSvg(*chart.bytes));
-  } catch (const SvgError& error) {
-    throw StoreError(
-        StoreError::Kind::kDamaged,
-        fmt::format("Its part {} cannot be shown. {}", quotedMemberName(member), error.what()));
+  const auto refuse = [&](std::string_view reason) {
+    throw StoreError(StoreError::Kind::kDamaged, fmt::format("Its part {} cannot be shown. {}",
+                                                             quotedMemberName(member), reason));
+  };
+  if (chart.mediaType == kPngMediaType) {
+    const std::string problem = pngProblem(*chart.bytes);
+    if (!problem.empty()) refuse(problem);
+  } else if (chart.mediaType == kSvgMediaType) {
+    try {
+      chart.bytes = std::make_shared<const std::string>(sanitizeSvg(*chart.bytes));
+    } catch (const SvgError& error) {
+      refuse(error.what());
+    }
+  } else {
+    refuse("A chart is image/svg+xml or image/png.");
   }
 }
 
@@ -102,13 +113,19 @@ ObjectContent StoredDocument::load(std::uint64_t id) {
 }
 
 ObjectContent StoredDocument::loadFromPart(int part, std::uint64_t id) {
+  // A walk through the whole document asks for every content once.
+  if (++loads_ > manifest_.places.size()) loads_ = parsedCount_ = 0;
+  takeAhead(part);
+  if (built_ != nullptr && built_->number == part) {
+    if (const auto found = built_->contents.extract(id)) return std::move(found.mapped());
+  }
   ParsedPart& parsed = takePart(part);
   try {
     const auto found = parsed.contents.find(id);
     if (found == parsed.contents.end()) {
       throw StoreError(StoreError::Kind::kDamaged, fmt::format("object {} is missing", id));
     }
-    ObjectContent content = readContent(found->second);
+    ObjectContent content = readContent(found->second, parsed.bytes.size());
     // A part with one object in it is a large one, and nobody else will ask for it.
     if (parsed.contents.size() == 1) parsed_.pop_front();
     return content;
@@ -118,8 +135,6 @@ ObjectContent StoredDocument::loadFromPart(int part, std::uint64_t id) {
 }
 
 StoredDocument::ParsedPart& StoredDocument::takePart(int part) {
-  // A walk through the whole document asks for every content once.
-  if (++loads_ > manifest_.places.size()) loads_ = parsedCount_ = 0;
   const auto kept = std::find_if(parsed_.begin(), parsed_.end(),
                                  [&](const auto& one) { return one->number == part; });
   const bool isNext = part == lastPart_ + 1 && part > 0;
@@ -129,18 +144,22 @@ StoredDocument::ParsedPart& StoredDocument::takePart(int part) {
     return *parsed_.front();
   }
   countParsing(part);
-  std::unique_ptr<ParsedPart> taken;
-  if (ahead_.valid()) {
-    // Waited for in any case: the thread has the second reader.
-    std::future<std::unique_ptr<ParsedPart>> ahead = std::move(ahead_);
-    ahead.wait();
-    if (aheadPart_ == part) taken = ahead.get();
-  }
-  if (taken == nullptr) taken = parsePart(*container_, nameOf(part));
+  if (isNext && !(ahead_.valid() && aheadPart_ == part + 1)) readAhead(part + 1);
+  std::unique_ptr<ParsedPart> taken = parsePart(*container_, nameOf(part));
   taken->number = part;
   keep(std::move(taken));
-  if (isNext && static_cast<std::size_t>(part) + 1 < manifest_.parts.size()) readAhead(part + 1);
   return *parsed_.front();
+}
+
+void StoredDocument::takeAhead(int part) {
+  if (!ahead_.valid() || aheadPart_ != part) return;
+  built_ = ahead_.get();
+  if (built_ == nullptr) return;
+  built_->number = part;
+  lastPart_ = part;
+  countParsing(part);
+  // The next one is this thread's.
+  readAhead(part + 2);
 }
 
 void StoredDocument::keep(std::unique_ptr<ParsedPart> part) {
@@ -163,12 +182,27 @@ void StoredDocument::countParsing(int part) {
 }
 
 void StoredDocument::readAhead(int part) {
+  if (static_cast<std::size_t>(part) >= manifest_.parts.size()) return;
   if (aheadContainer_ == nullptr) {
     aheadContainer_ = std::make_unique<ContainerReader>(container_->reopen());
   }
   aheadPart_ = part;
   ahead_ = std::async(std::launch::async,
-                      [this, part] { return parsePart(*aheadContainer_, nameOf(part)); });
+                      [this, part] { return buildPart(*aheadContainer_, nameOf(part)); });
+}
+
+std::unique_ptr<StoredDocument::BuiltPart> StoredDocument::buildPart(ContainerReader& container,
+                                                                     const std::string& name) {
+  try {
+    const std::unique_ptr<ParsedPart> parsed = parsePart(container, name);
+    auto built = std::make_unique<BuiltPart>();
+    for (const auto& [id, node] : parsed->contents)
+      built->contents.emplace(id, readContent(node, parsed->bytes.size()));
+    return built;
+  } catch (const StoreError&) {
+    // Nothing is lost: whoever asks for the part reads it again, and gets the error.
+    return nullptr;
+  }
 }
 
 std::unique_ptr<StoredDocument::ParsedPart> StoredDocument::parsePart(ContainerReader& container,

@@ -3,7 +3,9 @@
 // Entry points: StoredDocument::open(), and load() through LazyContent. The file stays open as long
 // as some object has a content in it, so that a document can be read on although its file was
 // replaced. The parts that were looked at last are kept parsed: objects are mostly looked at in the
-// order in which they lie, but for those that were moved. A document that is made so that every
+// order in which they lie, but for those that were moved. While they are, a second thread reads
+// every other part, contents and all: a parsed tree is read where it was made, since handing one
+// from processor to processor costs more than parsing it. A document that is made so that every
 // object asks for another part is given up.
 #pragma once
 
@@ -45,16 +47,26 @@ class StoredDocument : public ContentSource {
     std::unordered_map<std::uint64_t, pugi::xml_node> contents;
   };
 
+  struct BuiltPart {
+    int number = -1;
+    std::unordered_map<std::uint64_t, ObjectContent> contents;  ///< those not asked for yet
+  };
+
   ObjectContent loadFromPart(int part, std::uint64_t id);
   /// The part, parsed; it is the first of the kept ones then.
   ParsedPart& takePart(int part);
   void keep(std::unique_ptr<ParsedPart> part);
   void countParsing(int part);
+  /// What the thread has read of this part, if that was its task; takes it, and sets the next task.
+  void takeAhead(int part);
   void readAhead(int part);
   const std::string& nameOf(int part) const {
     return manifest_.parts[static_cast<std::size_t>(part)];
   }
 
+  /// A part with all its contents; null where one of them is damaged, which is told where it is
+  /// asked for.
+  static std::unique_ptr<BuiltPart> buildPart(ContainerReader& container, const std::string& name);
   static std::unique_ptr<ParsedPart> parsePart(ContainerReader& container, const std::string& name);
 
   std::unique_ptr<ContainerReader> container_;
@@ -63,9 +75,10 @@ class StoredDocument : public ContentSource {
   int lastPart_ = -1;                                ///< also when it is let go again
   std::size_t loads_ = 0;                            ///< contents since parsedCount_ was 0
   std::size_t parsedCount_ = 0;                      ///< parts that were parsed for them
+  std::unique_ptr<BuiltPart> built_;                 ///< the last one that the thread has read
   std::unique_ptr<ContainerReader> aheadContainer_;  ///< used by the thread alone while it runs
   int aheadPart_ = -1;
-  std::future<std::unique_ptr<ParsedPart>> ahead_;
+  std::future<std::unique_ptr<BuiltPart>> ahead_;
 };
 
 }  // namespace vornwout

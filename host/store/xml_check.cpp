@@ -49,7 +49,7 @@ class XmlCheck {
  public:
   XmlCheck(std::string_view bytes, std::size_t maxNodes) : bytes_(bytes), maxNodes_(maxNodes) {}
 
-  void check() {
+  bool check() {
     if (bytes_.starts_with("\xEF\xBB\xBF")) at_ = 3;
     if (startsWith("<?xml") && at_ + 5 < bytes_.size() && isBlank(bytes_[at_ + 5])) {
       skipPast("?>");
@@ -72,6 +72,7 @@ class XmlCheck {
         checkStartTag();
       }
     }
+    return isParted_;
   }
 
  private:
@@ -107,7 +108,10 @@ class XmlCheck {
     }
   }
 
+  // These are counted as well: what they part becomes as many texts.
   void checkComment() {
+    isParted_ = true;
+    countNode();
     at_ += 4;
     const std::size_t dashes = bytes_.find("--", at_);
     if (dashes == std::string_view::npos || bytes_.compare(dashes, 3, "-->") != 0) refuseShape();
@@ -115,11 +119,15 @@ class XmlCheck {
   }
 
   void checkCdata() {
+    isParted_ = true;
+    countNode();
     at_ += 9;
     skipPast("]]>");
   }
 
   void checkInstruction() {
+    isParted_ = true;
+    countNode();
     at_ += 2;
     const std::string_view name = takeName();
     if (name.size() == 3 && (name[0] | 0x20) == 'x' && (name[1] | 0x20) == 'm' &&
@@ -269,12 +277,15 @@ class XmlCheck {
   std::size_t depth_ = 0;
   std::size_t nodes_ = 0;
   bool hasRoot_ = false;
+  bool isParted_ = false;
   std::array<std::string_view, kMostAttributes> names_;
 };
 
 }  // namespace
 
-void checkXml(std::string_view bytes, std::size_t maxNodes) { XmlCheck(bytes, maxNodes).check(); }
+bool checkXml(std::string_view bytes, std::size_t maxNodes) {
+  return XmlCheck(bytes, maxNodes).check();
+}
 
 std::size_t xmlNodeCount(std::string_view written) {
   std::size_t count = 0;

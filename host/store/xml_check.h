@@ -12,8 +12,9 @@
 namespace vornwout {
 
 /// Throws StoreError of the kind kDamaged for UTF-8 that is no well-formed XML document, has a
-/// document type declaration, or more than `maxNodes` elements and attributes.
-void checkXml(std::string_view bytes, std::size_t maxNodes);
+/// document type declaration, or more than `maxNodes` elements, attributes, comments, CDATA
+/// sections and instructions. True when there are any of the last three, which may part a text.
+bool checkXml(std::string_view bytes, std::size_t maxNodes);
 
 /// Elements and attributes of what XmlWriter has written; rather too many than too few.
 std::size_t xmlNodeCount(std::string_view written);

@@ -34,6 +34,50 @@ void checkUtf8(std::string_view bytes) {
   }
 }
 
+bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+
+/// What stands between the blanks around it, which XML Schema does not count.
+std::string_view withoutBlanksAround(std::string_view text) {
+  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+/// XML Schema allows a sign also for what is not negative.
+std::string_view withoutPlus(std::string_view text) {
+  if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
+  return text;
+}
+
+bool isBlankText(pugi::xml_node node) {
+  if (node.type() != pugi::node_pcdata) return false;
+  const std::string_view text = node.value();
+  return std::all_of(text.begin(), text.end(), isBlank);
+}
+
+void dropBlanksBesideElements(pugi::xml_document& document) {
+  // Without recursion: how deep a foreign element is, is not known here.
+  pugi::xml_node node = document;
+  while (node) {
+    pugi::xml_node next = node.first_child();
+    bool hasElement = false;
+    for (const pugi::xml_node child : node.children()) {
+      hasElement = hasElement || child.type() == pugi::node_element;
+    }
+    while (hasElement && next) {
+      const pugi::xml_node child = next;
+      next = child.next_sibling();
+      if (isBlankText(child)) node.remove_child(child);
+    }
+    next = node.first_child();
+    while (!next && node) {
+      next = node.next_sibling();
+      node = node.parent();
+    }
+    node = next;
+  }
+}
+
 int base64Digit(char c) {
   if (c >= 'A' && c <= 'Z') return c - 'A';
   if (c >= 'a' && c <= 'z') return c - 'a' + 26;
@@ -46,21 +90,25 @@ int base64Digit(char c) {
 
 void parseXml(std::string& bytes, pugi::xml_document& document, std::size_t maxNodes) {
   checkUtf8(bytes);
-  checkXml(bytes, maxNodes);
-  // Line ends stay as they are: the writer escapes a carriage return that belongs to a text. A text
-  // of blanks alone counts only where nothing else stands beside it.
+  const bool isParted = checkXml(bytes, maxNodes);
+  // A line end is one line feed, as XML has it: the writer escapes a carriage return that belongs
+  // to a text. Blanks between elements cost as much as these, so they are kept only where they may
+  // be a piece of a text.
   constexpr unsigned int kFlags =
-      pugi::parse_escapes | pugi::parse_cdata | pugi::parse_ws_pcdata_single;
-  const pugi::xml_parse_result result =
-      document.load_buffer_inplace(bytes.data(), bytes.size(), kFlags, pugi::encoding_utf8);
+      pugi::parse_escapes | pugi::parse_cdata | pugi::parse_eol | pugi::parse_wconv_attribute;
+  const pugi::xml_parse_result result = document.load_buffer_inplace(
+      bytes.data(), bytes.size(),
+      kFlags | (isParted ? pugi::parse_ws_pcdata : pugi::parse_ws_pcdata_single),
+      pugi::encoding_utf8);
   if (!result) {
-    // Parsing in place has put zeros among the bytes but moved no line break before the place.
+    // Parsing in place has moved some bytes, so the line is about right.
     const auto offset = std::min(
         static_cast<std::size_t>(std::max<std::ptrdiff_t>(0, result.offset)), bytes.size());
     std::string reason = result.description();
     if (!reason.empty()) reason[0] = static_cast<char>(std::tolower(reason[0]));
     refuse(fmt::format("near line {}: {}", lineAt(bytes, offset), reason));
   }
+  if (isParted) dropBlanksBesideElements(document);
 }
 
 void refuseElement(pugi::xml_node node, const std::string& what) {
@@ -99,22 +147,26 @@ std::int64_t integerAttribute(pugi::xml_node node, const char* name, std::int64_
 }
 
 bool parseFlag(pugi::xml_node node, pugi::xml_attribute attribute) {
-  if (std::strcmp(attribute.value(), "true") == 0) return true;
-  if (std::strcmp(attribute.value(), "false") == 0) return false;
+  const std::string_view text = withoutBlanksAround(attribute.value());
+  if (text == "true" || text == "1") return true;
+  if (text == "false" || text == "0") return false;
   refuseElement(node, fmt::format("its {} is neither true nor false", attribute.name()));
 }
 
 double parseDouble(pugi::xml_node node, std::string_view text) {
+  double value = 0;
+  if (parseNumber(text, value)) return value;
+  text = withoutBlanksAround(text);
   if (text == "NaN") return std::numeric_limits<double>::quiet_NaN();
   if (text == "INF") return std::numeric_limits<double>::infinity();
   if (text == "-INF") return -std::numeric_limits<double>::infinity();
-  const std::optional<double> value = parseNumber(text);
-  if (!value) refuseElement(node, "a value is not a number");
-  return *value;
+  if (!parseNumber(withoutPlus(text), value)) refuseElement(node, "a value is not a number");
+  return value;
 }
 
 std::int64_t parseInteger(pugi::xml_node node, std::string_view text, std::int64_t min,
                           std::int64_t max) {
+  text = withoutPlus(withoutBlanksAround(text));
   std::int64_t value = 0;
   const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
   if (result.ec != std::errc() || result.ptr != text.data() + text.size() || value < min ||
@@ -126,12 +178,35 @@ std::int64_t parseInteger(pugi::xml_node node, std::string_view text, std::int64
 
 std::string elementText(pugi::xml_node node) {
   const pugi::xml_attribute encoding = node.attribute("encoding");
-  if (!encoding) return node.text().get();
-  if (std::strcmp(encoding.value(), "base64") != 0) refuseElement(node, "its encoding is unknown");
-  return decodeBase64(node, node.text().get());
+  if (encoding && std::strcmp(encoding.value(), "base64") != 0) {
+    refuseElement(node, "its encoding is unknown");
+  }
+  std::string joined;
+  std::string_view text = node.first_child().value();
+  if (node.first_child() != node.last_child() || node.first_child().type() == pugi::node_element) {
+    for (const pugi::xml_node child : node.children()) {
+      if (child.type() == pugi::node_element) refuseChild(child);
+      joined += child.value();
+    }
+    text = joined;
+  }
+  return encoding ? decodeBase64(node, text) : std::string(text);
+}
+
+void refuseChild(pugi::xml_node child) {
+  if (isBlankText(child)) return;
+  if (child.type() == pugi::node_element) {
+    refuseElement(child.parent(), fmt::format("it holds an element {}", child.name()));
+  }
+  refuseElement(child.parent(), "it holds a text where none may stand");
 }
 
 std::string decodeBase64(pugi::xml_node node, std::string_view text) {
+  if (std::any_of(text.begin(), text.end(), isBlank)) {
+    std::string digits(text);
+    digits.erase(std::remove_if(digits.begin(), digits.end(), isBlank), digits.end());
+    return decodeBase64(node, digits);
+  }
   if (text.size() % 4 != 0) refuseElement(node, "its base64 is not whole");
   std::size_t padding = 0;
   while (padding < 2 && padding < text.size() && text[text.size() - 1 - padding] == '=') ++padding;

@@ -37,16 +37,21 @@ std::int64_t integerAttribute(pugi::xml_node node, const char* name, std::int64_
                               std::int64_t min = std::numeric_limits<int>::min(),
                               std::int64_t max = std::numeric_limits<int>::max());
 
+/// As XML Schema has a boolean: "true", "false", "1" or "0".
 bool parseFlag(pugi::xml_node node, pugi::xml_attribute attribute);
 double parseDouble(pugi::xml_node node, std::string_view text);
 /// An integer of at least `min` and at most `max` that is the whole of `text`.
 std::int64_t parseInteger(pugi::xml_node node, std::string_view text, std::int64_t min,
                           std::int64_t max);
 
-/// The text of an element as XmlWriter::text() or bytes() wrote it.
+/// The text of an element as XmlWriter::text() or bytes() wrote it, whole also where comments or
+/// CDATA sections part it. Refuses elements within it.
 std::string elementText(pugi::xml_node node);
 
-/// Reads base64 without line breaks; refuses anything else in the name of `node`.
+/// Refuses an element or a text that has no place in its parent. Blanks are passed over.
+void refuseChild(pugi::xml_node child);
+
+/// Reads base64, which may have blanks in it; refuses anything else in the name of `node`.
 std::string decodeBase64(pugi::xml_node node, std::string_view text);
 
 }  // namespace vornwout

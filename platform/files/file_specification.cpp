@@ -10,6 +10,7 @@
 
 #include "platform/files/path_context.h"
 #include "platform/text/encoding.h"
+#include "platform/text/multibyte.h"
 
 namespace vornwout {
 namespace {
@@ -105,6 +106,18 @@ std::optional<std::string> replaceDirectoryHandle(std::string_view path) {
   std::string_view rest = path.substr(end);
   if (!rest.empty() && !result.empty() && result.back() == '/') rest.remove_prefix(1);
   return result.append(rest);
+}
+
+std::string handleInOtherCase(std::string_view path) {
+  const std::string directory = workingDirectory();
+  if (!path.starts_with(directory)) return {};
+  path.remove_prefix(directory.size());
+  if (!path.empty() && isSeparator(path.front())) path.remove_prefix(1);
+  const std::string_view first = path.substr(0, findSeparator(path));
+  for (const auto& [name, target] : currentPathContext().handles) {
+    if (name != first && AreStringsEqualCase(name, first)) return name;
+  }
+  return {};
 }
 
 int ExpandFileSpecification(const char* path, char* buffer, std::size_t length) {

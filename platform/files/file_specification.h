@@ -33,6 +33,10 @@ std::optional<std::string> replaceDirectoryHandle(std::string_view path);
 /// The path made absolute as ExpandFileSpecification() does it. `path` must not be empty.
 std::string expandPath(std::string_view path);
 
+/// The declared handle that the path's first component below the working directory would be if case
+/// did not matter; empty when there is none. `path` is absolute.
+std::string handleInOtherCase(std::string_view path);
+
 /// The path that a file reference of a command stands for: its handle replaced, then absolute; an
 /// absolute path and an empty text stay as they are. `fromCommand` is true for a reference that a
 /// user wrote; `isFile` is true when it names one file, false when it is a root to which names are

@@ -46,18 +46,18 @@ ProgressBar::~ProgressBar() { hide(); }
 
 void ProgressBar::progress(std::string_view what, std::uint64_t done, std::uint64_t total) {
   const Time now = clock_();
-  if (!workStart_) workStart_ = now;
-  if (what != what_ || stageStart_ == Time()) {
+  // Work that failed does not report its end; what comes then begins with another name or anew.
+  if (!start_ || what != what_ || done == 0) {
+    hide();
     what_ = what;
-    stageStart_ = now;
+    start_ = now;
   }
   if (total > 0 && done >= total) {
-    // The next stage comes at once or not at all; the line is not left to wait for it.
     hide();
-    stageStart_ = Time();
+    start_.reset();
     return;
   }
-  if (now - *workStart_ < kPatience) return;
+  if (now - *start_ < kPatience) return;
   if (lastDrawn_ && now - *lastDrawn_ < kBetweenDrawings) return;
   lastDrawn_ = now;
   draw(done, total, now);
@@ -66,8 +66,8 @@ void ProgressBar::progress(std::string_view what, std::uint64_t done, std::uint6
 void ProgressBar::draw(std::uint64_t done, std::uint64_t total, Time now) {
   // The last column stays free: a terminal may go to the next line behind it.
   const int width = (style_.width > 0 ? style_.width : kUsualWidth) - 1;
-  const auto elapsed = now - stageStart_;
-  std::string figures = clockText(duration_cast<seconds>(now - *workStart_));
+  const auto elapsed = now - *start_;
+  std::string figures = clockText(duration_cast<seconds>(elapsed));
   double part = 0;
   if (total > 0) {
     part = static_cast<double>(done) / static_cast<double>(total);

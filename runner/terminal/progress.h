@@ -2,10 +2,10 @@
 //
 //   Saving report.qxv  ██████████░░░░░░░░░░  52 %  0:03, 0:03 left
 //
-// Nothing is drawn in the first half second, so that short work leaves no trace, and nothing more
-// than ten times a second afterwards. The bar stays in one line and moves within it by carriage
-// returns and blanks alone, which every terminal understands; hide() takes it away, and so does the
-// end of the work.
+// Nothing is drawn in the first half second of a work, so that short ones leave no trace however
+// many there are, and nothing more than ten times a second afterwards. The bar stays in one line
+// and moves within it by carriage returns and blanks alone, which every terminal understands;
+// hide() takes it away, and so does the end of the work.
 #pragma once
 
 #include <chrono>
@@ -51,8 +51,7 @@ class ProgressBar : public ProgressListener {
   TerminalStyle style_;
   Clock clock_;
   std::string what_;
-  std::optional<Time> workStart_;  ///< of everything since the terminal was last without work
-  Time stageStart_;                ///< of what is being done now
+  std::optional<Time> start_;  ///< of what is being done now, nothing between two works
   std::optional<Time> lastDrawn_;
   int drawnWidth_ = 0;  ///< columns that are taken now
 };

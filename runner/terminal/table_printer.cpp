@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include <fmt/format.h>
+
 #include "platform/text/display_width.h"
 #include "runner/terminal/color.h"
 #include "runner/terminal/column_widths.h"
@@ -22,6 +24,7 @@ constexpr int kNarrowestText = 8;    // texts in narrower columns are hard to re
 constexpr int kWidestColumn = 500;   // where neither table nor terminal sets a limit
 constexpr int kWidestGrowth = 32;    // a label over several columns widens them up to this
 constexpr int kNarrowestCover = 12;  // room in a panel for a label over columns of several panels
+constexpr std::size_t kMostEmptyPanels = 10;  // above, panels without values are left out
 constexpr std::string_view kBold = "1";
 constexpr std::string_view kDim = "2";
 
@@ -364,8 +367,34 @@ PanelPlan planPanels(const TableGrid& grid, int terminalWidth) {
   return plan;
 }
 
+/// Takes the panels without any value out of many, and returns how many columns they had. In few
+/// panels it is of interest which columns are empty.
+std::size_t leaveOutEmptyPanels(std::vector<ColumnPanel>& panels, const TableGrid& grid) {
+  if (panels.size() <= kMostEmptyPanels) return 0;
+  std::vector<bool> hasValues(at(grid.columnCount - grid.headerColumns), false);
+  for (const GridCell& cell : grid.cells) {
+    if (cell.role == CellRole::kData) hasValues[at(cell.column - grid.headerColumns)] = true;
+  }
+  std::size_t leftOut = 0;
+  const auto isEmpty = [&](const ColumnPanel& panel) {
+    const auto first = hasValues.begin() + static_cast<std::ptrdiff_t>(panel.first);
+    const auto last = hasValues.begin() + static_cast<std::ptrdiff_t>(panel.last);
+    if (std::find(first, last, true) != last) return false;
+    leftOut += panel.last - panel.first;
+    return true;
+  };
+  // The first one stays, for a table without any value.
+  std::size_t kept = 1;
+  for (std::size_t i = 1; i < panels.size(); ++i) {
+    if (!isEmpty(panels[i])) panels[kept++] = panels[i];
+  }
+  panels.resize(kept);
+  return leftOut;
+}
+
 void printPanels(std::ostream& out, const TableGrid& grid, const TerminalStyle& style) {
-  const PanelPlan plan = planPanels(grid, style.width);
+  PanelPlan plan = planPanels(grid, style.width);
+  const std::size_t leftOut = leaveOutEmptyPanels(plan.panels, grid);
   for (std::size_t i = 0; i < plan.panels.size(); ++i) {
     const ColumnPanel& panel = plan.panels[i];
     if (i > 0) out << '\n';
@@ -377,6 +406,9 @@ void printPanels(std::ostream& out, const TableGrid& grid, const TerminalStyle& 
                  grid.headerColumns + static_cast<int>(panel.last),
                  fitColumns(shown, plan.room - padding))
         .paint();
+  }
+  if (leftOut > 0) {
+    printText(out, fmt::format("({} columns without values are not shown.)", leftOut), kDim, style);
   }
 }
 

@@ -1,8 +1,13 @@
 #include "runner/terminal/terminal_sink.h"
 
+#include <stdexcept>
 #include <utility>
+#include <vector>
+
+#include <fmt/format.h>
 
 #include "host/layout/table_grid.h"
+#include "runner/terminal/content_printer.h"
 #include "runner/terminal/heading_line.h"
 #include "runner/terminal/table_printer.h"
 
@@ -23,7 +28,14 @@ void TerminalSink::procedureClosed(const ProcedureRecord&) {
 void TerminalSink::table(const std::shared_ptr<const PivotTable>& table) {
   showDocument();
   showProcedure();
-  for (const TableGrid& grid : layoutTable(*table)) {
+  std::vector<TableGrid> grids;
+  try {
+    grids = layoutTable(*table);
+  } catch (const std::logic_error& error) {
+    separate();
+    printRefusal(out_, fmt::format("This table cannot be shown: {}.", error.what()), style_);
+  }
+  for (const TableGrid& grid : grids) {
     separate();
     printTable(out_, grid, style_);
   }

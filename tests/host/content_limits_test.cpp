@@ -1,6 +1,9 @@
 #include "host/store/content_limits.h"
 
+#include <iterator>
+#include <memory>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -29,15 +32,100 @@ std::string refusal(std::string bytes) {
   }
 }
 
-TEST(ContentLimits, SmallThingsAreCountedWhereverTheyStand) {
-  EXPECT_EQ(textElementCount("<text><paragraph level=\"1\"><run>a</run><run/></paragraph></text>"),
-            3u);
-  EXPECT_EQ(textElementCount("<notes><note><label kind=\"composite\"><template/><argument/><item>"
-                             "</item></label></note></notes>"),
-            3u);
-  EXPECT_EQ(textElementCount("<table><cell at=\"0\"><content/><footnote>x</footnote></cell>"
-                             "<runs/><notes></table>"),
-            1u);
+/// A text of so many bytes that names its argument so often.
+CellText growingText(std::size_t uses, const CellText& argument) {
+  CellText text;
+  text.kind = CellText::Kind::kComposite;
+  text.text = repeated("^1", uses);
+  text.arguments.edit().push_back(argument);
+  return text;
+}
+
+CellText plainText(std::size_t size) {
+  CellText text;
+  text.text = std::string(size, 'x');
+  return text;
+}
+
+TEST(ContentLimits, WhatIsWrittenIsCountedByTheNamesOfItsElements) {
+  constexpr std::size_t kMost = 1'000'000;
+  const std::string other = "<text><content/><runs/><notes a=\"1\"></text>";
+  for (const char* one : {"<paragraph level=\"1\">", "<run>a</run>", "<run/>", "<footnote>",
+                          "<argument/>", "<item/>", "<note>"}) {
+    EXPECT_EQ(excessOf({}, other + repeated(one, kMost)), "") << one;
+    EXPECT_EQ(excessOf({}, other + repeated(one, kMost) + "<run/>"),
+              "holds more than 1,000,000 runs, footnotes and the like");
+  }
+  EXPECT_EQ(excessOf({}, repeated("<group>", 2 * kMost)), "");
+  EXPECT_EQ(excessOf({}, repeated("<group>", 2 * kMost) + "<category value=\"1\"/>"),
+            "holds more than 2,000,000 categories");
+}
+
+TEST(ContentLimits, DimensionsOfATableAreCounted) {
+  auto table = std::make_shared<PivotTable>();
+  table->dimensions.resize(1000);
+  EXPECT_EQ(excessOf(TableContent(table), ""), "");
+  table->dimensions.emplace_back();
+  EXPECT_EQ(excessOf(TableContent(table), ""), "holds more than 1,000 dimensions");
+}
+
+TEST(ContentLimits, TextsMayGrowOnlySoFarWhereverTheyStand) {
+  constexpr std::size_t kMost = std::size_t{16} << 20;
+  const std::string excess =
+      "holds texts that grow by more than 16 MiB when their arguments are filled in";
+  // Every use but the first is growth.
+  const CellText most = growingText(17, plainText(kMost / 16));
+  const CellText more = growingText(18, plainText(kMost / 16));
+  const auto notes = [](const CellText& text) { return NotesContent{{{{}, text}}}; };
+  EXPECT_EQ(excessOf(notes(most), ""), "");
+  EXPECT_EQ(excessOf(notes(more), ""), excess);
+  EXPECT_EQ(excessOf(NotesContent{{{most, {}}, {{}, growingText(2, plainText(1))}}}, ""), excess);
+  // A text that is only filled in does not grow, however large it is.
+  EXPECT_EQ(excessOf(notes(growingText(1, plainText(2 * kMost))), ""), "");
+
+  using Place = CellText& (*)(PivotTable&);
+  const Place places[] = {
+      [](PivotTable& t) -> CellText& { return t.title; },
+      [](PivotTable& t) -> CellText& { return t.subtype; },
+      [](PivotTable& t) -> CellText& { return t.caption; },
+      [](PivotTable& t) -> CellText& { return t.footnotes.emplace_back(); },
+      [](PivotTable& t) -> CellText& { return t.dimensions.emplace_back().label; },
+      [](PivotTable& t) -> CellText& {
+        return t.dimensions.emplace_back().categories.emplace_back().label;
+      },
+      [](PivotTable& t) -> CellText& { return t.cells.emplace_back().value; },
+      [](PivotTable& t) -> CellText& { return t.cells.emplace_back().notes.edit().emplace_back(); },
+  };
+  for (std::size_t i = 0; i < std::size(places); ++i) {
+    PivotTable table;
+    places[i](table) = more;
+    EXPECT_EQ(excessOf(std::make_shared<const PivotTable>(table), ""), excess) << i;
+  }
+}
+
+TEST(ContentLimits, ArgumentsWithinArgumentsGrowTogether) {
+  CellText text = plainText(3);
+  for (int depth = 0; depth < 31; ++depth) text = growingText(10, text);
+  EXPECT_NE(excessOf(NotesContent{{{text, {}}}}, ""), "");
+  // It is made for showing whether the text around it names it or not.
+  CellText around;
+  around.kind = CellText::Kind::kComposite;
+  around.arguments.edit().push_back(growingText(1000, plainText(1'000'000)));
+  EXPECT_NE(excessOf(NotesContent{{{around, {}}}}, ""), "");
+  around.arguments = {};
+  around.sublist.edit().push_back(growingText(1000, plainText(1'000'000)));
+  EXPECT_NE(excessOf(NotesContent{{{around, {}}}}, ""), "");
+}
+
+TEST(ContentLimits, ATextThatGrowsTooLargeIsRefusedAsItIsRead) {
+  std::string title = "lol";
+  for (int depth = 0; depth < 10; ++depth) {
+    title = "<template>^1^1^1^1^1^1^1^1^1^1</template><argument" +
+            std::string(depth == 0 ? "" : " kind='composite'") + ">" + title + "</argument>";
+  }
+  EXPECT_EQ(refusal("<table><title kind='composite'>" + title + "</title></table>"),
+            "table: it holds texts that grow by more than 16 MiB when their arguments are filled "
+            "in");
 }
 
 TEST(ContentLimits, MoreOfThemThanMemoryShouldHoldAreRefused) {
@@ -55,6 +143,16 @@ TEST(ContentLimits, MoreOfThemThanMemoryShouldHoldAreRefused) {
     EXPECT_EQ(refusal("<" + element + ">" + body + "</" + element + ">"),
               element + ": it holds more than 1,000,000 runs, footnotes and the like");
   }
+  const auto dimension = [](const std::string& body) {
+    return "<table><dimension>" + body + "</dimension></table>";
+  };
+  EXPECT_EQ(refusal(dimension(repeated("<category/>", 2 * kMost + 1))),
+            "table: it holds more than 2,000,000 categories");
+  EXPECT_EQ(refusal(dimension(repeated("<group/>", 2 * kMost + 1))),
+            "table: it holds more than 2,000,000 categories");
+  EXPECT_EQ(refusal("<table>" + repeated("<dimension/>", 1001) + "</table>"),
+            "table: it holds more than 1,000 dimensions");
+  EXPECT_EQ(refusal("<table>" + repeated("<dimension/>", 1000) + "</table>"), "");
 }
 
 }  // namespace

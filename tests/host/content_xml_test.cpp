@@ -145,10 +145,94 @@ TEST(ContentXml, WhatIsNoContentIsRefusedWithTheElement) {
       {"<log encoding='base64'>AQ=</log>", "log: its base64 is not whole"},
       {"<log encoding='base64'>A?==</log>", "log: its base64 has other characters"},
       {"<log encoding='base64'>=AAA</log>", "log: its base64 has other characters"},
+      {"<table>" + d + "<cell at='0'/><cell at='0'/></table>",
+       "table: two cells stand in one place"},
+      {"<table><cell at=''/><cell at=''/></table>", "table: two cells stand in one place"},
+      {"<table>" + d + "<cell at='-0'/></table>",
+       "cell: it does not stand in one category of every dimension"},
+      {"<table>" + d + d + "<cell at='0-0'/></table>",
+       "cell: it does not stand in one category of every dimension"},
+      {"<table><title/><title/></table>", "title: it stands twice"},
+      {"<table><subtype/><title/><subtype/></table>", "subtype: it stands twice"},
+      {"<table><caption/><caption/></table>", "caption: it stands twice"},
+      {"<table><dimension><label/><label/></dimension></table>", "label: it stands twice"},
+      {"<table><title kind='composite'><template/><template/></title></table>",
+       "template: it stands twice"},
+      {"<table><title kind='dog'/></table>", "title: its kind is unknown"},
+      {"<notes><note><value/><value/></note></notes>", "value: it stands twice"},
+      {"<notes><note><dog/></note></notes>", "note: it holds an element dog"},
+      {"<notes>text</notes>", "notes: it holds a text where none may stand"},
+      {"<table>text</table>", "table: it holds a text where none may stand"},
+      {"<table><title kind='composite'>text<template/></title></table>",
+       "title: it holds a text where none may stand"},
+      {"<table>" + d + "<cell at='0' value='1'>text too</cell></table>",
+       "cell: it holds a text where none may stand"},
+      {"<table>" + d + "<cell at='0' value='1'><content/></cell></table>",
+       "cell: it has a value beside its content"},
+      {"<table>" + d + "<cell at='0'><content/>text</cell></table>",
+       "cell: it holds a text where none may stand"},
+      {"<text><paragraph><run>x<b>bold</b>y</run></paragraph></text>",
+       "run: it holds an element b"},
+      {"<log><b>bold</b></log>", "log: it holds an element b"},
+      {"<text><paragraph>x<run/></paragraph></text>",
+       "paragraph: it holds a text where none may stand"},
       {"<notes><note><label kind='composite'><dog/></label></note></notes>",
        "label: it holds an element dog"},
   };
   for (const auto& [xml, reason] : cases) EXPECT_EQ(refusal(xml), reason) << xml;
+}
+
+TEST(ContentXml, CellsInAnyOrderHaveAPlaceEach) {
+  const std::string two = "<dimension><label/><category/><category/></dimension>";
+  // Places that 64 bits count, and places that they do not.
+  for (const int dimensions : {2, 70}) {
+    std::string start = "<table>";
+    std::string first;
+    for (int i = 0; i < dimensions; ++i) start += two;
+    for (int i = 1; i < dimensions; ++i) first += "0 ";
+    const auto cells = [&](const std::string& lasts) {
+      std::string all = start;
+      for (const char last : lasts) all += "<cell at='" + first + last + "'/>";
+      return all + "</table>";
+    };
+    EXPECT_EQ(refusal(cells("01")), "");
+    EXPECT_EQ(refusal(cells("10")), "");
+    EXPECT_EQ(refusal(cells("101")), "table: two cells stand in one place") << dimensions;
+    EXPECT_EQ(refusal(cells("100")), "table: two cells stand in one place") << dimensions;
+  }
+}
+
+TEST(ContentXml, ATextIsWholeWhateverPartsIt) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"Profit<!-- n --> fell<![CDATA[ & rose]]> again", "Profit fell & rose again"},
+      {"a<!-- n --> <![CDATA[b]]>", "a b"},
+      {" <?x y?> ", "  "},
+      {"<![CDATA[ ]]>", " "},
+      {"<!---->", ""},
+      {"a\r\nb\rc\n<![CDATA[\r\n]]>&#13;\n", "a\nb\nc\n\n\r\n"},
+  };
+  for (const auto& [xml, text] : cases) {
+    EXPECT_EQ(std::get<LogContent>(read("<?xml version='1.0'?>\n<log>" + xml + "</log>")).text,
+              text)
+        << xml;
+  }
+  EXPECT_EQ(
+      std::get<LogContent>(read("<log encoding='base64'>\nQU\r\n<!-- n -->\tJ D </log>")).text,
+      "ABC");
+  // The blanks between elements are no texts, also where a comment stands among them.
+  const auto text = std::get<TextContent>(
+      read("<text>\n<!-- n -->\n<paragraph>\n<run>a</run> <run>b</run>\n</paragraph>\n</text>"));
+  ASSERT_EQ(text.paragraphs.size(), 1u);
+  EXPECT_EQ(text.paragraphs[0].runs.size(), 2u);
+  EXPECT_EQ(std::get<MediaContent>(read("<media type='a\r\nb&#10;'/>")).mediaType, "a b\n");
+}
+
+TEST(ContentXml, BlanksInPlaceOfElementsAreNothing) {
+  for (const char* xml :
+       {"<table> </table>", "<notes>\n</notes>", "<text>\n</text>",
+        "<text><paragraph> </paragraph></text>", "<table><title value='1'> </title></table>"}) {
+    EXPECT_EQ(refusal(xml), "") << xml;
+  }
 }
 
 TEST(ContentXml, ArgumentsWithinArgumentsHaveAnEnd) {

@@ -93,6 +93,24 @@ TEST(DocumentPage, PageTitleAtTheBeginningIsTheHeadingAndIsSaidOnce) {
               HasSubstr("<h1>Other</h1>\n<div class=\"object\" id=\"o1\">"));
 }
 
+TEST(DocumentPage, TextOfAPageTitleThatSaysMoreThanItsLabelIsKept) {
+  const auto titled = [](std::vector<std::string> texts) {
+    TextContent content;
+    for (std::string& text : texts) {
+      content.paragraphs.emplace_back().runs.push_back({std::move(text), {}, {}});
+    }
+    return pageOf({object(ObjectType::kPageTitle, "Short", std::move(content))});
+  };
+  EXPECT_THAT(titled({"Short"}), HasSubstr("<h1 id=\"o1\">Short</h1>\n</main>"));
+  const std::string page = titled({"A long full title text"});
+  EXPECT_THAT(page, HasSubstr("<title>Short</title>"));
+  EXPECT_THAT(page, HasSubstr("<h1>Short</h1>\n<div class=\"object\" id=\"o1\">"));
+  EXPECT_THAT(page, HasSubstr("A long full title text"));
+  EXPECT_THAT(titled({"Short", "and long"}), HasSubstr("and long"));
+  EXPECT_THAT(pageOf({object(ObjectType::kPageTitle, "Short", LogContent{"of another kind"})}),
+              HasSubstr("of another kind"));
+}
+
 TEST(DocumentPage, HeadingsNestAsSectionsAndTheNavigationLeadsToEach) {
   const std::string page =
       pageOf({heading("A", {heading("B", {}), object(ObjectType::kLog, "L", LogContent{"x"})}),

@@ -19,6 +19,7 @@
 #include "host/store/store_error.h"
 #include "platform/adapter/output_sink.h"
 #include "platform/adapter/progress_listener.h"
+#include "platform/files/path_context.h"
 #include "platform/text/encoding.h"
 #include "tests/support/scratch_directory.h"
 
@@ -129,6 +130,37 @@ TEST_F(DocumentRequestsTest, BackslashesSeparateFolders) {
   ASSERT_EQ(save({"", path}), "");
   EXPECT_TRUE(std::filesystem::exists(path_));
   EXPECT_EQ(open({"", path}), "");
+}
+
+TEST_F(DocumentRequestsTest, AHandleThatWasWrittenInAnotherCaseIsNamed) {
+  PathContext paths;
+  paths.workingDirectory = folder_.path();
+  paths.handles = {{"OUT", "/elsewhere"}};
+  const ScopedPathContext context(paths);
+  make("sales");
+  const std::string hint = " There is a file handle OUT; case matters in its name.";
+  const std::string path = folder_.file("out/a.qxv");
+  EXPECT_THAT(save({"", path}), testing::EndsWith(hint));
+  EXPECT_THAT(open({"", path}), testing::EndsWith(hint));
+  EXPECT_THAT(save({"", folder_.path() + "\\out\\a.qxv"}), testing::EndsWith(hint));
+  for (const char* other : {"OUT/a.qxv", "other/a.qxv", "x/out/a.qxv"}) {
+    EXPECT_THAT(save({"", folder_.file(other)}), testing::Not(testing::HasSubstr("handle")));
+  }
+  // What is there was found; something else is wrong with it.
+  std::filesystem::create_directory(folder_.file("out"));
+  FileRequestFields fields{"", path};
+  fields.password = "s3cret";
+  ASSERT_EQ(save(fields), "");
+  EXPECT_THAT(open({"", path}), testing::Not(testing::HasSubstr("handle")));
+}
+
+TEST_F(DocumentRequestsTest, ANameThatIsTooLongIsSaidToBe) {
+  make("sales");
+  const std::string name = std::string(252, 'n') + ".qxv";
+  const std::string path = folder_.file(name);
+  EXPECT_EQ(save({"", path}),
+            "The output document " + path + " was not saved. The file's name is too long.");
+  EXPECT_EQ(save({"", folder_.file(name.substr(1))}), "");
 }
 
 TEST_F(DocumentRequestsTest, PathsAreInTheCurrentEncoding) {
@@ -392,8 +424,15 @@ TEST_F(DocumentRequestsTest, AnEncryptedDocumentThatIsSavedWithoutAPasswordIsWar
   FileRequestFields fields{"sales", path_};
   fields.password = "s3cret";
   ASSERT_EQ(save(fields), "");
-  ASSERT_EQ(save({"sales", folder_.file("plain.qxv")}), "");
-  EXPECT_THAT(messages.texts, testing::IsEmpty()) << "it came from no file";
+  EXPECT_THAT(messages.texts, testing::IsEmpty());
+  const auto lost = [](const std::string& path) {
+    return "2: The output document was encrypted when it was opened or saved before; " + path +
+           " is not. /PASSPROTECT encrypts it.";
+  };
+  const std::string copy = folder_.file("plain.qxv");
+  ASSERT_EQ(save({"sales", copy}), "");
+  EXPECT_THAT(messages.texts, testing::ElementsAre(lost(copy))) << "it was saved encrypted";
+  messages.texts.clear();
   ASSERT_EQ(open({"plain", folder_.file("plain.qxv")}), "");
   ASSERT_EQ(save({"plain", folder_.file("plain.qxv")}), "");
   EXPECT_THAT(messages.texts, testing::IsEmpty());
@@ -402,9 +441,16 @@ TEST_F(DocumentRequestsTest, AnEncryptedDocumentThatIsSavedWithoutAPasswordIsWar
   ASSERT_EQ(save(fields), "");
   EXPECT_THAT(messages.texts, testing::IsEmpty());
   ASSERT_EQ(save({"again", path_}), "");
-  EXPECT_THAT(messages.texts,
-              testing::ElementsAre("2: The output document was encrypted when it was opened; " +
-                                   path_ + " is not. /PASSPROTECT encrypts it."));
+  EXPECT_THAT(messages.texts, testing::ElementsAre(lost(path_)));
+}
+
+TEST_F(DocumentRequestsTest, AnEncryptedFormThatIsAskedForWithoutAPasswordIsRefused) {
+  make("sales");
+  FileRequestFields fields{"sales", path_};
+  fields.encryptPassword = OutputDocumentEncryptPW::kYes;
+  EXPECT_EQ(save(fields),
+            "The output document " + path_ + " was not saved. ENCRYPTEDPW needs PASSWORD.");
+  EXPECT_FALSE(std::filesystem::exists(path_));
 }
 
 TEST_F(DocumentRequestsTest, OpeningAndSavingTellHowFarTheyAre) {

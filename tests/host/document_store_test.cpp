@@ -17,6 +17,7 @@
 #include "host/store/container_writer.h"
 #include "host/store/store_error.h"
 #include "tests/support/generated_documents.h"
+#include "tests/support/png_picture.h"
 #include "tests/support/scratch_directory.h"
 
 namespace vornwout {
@@ -210,7 +211,7 @@ TEST_F(DocumentStoreTest, AnOpenDocumentReadsOnWhenItsFileIsReplaced) {
 TEST_F(DocumentStoreTest, ChartsAreMembersAsTheyAre) {
   Document document(1, "", false);
   document.append(mediaObject(ObjectType::kChart, "image/svg+xml", kSvg));
-  document.append(mediaObject(ObjectType::kChart, "image/png", "PNG"));
+  document.append(mediaObject(ObjectType::kChart, "image/png", pngPicture()));
   document.append(mediaObject(ObjectType::kModel, "application/xml", "<m/>"));
   saveDocument(document, path_, {});
   EXPECT_EQ(memberNames(path_),
@@ -224,7 +225,8 @@ TEST_F(DocumentStoreTest, AnEncryptedDocumentHasFewMembers) {
   for (int i = 0; i < 50; ++i) {
     document.append(mediaObject(ObjectType::kChart, "image/svg+xml", kSvg));
   }
-  document.append(mediaObject(ObjectType::kChart, "image/png", std::string(70'000, 'p')));
+  document.append(
+      mediaObject(ObjectType::kChart, "image/png", pngPicture(std::string(70'000, 'p'))));
   saveDocument(document, path_, {DocumentFileType::kQxv, "s3cret"});
   EXPECT_EQ(memberNames(path_).size(), 4u);
   EXPECT_TRUE(sameObject(openDocument(path_, {"s3cret"})->root(), document.root()));
@@ -468,7 +470,7 @@ TEST_F(DocumentStoreTest, AContentThatCouldNotBeReadIsNotSaved) {
     ADD_FAILURE();
   } catch (const StoreError& error) {
     EXPECT_EQ(error.kind(), Kind::kNotWritten);
-    EXPECT_STREQ(error.what(), "An object holds more than 1000000 runs, footnotes and the like.");
+    EXPECT_STREQ(error.what(), "An object holds more than 1,000,000 runs, footnotes and the like.");
   }
 }
 
@@ -520,6 +522,86 @@ TEST_F(DocumentStoreTest, ScriptsOfAChartAreGoneWhenItIsRead) {
     EXPECT_EQ(*back->root().children[1].content.as<MediaContent>()->bytes, svg) << "a model";
     EXPECT_THROW(back->root().children[2].content.get(), StoreError);
   }
+}
+
+TEST_F(DocumentStoreTest, AChartIsOneOfTheTwoKindsOrIsNotRead) {
+  const std::string svg = R"x(<svg xmlns="http://www.w3.org/2000/svg" onload="alert(4)"/>)x";
+  const std::string type = " cannot be shown. A chart is image/svg+xml or image/png.";
+  struct Case {
+    std::string mediaType;
+    std::string bytes;
+    std::string reason;
+  };
+  const Case cases[] = {
+      {"image/png", pngPicture(), ""},
+      {"IMAGE/SVG+XML", svg, type},
+      {"image/svg+xml; charset=utf-8", svg, type},
+      {"text/html", "<script>alert(1)</script>", type},
+      {"", svg, type},
+      {"image/png", "notpng", " cannot be shown. This is no PNG file."},
+  };
+  for (const char* password : {"", "s3cret"}) {
+    Document document(1, "", false);
+    for (const Case& c : cases) {
+      document.append(mediaObject(ObjectType::kChart, c.mediaType, c.bytes));
+    }
+    saveDocument(document, path_, {DocumentFileType::kQxv, password});
+    const auto back = openDocument(path_, {password});
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+      try {
+        EXPECT_EQ(*back->root().children[i].content.as<MediaContent>()->bytes, cases[i].bytes);
+        EXPECT_EQ(cases[i].reason, "") << cases[i].mediaType;
+      } catch (const StoreError& error) {
+        EXPECT_EQ(error.kind(), Kind::kDamaged);
+        ASSERT_NE(cases[i].reason, "") << error.what();
+        EXPECT_THAT(error.what(), testing::EndsWith(cases[i].reason));
+      }
+    }
+  }
+}
+
+TEST_F(DocumentStoreTest, ATextThatGrowsTooLargeIsNotSaved) {
+  CellText text;
+  text.kind = CellText::Kind::kComposite;
+  for (int i = 0; i < 100; ++i) text.text += "^1";
+  text.arguments.edit().emplace_back().text = std::string(200'000, 'x');
+  DocumentObject object;
+  object.type = ObjectType::kNotes;
+  object.content = ObjectContent(NotesContent{{{text, {}}}});
+  Document document(1, "", false);
+  document.append(std::move(object));
+  try {
+    saveDocument(document, path_, {});
+    ADD_FAILURE();
+  } catch (const StoreError& error) {
+    EXPECT_EQ(error.kind(), Kind::kNotWritten);
+    EXPECT_STREQ(error.what(),
+                 "An object holds texts that grow by more than 16 MiB when their arguments are "
+                 "filled in.");
+  }
+}
+
+TEST_F(DocumentStoreTest, BlanksInPlaceOfObjectsAreNothing) {
+  const std::string log =
+      "<object type='log' id='1' part='1' visible='0' width=' +12 '>\n</object>";
+  const auto back = openDocument(container(membersWith(log, "<log object=' 1 '>x</log>")));
+  ASSERT_EQ(back->root().children.size(), 1u);
+  const DocumentObject& object = back->root().children[0];
+  EXPECT_FALSE(object.visible);
+  EXPECT_EQ(object.size, (ObjectSize{12, 0, false}));
+  EXPECT_EQ(object.content.as<LogContent>()->text, "x");
+  EXPECT_TRUE(openDocument(container(membersWith("\n")))->root().children.empty());
+  EXPECT_THAT(openingFails(container(membersWith("text"))).what(),
+              testing::HasSubstr("outline: it holds a text where none may stand"));
+}
+
+TEST_F(DocumentStoreTest, ACommandIsCountedOnce) {
+  auto members = membersWith("");
+  const std::string run = "<run command='MEANS' count='1'/>";
+  std::string& manifest = members[1].second;
+  manifest.replace(manifest.find("<runs/>"), 7, "<runs>" + run + run + "</runs>");
+  EXPECT_THAT(openingFails(container(members)).what(),
+              testing::HasSubstr("run: its command stands twice"));
 }
 
 TEST_F(DocumentStoreTest, AFileThatAnotherHoldsIsNotReplaced) {
@@ -631,6 +713,47 @@ TEST_F(DocumentStoreTest, AnyDocumentIsValidByTheSchema) {
   const std::string command = "cd " + folder_.path() + " && xmllint --noout --schema " +
                               VORN_SOURCE_DIR + "/docs/document.xsd" + files + " >log 2>&1";
   EXPECT_EQ(std::system(command.c_str()), 0) << folder_.read("log").substr(0, 4000);
+}
+
+TEST_F(DocumentStoreTest, WhatTheSchemaAllowsOfNumbersIsRead) {
+  if (std::system("xmllint --version >/dev/null 2>&1") != 0) {
+    GTEST_SKIP() << "xmllint, of the package libxml2-utils, is not installed";
+  }
+  const std::string d =
+      "<dimension place='rows' index='+1' hide-label='1'><label/>"
+      "<category>a</category></dimension>";
+  const auto table = [&](const std::string& cell) {
+    return "<table object='1' flag=' 0 '><title/><subtype/>" + d + cell + "</table>";
+  };
+  const struct {
+    std::string contents;
+    bool isValid;
+  } cases[] = {
+      {table("<cell at=' 00 ' value=' +1.5 ' bold='1'/>"), true},
+      {table("<cell at='+0' value='1'/>"), false},
+      {table("<cell at='-0' value='1'/>"), false},
+      {table("<cell at='0' bold='yes'/>"), false},
+      {table("<cell at='0' value='one'/>"), false},
+      {"<text object='1'><paragraph kind='plain' level='+1'><run>a</run></paragraph></text>", true},
+      {"<text object='1'><paragraph level='2147483648'/></text>", false},
+      {"<text object='1'><paragraph level='-1'/></text>", false},
+      {"<media object='1' type-base64='QU\nJD'/>", true},
+      {"<log object='9007199254740993'/>", false},
+      {"<log object='1'>a<b/></log>", false},
+  };
+  for (const auto& c : cases) {
+    const auto members = membersWith("<object type='log' id='1' part='1'/>", c.contents);
+    folder_.write("1.xml", members[0].second);
+    const std::string command = "cd " + folder_.path() + " && xmllint --noout --schema " +
+                                VORN_SOURCE_DIR + "/docs/document.xsd 1.xml >log 2>&1";
+    EXPECT_EQ(std::system(command.c_str()) == 0, c.isValid) << c.contents << "\n"
+                                                            << folder_.read("log");
+    if (c.isValid) {
+      EXPECT_NO_THROW(readAll(*openDocument(container(members)))) << c.contents;
+    } else {
+      openingFails(container(members));
+    }
+  }
 }
 
 TEST(DocumentFileTypeTest, GoesByTheExtension) {

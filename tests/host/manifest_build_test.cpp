@@ -20,6 +20,7 @@ const std::string kSvg = "<svg xmlns=\"http://www.w3.org/2000/svg\"/>";
 MemoryFiles someFiles() {
   return MemoryFiles({{"a.csv", "region,year,amount\nNorth,2023,1\nSouth,2024,2\n"},
                       {"blank.csv", "k, v\na,1\n"},
+                      {"single.csv", "k  v\na  1\n"},
                       {"a.svg", kSvg},
                       {"bad.svg", "<svg>\n<g></svg>"},
                       {"a.md", "# Title\n\ntext"},
@@ -172,6 +173,11 @@ TEST(Manifest, WhatAFileDoesNotHaveIsSaidWhereTheManifestAsksForIt) {
       "m.json:2:25: blank.csv has no column \"v\". Did you mean \" v\"? Blanks belong to the "
       "name.");
   EXPECT_EQ(
+      errorOf("{\"objects\": [{\"type\": \"table\", \"csv\": \"single.csv\",\n\"rows\": [\"k\"], "
+              "\"value\": \"v\"}]}"),
+      "m.json:2:10: single.csv has no column \"k\". Its only column is \"k  v\"; maybe the "
+      "separator is another than was taken for it.");
+  EXPECT_EQ(
       errorOf(head + "\"rows\": [{\"columns\": [\"year\", \"x\"]}], \"value\": \"amount\"}]}"),
       "m.json:2:31: a.csv has no column \"x\".");
   EXPECT_EQ(
@@ -203,11 +209,30 @@ TEST(Manifest, WhatIsNoSoundJsonIsRefused) {
             "m.json:1:17: The manifest is no JSON that is read: member \"objects\" stands twice.");
   EXPECT_EQ(errorOf("").substr(0, 11), "m.json:1:1:");
   EXPECT_EQ(errorOf("\xEF\xBB\xBF{\"objects\": []}"), "none");
-  std::string deep = "{\"objects\": [";
-  for (int i = 0; i < 40; ++i) deep += "{\"type\": \"heading\", \"objects\": [";
-  EXPECT_NE(errorOf(deep).find("nested deeper than 64 levels"), std::string::npos);
+  EXPECT_NE(errorOf(std::string(300, '[')).find("nested deeper than 256 levels"),
+            std::string::npos);
   EXPECT_EQ(errorOf(std::string(kMaxManifestBytes + 1, ' ')),
             "m.json:0:0: The manifest is larger than 64 MiB.");
+}
+
+TEST(Manifest, HeadingsNestOnlySoDeep) {
+  // The table has lists and objects of its own below the deepest heading.
+  const auto nested = [](int headings) {
+    std::string open = "{\"objects\": [";
+    std::string close = "]}";
+    for (int i = 0; i < headings; ++i) {
+      open += "{\"type\": \"heading\", \"objects\": [{\"type\": \"heading\", \"objects\": []}, ";
+      close += "]}";
+    }
+    return open +
+           "{\"type\": \"table\", \"csv\": \"a.csv\", \"value\": \"amount\", \"rows\": "
+           "[{\"columns\": [\"region\"], \"formats\": {\"North\": \"F8.1\"}}]}" +
+           close;
+  };
+  EXPECT_EQ(errorOf(nested(29)), "none");
+  const std::string error = "Headings are nested deeper than 30 levels.";
+  EXPECT_NE(errorOf(nested(30)).find(error), std::string::npos);
+  EXPECT_NE(errorOf(nested(60)).find(error), std::string::npos);
 }
 
 /// Whether the published schema takes a manifest.

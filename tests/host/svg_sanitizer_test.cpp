@@ -152,7 +152,7 @@ TEST(SvgSanitizer, WhatIsNoChartIsRefused) {
       {chart("<text>]]></text>"), "\"]]>\" stands in a text"},
       {chart("<text>\x01</text>"), "a character that XML does not allow"},
       {chart("<text>\xEF\xBF\xBF</text>"), "a character that XML does not allow"},
-      {chart("<text>\xE4</text>"), "a byte that is no character"},
+      {chart("<text>\xE4</text>"), "a byte that is no character in UTF-8."},
       {"<?xml version=\"1.0\" encoding=\"none\"?><svg/>", "an encoding that is not known"},
   };
   for (const Case& c : cases) {

@@ -234,7 +234,7 @@ TEST(TableBuilder, WhatDoesNotFitIsRefusedAtItsPlace) {
       {"region,year,amount\na,1,x\n", "2:5: \"x\" is no number."},
       {"region,year,amount\na,1, \n", "2:5: The value is made of blanks only."},
       {"region,year,amount\na,1,inf\n", "2:5: \"inf\" is no number."},
-      {"region,year,amount\na,1,1e999\n", "2:5: \"1e999\" is no number."},
+      {"region,year,amount\na,1,1e999\n", "2:5: The number \"1e999\" is too large."},
       {"region,year,amount\na,1,5\nb,1,6\n\na,1,7\n",
        "5:5: The cell a, 1 stands twice, first in line 2, column 5."},
       {"region,year,year,amount\n", "1:13: There are two columns \"year\"."},

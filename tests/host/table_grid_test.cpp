@@ -364,6 +364,60 @@ TEST(TableGrid, HundredThousandRowsAreLaidOutInLinearTime) {
   EXPECT_LT(secondsFor(100'000), 10.0);
 }
 
+TEST(TableGrid, FootnotesAreCollectedInLinearTime) {
+  PivotTable table = twoByTwo();
+  for (int i = 0; i < 400'000; ++i) table.footnotes.push_back(textCell(std::to_string(i)));
+  table.cells[0].notes = table.footnotes;
+  const auto start = std::chrono::steady_clock::now();
+  const TableGrid grid = onlyGrid(table);
+  const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+  EXPECT_EQ(grid.titleNotes.size(), 400'000U);
+  EXPECT_EQ(grid.at(2, 1)->notes, grid.titleNotes);
+  // A look at every note before would take four times as long; the bound leaves room for slow
+  // builds.
+  EXPECT_LT(elapsed.count(), 5.0);
+}
+
+PivotTable nearlyEmpty(int rows, int columns, int layers) {
+  PivotTable table;
+  table.dimensions = {
+      makeDimension("R", PivotPlace::kRows, 1, std::vector<std::string>(rows)),
+      makeDimension("C", PivotPlace::kColumns, 1, std::vector<std::string>(columns)),
+      makeDimension("L", PivotPlace::kLayers, 1, std::vector<std::string>(layers))};
+  for (int layer = 0; layer < layers; ++layer) addCell(table, {0, 0, layer}, numberCell(1));
+  return table;
+}
+
+TEST(TableGrid, TableThatIsNearlyEmptyMayNotHaveTooManyPlaces) {
+  const auto refusal = [](const PivotTable& table, std::uint64_t limit) -> std::string {
+    LayoutOptions options;
+    options.emptyLimit = limit;
+    try {
+      layoutTable(table, options);
+      return {};
+    } catch (const std::length_error& error) {
+      return error.what();
+    }
+  };
+  const std::string help = "; vornwout show --json gives its values";
+  EXPECT_EQ(refusal(nearlyEmpty(100, 200, 1), 20'000), "");
+  EXPECT_EQ(refusal(nearlyEmpty(100, 201, 1), 20'000),
+            "it is too large and nearly empty, with 100 rows and 201 columns" + help);
+  EXPECT_EQ(refusal(nearlyEmpty(100'000, 100'000, 1), LayoutOptions().emptyLimit),
+            "it is too large and nearly empty, with 100000 rows and 100000 columns" + help);
+  // All layers count together.
+  EXPECT_EQ(refusal(nearlyEmpty(100, 100, 2), 20'000), "");
+  EXPECT_EQ(refusal(nearlyEmpty(100, 100, 3), 20'000),
+            "it is too large and nearly empty, with 100 rows and 100 columns in 3 layers" + help);
+  // What the table holds itself, labels or cells, may be shown however much it is.
+  EXPECT_EQ(refusal(nearlyEmpty(20'001, 1, 1), 20'000), "");
+  PivotTable filled = nearlyEmpty(100, 201, 1);
+  for (int i = 0; i < 13; ++i) {
+    for (int row = 0; row < 100; ++row) addCell(filled, {row, i, 0}, numberCell(1));
+  }
+  EXPECT_EQ(refusal(filled, 20'000), "");
+}
+
 TEST(TableGrid, NotesOfTheTableComeBeforeThoseOfItsCellsAndTheCaptionGoesAlong) {
   PivotTable table = twoByTwo();
   table.caption = textCell("below");

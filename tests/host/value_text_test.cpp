@@ -38,6 +38,17 @@ TEST(ValueText, NumbersAreRead) {
   }
 }
 
+TEST(ValueText, NumbersThatAreTooLargeAreToldFromWhatIsNone) {
+  for (const char* text : {"1e999", "-1e999", "+2e308", " 1e99999999999999999999 ", ".001e400"}) {
+    EXPECT_TRUE(isTooLargeNumber(text)) << text;
+  }
+  for (const char* text : {"", "x", "inf", "-inf", "nan", "1e", "1.5", "1e-999", "1e999x"}) {
+    EXPECT_FALSE(isTooLargeNumber(text)) << text;
+  }
+  EXPECT_TRUE(isTooLargeNumber("1.234,5e999", {',', '.'}));
+  EXPECT_FALSE(isTooLargeNumber("12.34,5e999", {',', '.'}));
+}
+
 TEST(ValueText, OtherMarksAreRead) {
   const NumberMarks german{',', '.'};
   EXPECT_EQ(readNumber("1.234.567,5", german), 1234567.5);

@@ -81,6 +81,8 @@ TEST(XmlCheck, WhatAParserPassesOverIsRefused) {
 TEST(XmlCheck, ElementsAndAttributesAreCounted) {
   EXPECT_EQ(refusal("<a b='=' c='='>= = =<d/></a>", 4), "");
   EXPECT_EQ(refusal("<a b='=' c='='>= = =<d/></a>", 3), "it has too many elements");
+  EXPECT_EQ(refusal("<a><!----><![CDATA[]]><?b?></a>", 4), "");
+  EXPECT_EQ(refusal("<a><!----><![CDATA[]]><?b?></a>", 3), "it has too many elements");
   std::string many = "<a";
   for (int i = 0; i < 65; ++i) many += " a" + std::to_string(i) + "='x'";
   EXPECT_EQ(refusal(many + "/>"), "near line 1: it is no well-formed XML");

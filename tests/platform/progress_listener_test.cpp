@@ -39,5 +39,32 @@ TEST(ProgressListener, InnermostListenerHearsAndTheOneBeforeIsBackBehindIt) {
   EXPECT_THAT(inner.heard, testing::ElementsAre("b 0/0"));
 }
 
+TEST(ProgressListener, PartsOfAStepAreToldAsPartsOfItsWork) {
+  Recorder recorder;
+  const ProgressRegistration registration(recorder);
+  reportWithinStep(1, 2);
+  { const ProgressStep alone(1, 2); }
+  EXPECT_THAT(recorder.heard, testing::IsEmpty()) << "there is no step";
+  {
+    const ProgressStep step("a", 2, 4);
+    reportWithinStep(1, 2);
+    {
+      const ProgressStep second(1, 2);
+      reportWithinStep(1, 4);
+      const ProgressStep last(3, 4);
+      reportWithinStep(1, 2);
+    }
+    reportWithinStep(3, 4);
+    reportWithinStep(1, 0);
+  }
+  reportWithinStep(1, 2);
+  EXPECT_THAT(recorder.heard, testing::ElementsAre("a 2500/4000", "a 2625/4000", "a 2937/4000",
+                                                   "a 2750/4000", "a 2000/4000"));
+  recorder.heard.clear();
+  const ProgressStep end("b", 0, 1);
+  reportWithinStep(9, 9);
+  EXPECT_THAT(recorder.heard, testing::ElementsAre("b 999/1000")) << "the work tells its end";
+}
+
 }  // namespace
 }  // namespace vornwout

@@ -141,7 +141,11 @@ TEST(BuildDocument, WrongUsageIsRefusedWithTheReason) {
       {{"--table", csv, "--rows", "k", "--value", "v", "--statistic", "x", "-o", "a.qxv"},
        "x is no statistic"},
       {{"--table", csv, "--rows", "k", "--value", "v", "--separator", "x", "-o", "a.qxv"},
-       "--separator cannot be \"x\"."},
+       "--separator cannot be \"x\". It is one of , ; | or the word tab."},
+      {{"--table", csv, "--rows", "k", "--value", "v", "--decimal", "x", "-o", "a.qxv"},
+       "--decimal cannot be \"x\".\n"},
+      {{"--table", csv, "--rows", "k", "--value", "v", "--encoding", "", "-o", "a.qxv"},
+       "--encoding needs the name of an encoding."},
       {{"--table", csv, "--rows", "k", "--value", "v", "--encoding", "x", "-o", "a.qxv"},
        "There is no encoding x."},
       {{"--table", csv, "--rows", "q", "--value", "v", "-o", "a.qxv"}, "--rows: "},
@@ -165,7 +169,7 @@ TEST(BuildDocument, FileThatAnotherProcessHoldsIsNotReplaced) {
   ASSERT_TRUE(lock);
   const ProgramResult result = build({"--text", text, "-o", out});
   EXPECT_EQ(result.status, 2);
-  EXPECT_THAT(result.err, HasSubstr("Another process has locked it."));
+  EXPECT_THAT(result.err, HasSubstr("The file " + out + " is locked by another process."));
   EXPECT_EQ(scratch.read("a.qxv"), "held");
 }
 

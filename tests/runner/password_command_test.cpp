@@ -31,11 +31,21 @@ TEST_F(PasswordCommandTest, PrintsTwoDigitsForEachByte) {
 
 TEST_F(PasswordCommandTest, MakesTheKeyOnFirstUseAndSaysSo) {
   const std::string key = config_.file("vornwout/password-key");
-  EXPECT_EQ(run("a\n").err, "Made the key " + key + ".\n");
+  EXPECT_EQ(run("s3cret\n").err, "Made the key " + key + ".\n");
   struct stat status {};
   ASSERT_EQ(stat(key.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777U, 0600U);
-  EXPECT_EQ(run("a\n").err, "");
+  EXPECT_EQ(run("s3cret\n").err, "");
+}
+
+TEST_F(PasswordCommandTest, WarnsOfAShortPassword) {
+  run("s3cret\n");
+  const ProgramResult result = run("s3cre\n");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_THAT(result.out, testing::MatchesRegex("[0-9A-F]{10}\n"));
+  EXPECT_EQ(result.err,
+            "Warning: the password has fewer than 6 bytes. Under another key, its form may be "
+            "taken for another password instead of being refused.\n");
 }
 
 TEST_F(PasswordCommandTest, TheFormStandsForThePassword) {
@@ -93,6 +103,7 @@ TEST(PasswordCommand, HelpSaysWhatItProtectsAgainst) {
   EXPECT_THAT(result.out,
               testing::HasSubstr("It protects the password from whoever reads the job"));
   EXPECT_THAT(result.out, testing::HasSubstr("It does not protect it from"));
+  EXPECT_THAT(result.out, testing::HasSubstr("With fewer than 6 bytes, a form made with another"));
 }
 
 }  // namespace

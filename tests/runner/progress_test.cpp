@@ -1,6 +1,8 @@
 #include "runner/terminal/progress.h"
 
 #include <chrono>
+#include <csignal>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -10,6 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "platform/text/display_width.h"
 #include "tests/support/terminal_run.h"
@@ -115,15 +118,33 @@ TEST(Progress, BarThatEndsTakesItselfAway) {
   EXPECT_EQ(text.find_first_not_of(' ', blanks + 1), text.size() - 1);
 }
 
-TEST_F(ProgressTest, NextStageIsDrawnAtOnceAndForecastsForItself) {
+TEST_F(ProgressTest, EachWorkHasItsOwnHalfSecondAndItsOwnTimes) {
   report("Reading", 0, 10);
   wait(seconds(10));
   report("Reading", 10, 10);
-  report("Writing", 0, 10);
+  for (int i = 0; i < 100; ++i) {
+    report("Saving", 0, 2);
+    wait(milliseconds(400));
+    report("Saving", 1, 2);
+    report("Saving", 2, 2);
+  }
+  EXPECT_EQ(out_.str(), "");
+  report("Saving", 0, 10);
   wait(seconds(1));
-  report("Writing", 5, 10);
-  EXPECT_THAT(line(), HasSubstr("Writing"));
-  EXPECT_THAT(line(), HasSubstr("0:11, 0:01 left"));
+  report("Saving", 5, 10);
+  EXPECT_THAT(line(), HasSubstr("0:01, 0:01 left"));
+}
+
+TEST_F(ProgressTest, WorkThatFailedIsNotGoneOnWith) {
+  report("Opening a", 0, 10);
+  wait(seconds(1));
+  report("Opening a", 5, 10);
+  report("Opening b", 0, 10);
+  EXPECT_EQ(line(), "");
+  wait(seconds(9));
+  report("Opening b", 0, 10);
+  report("Opening b", 5, 10);
+  EXPECT_EQ(line(), "");
 }
 
 TEST_F(ProgressTest, UnknownTotalShowsTheTimeOnly) {
@@ -144,12 +165,13 @@ TEST_F(ProgressTest, NoForecastIsMadeOfLittle) {
 }
 
 TEST_F(ProgressTest, ShorterLineLeavesNothingOfTheLongerOne) {
-  report("A long label", 0, 0);
-  wait(seconds(2));
-  report("A long label", 1, 0);
+  report("A", 0, 100);
+  wait(seconds(600));
+  report("A", 50, 100);
+  EXPECT_EQ(line(), "A  ██████████░░░░░░░░░░   50 %  10:00, 10:00 left");
   wait(seconds(1));
-  report("B", 1, 0);
-  EXPECT_EQ(line(), "B  0:03");
+  report("A", 99, 100);
+  EXPECT_EQ(line(), "A  ███████████████████░   99 %  10:01, 0:06 left");
 }
 
 TEST_F(ProgressTest, LabelIsSanitized) {
@@ -223,11 +245,12 @@ TEST(ProgressProgram, BuildShowsABarOnceItTakesLong) {
   writer.join();
   ASSERT_TRUE(result.has_value());
   EXPECT_EQ(result->status, 0);
-  EXPECT_THAT(result->out, HasSubstr("Saving report.qxv"));
+  EXPECT_THAT(result->out, HasSubstr("Building"));
+  EXPECT_THAT(result->out, Not(HasSubstr("Saving"))) << "that was quick";
   EXPECT_THAT(result->out, testing::EndsWith(" ")) << "the bar is gone at the end";
 }
 
-TEST(ProgressProgram, RunShowsABarOnceItTakesLong) {
+TEST(ProgressProgram, QuickSavesOfALongRunLeaveNoTrace) {
   const ScratchDirectory scratch;
   const std::string file = scratch.file("report.qxv");
   // The terminal stands still, and so does the job, with more to show than fits into it.
@@ -238,8 +261,48 @@ TEST(ProgressProgram, RunShowsABarOnceItTakesLong) {
   const auto result = runOnTerminal({"run", showing}, {}, 80, kLongEnough);
   ASSERT_TRUE(result.has_value());
   EXPECT_EQ(result->status, 0);
-  EXPECT_THAT(result->out, HasSubstr("Saving later.qxv"));
-  EXPECT_THAT(result->out, Not(HasSubstr("Saving report.qxv")));
+  EXPECT_THAT(result->out, Not(HasSubstr("Saving")));
+}
+
+/// Makes this process slow once there is something in `folder`, however fast the machine is: a
+/// helper stops it again and again.
+void slowDownOnceFilled(const std::string& folder) {
+  const pid_t slow = getpid();
+  if (fork() != 0) return;
+  // Whoever reads the terminal waits until nobody has it any more.
+  for (int i = 0; i < 3; ++i) close(i);
+  while (getppid() == slow) {
+    if (!std::filesystem::is_empty(folder)) {
+      kill(slow, SIGSTOP);
+      std::this_thread::sleep_for(milliseconds(50));
+      kill(slow, SIGCONT);
+    }
+    std::this_thread::sleep_for(milliseconds(1));
+  }
+  _exit(0);
+}
+
+TEST(ProgressProgram, RunShowsABarWithinOneLargeTable) {
+  const ScratchDirectory scratch;
+  std::string csv = "key,v\n";
+  for (int i = 0; i < 100'000; ++i) csv += std::to_string(i) + ',' + std::to_string(i * 7) + '\n';
+  const std::string file = scratch.file("large.qxv");
+  ASSERT_EQ(runProgram({"build", "--table", scratch.write("a.csv", csv), "--rows", "key", "--value",
+                        "v", "-o", file})
+                .status,
+            0);
+  std::filesystem::create_directory(scratch.file("out"));
+  const std::string job =
+      scratch.write("a.qxs", "OUTPUT OPEN FILE='" + file + "'.\nOUTPUT SAVE OUTFILE='" +
+                                 scratch.file("out/page.qxw") + "'.\n");
+  ProgramSetup setup;
+  setup.prepare = [&] { slowDownOnceFilled(scratch.file("out")); };
+  const auto result = runOnTerminal({"run", job}, setup);
+  ASSERT_TRUE(result.has_value());
+  EXPECT_EQ(result->status, 0);
+  EXPECT_THAT(result->out, HasSubstr("Saving page.qxw"));
+  // The page is the third of five steps.
+  EXPECT_THAT(result->out, testing::ContainsRegex("(4[1-9]|5[0-9]) %"));
 }
 
 }  // namespace

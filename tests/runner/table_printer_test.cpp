@@ -269,6 +269,28 @@ TEST(TablePrinter, TooWideATableIsBrokenIntoPanelsThatRepeatTheLabels) {
             "└─────┴────────┘\n");
 }
 
+TEST(TablePrinter, OfManyPanelsThoseWithoutValuesAreLeftOut) {
+  const auto printed = [](int columns, std::vector<int> filled) {
+    std::vector<std::string> names;
+    for (int i = 0; i < columns; ++i) names.push_back("column " + std::to_string(i) + ".");
+    PivotTable table = matrix({"row"}, names);
+    for (const int column : filled) addCell(table, {0, column}, numberCell(column));
+    return printWithin(table, 24);  // one column to a panel
+  };
+  const std::string few = printed(10, {4});
+  for (const char* name : {"column 0.", "column 4.", "column 9."}) {
+    EXPECT_THAT(few, HasSubstr(name));
+  }
+  EXPECT_THAT(few, Not(HasSubstr("not shown")));
+  const std::string many = printed(30, {4, 29});
+  for (const char* name : {"column 0.", "column 4.", "column 29."}) {
+    EXPECT_THAT(many, HasSubstr(name));
+  }
+  EXPECT_THAT(many, Not(HasSubstr("column 5.")));
+  EXPECT_THAT(many, testing::EndsWith("(27 columns without\nvalues are not shown.)\n"));
+  EXPECT_THAT(printed(30, {}), HasSubstr("column 0."));
+}
+
 TEST(TablePrinter, AbsurdlyNarrowTerminalLosesNothing) {
   PivotTable table = matrix({"r"}, {"a", "b"});
   addCell(table, {0, 0}, textCell("xyz"));

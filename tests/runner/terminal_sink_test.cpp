@@ -77,6 +77,13 @@ TEST_F(TerminalSinkTest, HeadingComesAgainAfterANestedProcedure) {
   EXPECT_EQ(printed(), "Outer\n\n<1>\n\nInner\n\n<2>\n\nOuter\n\n<3>\n");
 }
 
+TEST_F(TerminalSinkTest, TableThatCannotBeLaidOutSaysSo) {
+  auto broken = std::make_shared<PivotTable>();
+  addCell(*broken, {1}, textCell("x"));
+  sink_.table(broken);
+  EXPECT_THAT(printed(), testing::StartsWith("This table cannot be\n"));
+}
+
 TEST_F(TerminalSinkTest, EachLayerIsShown) {
   auto table = std::make_shared<PivotTable>();
   table->titleHidden = true;

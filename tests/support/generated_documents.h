@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "host/document/document.h"
+#include "tests/support/png_picture.h"
 
 namespace vornwout {
 
@@ -55,7 +56,7 @@ class DocumentGenerator {
         return std::make_shared<const PivotTable>(table());
       case ObjectType::kChart:
         if (chance()) return MediaContent{"image/svg+xml", svg()};
-        return MediaContent{"image/png", media()};
+        return MediaContent{"image/png", std::make_shared<const std::string>(pngPicture(*media()))};
       case ObjectType::kModel:
         return MediaContent{"application/xml", media()};
       case ObjectType::kText:
@@ -185,6 +186,9 @@ class DocumentGenerator {
     for (const PivotDimension& dimension : table.dimensions) {
       if (dimension.leafCount == 0) return;
       cell.at.push_back(upTo(dimension.leafCount - 1));
+    }
+    for (const PivotCell& other : table.cells) {
+      if (other.at == cell.at) return;
     }
     cell.value = cellText();
     for (int i = upTo(8) == 0 ? 2 : 0; i > 0; --i) cell.notes.push_back(cellText());

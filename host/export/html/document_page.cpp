@@ -20,6 +20,7 @@
 #include "host/export/html/html_writer.h"
 #include "host/layout/table_grid.h"
 #include "host/store/xml_writer.h"
+#include "platform/adapter/progress_listener.h"
 
 namespace vornwout {
 namespace {
@@ -31,6 +32,9 @@ constexpr const char* kPolicy =
 /// What a browser shows without running anything in it.
 constexpr std::array<std::string_view, 5> kImageTypes = {kSvgMediaType, kPngMediaType, "image/jpeg",
                                                          "image/gif", "image/webp"};
+
+/// A table is read, laid out and written, and all three take long for a large one.
+constexpr std::uint64_t kTableSteps = 3;
 
 std::string idOf(const OutlineEntry& entry) { return fmt::format("o{}", entry.number); }
 
@@ -69,12 +73,15 @@ class ContentWriter {
 void ContentWriter::operator()(const TableContent& table) const {
   std::vector<TableGrid> grids;
   try {
+    const ProgressStep step(1, kTableSteps);
     grids = layoutTable(*table);
   } catch (const std::logic_error& error) {
     html_.element("p", fmt::format("This table cannot be shown: {}.", error.what()), "aside");
     return;
   }
+  const ProgressStep writing(2, kTableSteps);
   for (std::size_t i = 0; i < grids.size(); ++i) {
+    const ProgressStep step(i, grids.size());
     if (const std::string layers = layerHeading(grids[i]); !layers.empty()) {
       html_.element(fmt::format("h{}", headingLevel_), layers, "layer");
       html_.newLine();
@@ -152,6 +159,19 @@ void ContentWriter::operator()(const MediaContent& media) const {
   html_.end("figure");
 }
 
+/// Whether a content is a text without anything but `label`, or is nothing.
+bool saysNoMoreThan(const ObjectContent& content, const std::string& label) {
+  if (std::holds_alternative<std::monostate>(content)) return true;
+  const auto* text = std::get_if<TextContent>(&content);
+  if (text == nullptr) return false;
+  std::string whole;
+  for (const TextParagraph& paragraph : text->paragraphs) {
+    if (!whole.empty()) whole += '\n';
+    for (const TextRun& run : paragraph.runs) whole += run.text;
+  }
+  return whole.empty() || whole == label;
+}
+
 /// Writes the page from its first line to its last.
 class PageWriter {
  public:
@@ -195,11 +215,11 @@ void PageWriter::chooseTitle(const Document& document) {
   title_ = options_.title.empty() ? document.name() : options_.title;
   const auto first = std::find_if(entries_.begin(), entries_.end(),
                                   [](const OutlineEntry& entry) { return entry.isShown; });
-  // A document that begins with a title says it once.
   if (options_.title.empty() && first != entries_.end() &&
       first->object->type == ObjectType::kPageTitle && !first->object->label.empty()) {
-    titleObject_ = first->object;
-    title_ = titleObject_->label;
+    title_ = first->object->label;
+    // A document that begins with a title says it once, unless the title's text says more.
+    if (saysNoMoreThan(*ContentView(first->object->content), title_)) titleObject_ = first->object;
   }
   if (title_.empty()) title_ = "Output";
 }
@@ -295,7 +315,10 @@ void PageWriter::write() {
   html_.text(title_);
   html_.end("h1");
   html_.newLine();
-  for (const OutlineEntry& entry : entries_) {
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    const OutlineEntry& entry = entries_[i];
+    if (i > 0) reportWithinStep(i, entries_.size());
+    const ProgressStep step(i, entries_.size());
     if (entry.isShown && entry.object != titleObject_) writeObject(entry);
   }
   closeSections(0);

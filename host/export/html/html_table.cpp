@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <vector>
 
 #include <fmt/format.h>
+
+#include "platform/adapter/progress_listener.h"
 
 namespace vornwout {
 namespace {
@@ -13,6 +16,7 @@ namespace {
 // More than this a browser does not count.
 constexpr int kMostColumnsSpanned = 1000;
 constexpr int kMostRowsSpanned = 65'534;
+constexpr int kRowsPerReport = 1000;
 
 std::size_t at(int index) { return static_cast<std::size_t>(index); }
 
@@ -87,7 +91,13 @@ void GridWriter::write() {
     if (from == to) return;
     html_.start(name);
     html_.newLine();
-    for (int row = from; row < to; ++row) writeRow(row);
+    for (int row = from; row < to; ++row) {
+      if (row % kRowsPerReport == kRowsPerReport - 1) {
+        reportWithinStep(static_cast<std::uint64_t>(row),
+                         static_cast<std::uint64_t>(grid_.rowCount));
+      }
+      writeRow(row);
+    }
     html_.end(name);
     html_.newLine();
   };
