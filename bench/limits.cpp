@@ -18,8 +18,9 @@ int report(const std::vector<LimitResult>& results, bool isSmoke) {
   for (const LimitResult& result : results) {
     const bool holds = result.holds();
     if (!holds) ++broken;
-    fmt::print("{:<6} {:<58} {:>9.3f} {} {:<8.3g} {}\n", holds ? "ok" : "BROKEN", result.name,
-               result.measured, result.isMinimum ? ">=" : "<=", result.limit, result.detail);
+    fmt::print("{:<6} {:<58} {:>9.3f} {} {:<8.3g} {}\n",
+               result.isPromised ? (holds ? "ok" : "BROKEN") : "info", result.name, result.measured,
+               result.isMinimum ? ">=" : "<=", result.limit, result.detail);
   }
   if (isSmoke) {
     fmt::print("Measured once, to see that it runs; one time says nothing about a limit.\n");

@@ -16,16 +16,26 @@ namespace {
 /// More than any element of the format has; it keeps the search for one that stands twice short.
 constexpr std::size_t kMostAttributes = 64;
 
-constexpr bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+/// What a byte may be, looked up for every byte of every document.
+enum ByteClass : std::uint8_t { kBlank = 1, kNameStart = 2, kNamePart = 4 };
 
-constexpr bool isNameStart(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' ||
-         static_cast<unsigned char>(c) >= 0x80;
+constexpr std::array<std::uint8_t, 256> makeClasses() {
+  std::array<std::uint8_t, 256> classes{};
+  for (std::size_t c = 0; c < 256; ++c) {
+    const bool isLetter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    if (isLetter || c == '_' || c == ':' || c >= 0x80) classes[c] = kNameStart | kNamePart;
+    if ((c >= '0' && c <= '9') || c == '-' || c == '.') classes[c] = kNamePart;
+  }
+  classes[' '] = classes['\t'] = classes['\n'] = classes['\r'] = kBlank;
+  return classes;
 }
 
-constexpr bool isNamePart(char c) {
-  return isNameStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.';
+constexpr std::array<std::uint8_t, 256> kClasses = makeClasses();
+
+constexpr bool is(char c, ByteClass wanted) {
+  return (kClasses[static_cast<unsigned char>(c)] & wanted) != 0;
 }
+constexpr bool isBlank(char c) { return is(c, kBlank); }
 
 /// Bytes that a text cannot be passed over with: what has a meaning, what is forbidden, and the
 /// first byte of the two characters that are.
@@ -57,19 +67,21 @@ class XmlCheck {
     while (at_ < bytes_.size()) {
       if (bytes_[at_] != '<') {
         checkText();
-      } else if (startsWith("<!--")) {
-        checkComment();
-      } else if (startsWith("<![CDATA[")) {
-        if (depth_ == 0) refuse("a text stands outside of its root element");
-        checkCdata();
-      } else if (startsWith("<!")) {
-        throw StoreError(StoreError::Kind::kDamaged, "it has a document type declaration");
-      } else if (startsWith("<?")) {
-        checkInstruction();
-      } else if (startsWith("</")) {
-        checkEndTag();
-      } else {
-        checkStartTag();
+        continue;
+      }
+      // Start tags are most of all that there is, and the only ones with a name here.
+      switch (at_ + 1 < bytes_.size() ? bytes_[at_ + 1] : '\0') {
+        case '!':
+          checkDeclaration();
+          break;
+        case '?':
+          checkInstruction();
+          break;
+        case '/':
+          checkEndTag();
+          break;
+        default:
+          checkStartTag();
       }
     }
     return isParted_;
@@ -108,6 +120,15 @@ class XmlCheck {
     }
   }
 
+  void checkDeclaration() {
+    if (startsWith("<!--")) return checkComment();
+    if (!startsWith("<![CDATA[")) {
+      throw StoreError(StoreError::Kind::kDamaged, "it has a document type declaration");
+    }
+    if (depth_ == 0) refuse("a text stands outside of its root element");
+    checkCdata();
+  }
+
   // These are counted as well: what they part becomes as many texts.
   void checkComment() {
     isParted_ = true;
@@ -139,8 +160,8 @@ class XmlCheck {
 
   std::string_view takeName() {
     const std::size_t start = at_;
-    if (at_ >= bytes_.size() || !isNameStart(bytes_[at_])) refuseShape();
-    while (at_ < bytes_.size() && isNamePart(bytes_[at_])) ++at_;
+    if (at_ >= bytes_.size() || !is(bytes_[at_], kNameStart)) refuseShape();
+    while (at_ < bytes_.size() && is(bytes_[at_], kNamePart)) ++at_;
     return bytes_.substr(start, at_ - start);
   }
 
