@@ -1,6 +1,7 @@
 #include "runner/document_json.h"
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
 #include <variant>
 
@@ -32,6 +33,27 @@ Json textsOf(const std::vector<CellText>& texts) {
   return list;
 }
 
+void addChoice(Json& object, const char* name, std::optional<bool> value) {
+  if (value) object[name] = *value;
+}
+
+/// What is set in the look, as members of `object`.
+void addLook(Json& object, const SharedLook& look) {
+  if (look.empty()) return;
+  addText(object, "textColor", look->textColor);
+  addText(object, "backgroundColor", look->backgroundColor);
+  addChoice(object, "bold", look->bold);
+  addChoice(object, "italic", look->italic);
+  addChoice(object, "underlined", look->underlined);
+  addText(object, "font", look->font);
+  if (look->size > 0) object["size"] = look->size;
+}
+
+/// The look as an object of its own, the member `name`.
+void addLookObject(Json& object, const char* name, const SharedLook& look) {
+  if (!look.empty()) addLook(object[name] = Json::object(), look);
+}
+
 Json dimensionJson(const PivotDimension& dimension) {
   Json json = {{"label", repairedUtf8(renderText(dimension.label))},
                {"place", kPlaceNames.at(static_cast<std::size_t>(dimension.place()))},
@@ -40,6 +62,7 @@ Json dimensionJson(const PivotDimension& dimension) {
     addFlag(json, "labelHidden", dimension.position->hideLabel);
     addFlag(json, "categoriesHidden", dimension.position->hideCategories);
   }
+  if (dimension.shownLeaf >= 0) json["shownLeaf"] = dimension.shownLeaf;
   Json& categories = json["categories"] = Json::array();
   for (const PivotCategory& category : dimension.categories) {
     Json entry = {{"label", repairedUtf8(renderText(category.label))}};
@@ -50,6 +73,8 @@ Json dimensionJson(const PivotDimension& dimension) {
       entry["leaf"] = category.leaf;
     }
     addText(entry, "statistic", std::string(statisticKindName(category.statistic)));
+    addLook(entry, category.look);
+    if (category.width > 0) entry["width"] = category.width;
     categories.push_back(std::move(entry));
   }
   return json;
@@ -68,9 +93,7 @@ Json cellJson(const PivotCell& cell) {
   }
   json["text"] = text;
   if (!cell.notes.empty()) json["notes"] = textsOf(cell.notes);
-  addText(json, "textColor", cell.textColor);
-  addText(json, "backgroundColor", cell.backgroundColor);
-  addFlag(json, "bold", cell.bold);
+  addLook(json, cell.look);
   return json;
 }
 
@@ -93,6 +116,10 @@ Json ContentJson::operator()(const TableContent& table) const {
   addFlag(json, "titleHidden", table->titleHidden);
   addText(json, "subtype", renderText(table->subtype));
   addText(json, "caption", renderText(table->caption));
+  addText(json, "summary", table->summary);
+  addLookObject(json, "titleLook", table->titleLook);
+  addLookObject(json, "captionLook", table->captionLook);
+  addLookObject(json, "footnoteLook", table->footnoteLook);
   if (!table->footnotes.empty()) json["footnotes"] = textsOf(table->footnotes);
   Json& dimensions = json["dimensions"] = Json::array();
   for (const PivotDimension& dimension : table->dimensions) {

@@ -5,6 +5,7 @@
 // UTF-8.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,6 +30,8 @@ enum class ObjectType {
   kOther,
   kUnknown,
 };
+
+inline constexpr std::size_t kObjectTypeCount = 12;
 
 /// How large an object is shown; a side that is 0 keeps its natural size.
 struct ObjectSize {

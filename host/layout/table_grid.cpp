@@ -98,6 +98,7 @@ PlacedCells Layouter::placeCells() const {
     if (cell.at.size() != table_.dimensions.size()) {
       throw std::invalid_argument("a cell of the table does not name one category per dimension");
     }
+    if (!layers_.shows(cell)) continue;
     cells.push_back({layers_.keyOf(cell), rows_.keyOf(cell), columns_.keyOf(cell), &cell});
   }
   const auto isBefore = [](const PlacedCell& left, const PlacedCell& right) {
@@ -119,7 +120,7 @@ std::vector<TableGrid> Layouter::run() {
   const PlacedCells cells = placeCells();
   std::vector<TableGrid> grids;
   if (cells.empty()) {
-    grids.push_back(makeGrid(0, nullptr, nullptr));
+    grids.push_back(makeGrid(layers_.firstShownKey(), nullptr, nullptr));
     return grids;
   }
   const PlacedCell* const end = cells.data() + cells.size();
@@ -169,6 +170,12 @@ GridCell makeLabel(CellRole role, int row, int column, const CellText& text) {
   return cell;
 }
 
+GridCell makeLabel(CellRole role, int row, int column, const AxisLabel& label) {
+  GridCell cell = makeLabel(role, row, column, *label.text);
+  if (label.category != nullptr) cell.look = label.category->look;
+  return cell;
+}
+
 /// Numbers the footnotes of a grid, equal texts with one mark.
 class FootnoteCollector {
  public:
@@ -208,7 +215,7 @@ GridCell makeData(const PivotCell& source, int row, int column, FootnoteCollecto
   cell.text = renderText(source.value);
   cell.isNumber = isNumber(source.value);
   if (cell.isNumber) cell.alignment = CellAlignment::kRight;
-  cell.style = {source.textColor, source.backgroundColor, source.bold};
+  cell.look = source.look;
   if (!source.notes.empty()) cell.notes = footnotes.numbersOf(source.notes);
   return cell;
 }
@@ -252,7 +259,7 @@ void Layouter::addHeader(TableGrid& grid, const std::vector<AxisLine>& lines,
     if (at(row) >= lines.size()) continue;
     for (const AxisLabel& label : lines[at(row)].labels) {
       GridCell cell =
-          makeLabel(CellRole::kColumnLabel, row, grid.headerColumns + label.start, *label.text);
+          makeLabel(CellRole::kColumnLabel, row, grid.headerColumns + label.start, label);
       cell.rowSpan = label.levels;
       cell.columnSpan = label.length;
       // A label over one column of numbers stands where the numbers stand.
@@ -296,6 +303,10 @@ TableGrid Layouter::makeGrid(std::uint64_t layer, const PlacedCell* first, const
   TableGrid grid;
   if (!table_.titleHidden) grid.title = renderText(table_.title);
   grid.layers = captions(layer);
+  grid.summary = table_.summary;
+  grid.titleLook = table_.titleLook;
+  grid.captionLook = table_.captionLook;
+  grid.footnoteLook = table_.footnoteLook;
   grid.minDataColumnWidth = table_.minDataColumnWidth;
   grid.maxDataColumnWidth = table_.maxDataColumnWidth;
   grid.headerColumns = static_cast<int>(rowLines.size());
@@ -306,6 +317,8 @@ TableGrid Layouter::makeGrid(std::uint64_t layer, const PlacedCell* first, const
   if (hasCornerLabel) grid.headerRows = std::max(1, grid.headerRows);
   grid.rowCount = grid.headerRows + static_cast<int>(rowKeys.size());
   grid.columnCount = grid.headerColumns + static_cast<int>(columnKeys.size());
+  grid.columnWidths.assign(at(grid.headerColumns), 0);
+  for (const std::uint64_t key : columnKeys) grid.columnWidths.push_back(columns_.widthOf(key));
   addHeader(grid, columnLines, rowLines, numericColumns(first, last, columnKeys));
 
   grid.caption = renderText(table_.caption);
@@ -319,8 +332,7 @@ TableGrid Layouter::makeGrid(std::uint64_t layer, const PlacedCell* first, const
       const std::vector<AxisLabel>& labels = rowLines[column].labels;
       std::size_t& next = nextLabel[column];
       if (next == labels.size() || at(labels[next].start) != i) continue;
-      GridCell cell =
-          makeLabel(CellRole::kRowLabel, row, static_cast<int>(column), *labels[next].text);
+      GridCell cell = makeLabel(CellRole::kRowLabel, row, static_cast<int>(column), labels[next]);
       cell.rowSpan = labels[next].length;
       cell.columnSpan = labels[next].levels;
       grid.cells.push_back(std::move(cell));
@@ -353,6 +365,11 @@ const GridCell* TableGrid::at(int row, int column) const {
       std::lower_bound(cellsOfRow.begin(), cellsOfRow.end(), column,
                        [](const GridCell& cell, int wanted) { return cell.column < wanted; });
   return found != cellsOfRow.end() && found->column == column ? found : nullptr;
+}
+
+int TableGrid::columnWidth(int column) const {
+  const auto index = static_cast<std::size_t>(column);
+  return index < columnWidths.size() ? columnWidths[index] : 0;
 }
 
 std::vector<TableGrid> layoutTable(const PivotTable& table, const LayoutOptions& options) {

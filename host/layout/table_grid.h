@@ -2,9 +2,10 @@
 //
 // layoutTable() nests the dimensions of rows and columns by their index, renders every text, spans
 // labels over what they stand for, marks the cells that have footnotes, and decides the alignment.
-// What a renderer has left to do is to measure and to draw. The grid is sparse: a place that no
-// cell covers is empty, so that the cost grows with the labels and the cells and not with their
-// product.
+// Looks are those that the table gives its texts; what is not set in one, such as whether labels
+// are bold, is the renderer's choice. What a renderer has left to do is to measure and to draw. The
+// grid is sparse: a place that no cell covers is empty, so that the cost grows with the labels and
+// the cells and not with their product.
 #pragma once
 
 #include <cstddef>
@@ -20,13 +21,6 @@ namespace vornwout {
 enum class CellRole { kCorner, kColumnLabel, kRowLabel, kData };
 enum class CellAlignment { kLeft, kRight };
 
-struct CellStyle {
-  std::string textColor;        ///< a colour name or "#rrggbb", empty for none
-  std::string backgroundColor;  ///< likewise
-  bool bold = false;
-  friend bool operator==(const CellStyle&, const CellStyle&) = default;
-};
-
 /// One cell. It covers `rowSpan` rows and `columnSpan` columns from its place on.
 struct GridCell {
   CellRole role = CellRole::kData;
@@ -37,7 +31,7 @@ struct GridCell {
   std::string text;  ///< UTF-8, without footnote marks
   CellAlignment alignment = CellAlignment::kLeft;
   bool isNumber = false;
-  CellStyle style;
+  SharedLook look;
   std::vector<int> notes;  ///< indexes into the grid's footnotes
 };
 
@@ -61,9 +55,12 @@ struct GridRow {
 };
 
 struct TableGrid {
-  std::string title;            ///< empty when hidden
+  std::string title;  ///< empty when hidden
+  SharedLook titleLook;
+  std::string summary;          ///< what the table is about, for who cannot see it
   std::vector<int> titleNotes;  ///< footnotes of the table as a whole, indexes into `footnotes`
   std::string caption;          ///< below the table; empty for none
+  SharedLook captionLook;
   std::vector<LayerCaption> layers;
   int rowCount = 0;
   int columnCount = 0;
@@ -72,6 +69,9 @@ struct TableGrid {
   std::vector<GridCell> cells;         ///< in reading order of their upper left places
   std::vector<std::size_t> rowStarts;  ///< index of each row's first cell, and the end
   std::vector<Footnote> footnotes;
+  SharedLook footnoteLook;  ///< of all footnotes
+  /// Points by column, 0 for what the column needs; those that are missing at the end need no more.
+  std::vector<int> columnWidths;
   std::optional<int> minDataColumnWidth;  ///< points
   std::optional<int> maxDataColumnWidth;  ///< points
 
@@ -79,6 +79,8 @@ struct TableGrid {
   GridRow row(int row) const;
   /// The cell whose upper left place this is, or null.
   const GridCell* at(int row, int column) const;
+  /// Points that were given to a column, 0 for none.
+  int columnWidth(int column) const;
 };
 
 struct LayoutOptions {
@@ -94,8 +96,9 @@ struct LayoutOptions {
 };
 
 /// Lays out a table: one grid for each combination of the layers' categories that has cells, in the
-/// order of the categories, and a grid without data for a table without cells. The label of a row
-/// dimension stands above its categories and is hidden with them.
+/// order of the categories, and a grid without data for a table without cells. Of a layer dimension
+/// with a shown leaf only that leaf counts. The label of a row dimension stands above its
+/// categories and is hidden with them.
 ///
 /// Throws std::invalid_argument when a cell or category refers to something that the table has not,
 /// and std::length_error when the dimensions of one place have 2^63 combinations or more, or the

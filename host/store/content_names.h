@@ -1,4 +1,5 @@
-// The words that stored contents use for what is an enumerator in memory, once for both ways.
+// What writing and reading stored contents must agree on: the words for what is an enumerator in
+// memory, and the bounds of numbers.
 #pragma once
 
 #include <algorithm>
@@ -19,6 +20,10 @@ inline constexpr std::array<std::string_view, 3> kSeverityNames = {"information"
 /// By TextParagraph::Kind.
 inline constexpr std::array<std::string_view, 6> kParagraphNames = {"plain",    "heading", "bullet",
                                                                     "numbered", "quote",   "code"};
+
+/// The largest size of a table's texts, and the widest width of its columns, in points.
+inline constexpr double kMaxLookSize = 1000;
+inline constexpr int kMaxColumnWidth = 2000;
 
 template <std::size_t Count>
 std::optional<int> indexOfName(const std::array<std::string_view, Count>& names,

@@ -12,6 +12,7 @@
 
 #include "host/store/content_limits.h"
 #include "host/store/content_names.h"
+#include "host/store/look_xml.h"
 #include "host/store/xml_reader.h"
 
 namespace vornwout {
@@ -41,9 +42,13 @@ bool is(pugi::xml_node node, const char (&name)[N]) {
 
 CellText readCellText(pugi::xml_node node, int depth = 0);
 
+void refuseSecond(pugi::xml_node node) {
+  if (node.previous_sibling(node.name())) refuseElement(node, "it stands twice");
+}
+
 /// Takes an element that may stand once.
 void readOnce(pugi::xml_node node, CellText& text) {
-  if (node.previous_sibling(node.name())) refuseElement(node, "it stands twice");
+  refuseSecond(node);
   text = readCellText(node);
 }
 
@@ -118,7 +123,7 @@ CellText readCellText(pugi::xml_node node, int depth) {
   return cell;
 }
 
-void readCategory(pugi::xml_node node, PivotDimension& dimension) {
+void readCategory(pugi::xml_node node, PivotDimension& dimension, LookReader& looks) {
   PivotCategory category;
   category.isGroup = is(node, "group");
   category.label = readCellText(node);
@@ -131,11 +136,13 @@ void readCategory(pugi::xml_node node, PivotDimension& dimension) {
   const auto statistic = findStatisticKind(node.attribute("statistic").value());
   if (!statistic) refuseElement(node, "its statistic is unknown");
   category.statistic = *statistic;
+  category.look = looks.read(node);
+  category.width = static_cast<int>(integerAttribute(node, "width", 0, 0, kMaxColumnWidth));
   if (!category.isGroup) category.leaf = dimension.leafCount++;
   dimension.categories.push_back(std::move(category));
 }
 
-PivotDimension readDimension(pugi::xml_node node) {
+PivotDimension readDimension(pugi::xml_node node, LookReader& looks) {
   PivotDimension dimension;
   dimension.sort = static_cast<int>(integerAttribute(node, "sort", 0));
   if (const pugi::xml_attribute place = node.attribute("place")) {
@@ -149,13 +156,16 @@ PivotDimension readDimension(pugi::xml_node node) {
   }
   for (const pugi::xml_node child : node.children()) {
     if (is(child, "category") || is(child, "group")) {
-      readCategory(child, dimension);
+      readCategory(child, dimension, looks);
     } else if (is(child, "label")) {
       readOnce(child, dimension.label);
     } else {
       refuseChild(child);
     }
   }
+  // Without leaves every number is out of bounds.
+  dimension.shownLeaf =
+      static_cast<int>(integerAttribute(node, "shown", -1, 0, dimension.leafCount - 1));
   return dimension;
 }
 
@@ -185,7 +195,7 @@ void readCoordinates(pugi::xml_node node, const char* text, const PivotTable& ta
 /// once, and mostly stand in order, which shows that no place has two.
 class CellReader {
  public:
-  explicit CellReader(PivotTable& table) : table_(table) {}
+  CellReader(PivotTable& table, LookReader& looks) : table_(table), looks_(looks) {}
 
   void read(pugi::xml_node node) {
     PivotCell& cell = table_.cells.emplace_back();
@@ -202,9 +212,10 @@ class CellReader {
       } else if (equals(name, "format")) {
         cell.value.format = format(node, attribute.value());
       } else if (!readCellAttribute(node, attribute, cell.value)) {
-        readLook(node, attribute, cell);
+        looks_.note(attribute);
       }
     }
+    cell.look = looks_.look(node);
     readCoordinates(node, coordinates, table_, cell);
     readBody(node, cell);
     compareWithPrevious(node);
@@ -272,17 +283,6 @@ class CellReader {
     return lastFormat_;
   }
 
-  static void readLook(pugi::xml_node node, pugi::xml_attribute attribute, PivotCell& cell) {
-    const std::string_view name = attribute.name();
-    if (name == "bold") {
-      cell.bold = parseFlag(node, attribute);
-    } else if (name.starts_with("color")) {
-      cell.textColor = textAttribute(node, "color");
-    } else if (name.starts_with("background")) {
-      cell.backgroundColor = textAttribute(node, "background");
-    }
-  }
-
   static void readBody(pugi::xml_node node, PivotCell& cell) {
     const pugi::xml_node first = node.first_child();
     if (!first) return;
@@ -304,6 +304,7 @@ class CellReader {
   }
 
   PivotTable& table_;
+  LookReader& looks_;
   const char* lastName_ = nullptr;  ///< lies in the part that is being read
   BpFormatSpec lastFormat_;
   bool inOrder_ = true;
@@ -323,7 +324,8 @@ TableContent readTable(pugi::xml_node node) {
   // Only for the memory that it saves, so a wrong number does no harm.
   table->cells.reserve(static_cast<std::size_t>(
       std::min<std::int64_t>(kMaxReservedCells, integerAttribute(node, "cells", 0, 0))));
-  CellReader cells(*table);
+  LookReader looks;
+  CellReader cells(*table, looks);
   for (const pugi::xml_node child : node.children()) {
     if (is(child, "cell")) {
       cells.read(child);
@@ -333,13 +335,22 @@ TableContent readTable(pugi::xml_node node) {
       if (table->dimensions.size() == kMaxDimensions) {
         refuseElement(node, "it holds more than 1,000 dimensions");
       }
-      table->dimensions.push_back(readDimension(child));
+      table->dimensions.push_back(readDimension(child, looks));
     } else if (is(child, "title")) {
       readOnce(child, table->title);
+      table->titleLook = looks.read(child);
     } else if (is(child, "subtype")) {
       readOnce(child, table->subtype);
     } else if (is(child, "caption")) {
       readOnce(child, table->caption);
+      table->captionLook = looks.read(child);
+    } else if (is(child, "summary")) {
+      refuseSecond(child);
+      table->summary = elementText(child);
+    } else if (is(child, "footnote-look")) {
+      refuseSecond(child);
+      for (const pugi::xml_node part : child.children()) refuseChild(part);
+      table->footnoteLook = looks.read(child);
     } else if (is(child, "footnote")) {
       table->footnotes.push_back(readCellText(child));
     } else {

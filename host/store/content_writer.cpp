@@ -1,9 +1,11 @@
 #include "host/store/content_writer.h"
 
+#include <algorithm>
 #include <span>
 #include <string>
 
 #include "host/store/content_names.h"
+#include "host/store/look_xml.h"
 #include "platform/adapter/progress_listener.h"
 
 namespace vornwout {
@@ -53,6 +55,15 @@ void writeCellText(XmlWriter& xml, const CellText& cell) {
   for (const CellText& item : cell.sublist) writeTextElement(xml, "item", item);
 }
 
+/// A text with a look of its own.
+void writeLookedElement(XmlWriter& xml, std::string_view name, const CellText& cell,
+                        const SharedLook& look) {
+  xml.start(name);
+  writeLook(xml, look);
+  writeCellText(xml, cell);
+  xml.end(name);
+}
+
 bool isEmptyString(const CellText& cell) {
   return cell.kind == CellText::Kind::kString && cell.text.empty() && !cell.translatable &&
          cell.format == BpFormatSpec{};
@@ -73,6 +84,9 @@ void writeDimension(XmlWriter& xml, const PivotDimension& dimension) {
     xml.flag("hide-label", position.hideLabel);
     xml.flag("hide-categories", position.hideCategories);
   }
+  if (dimension.shownLeaf >= 0 && dimension.shownLeaf < dimension.leafCount) {
+    xml.attribute("shown", std::int64_t{dimension.shownLeaf});
+  }
   xml.newLine();
   writeTextElement(xml, "label", dimension.label);
   for (const PivotCategory& category : dimension.categories) {
@@ -81,6 +95,10 @@ void writeDimension(XmlWriter& xml, const PivotDimension& dimension) {
     xml.start(name);
     if (category.parent >= 0) xml.attribute("parent", std::int64_t{category.parent});
     xml.optionalAttribute("statistic", statisticKindName(category.statistic));
+    if (category.width > 0) {
+      xml.attribute("width", std::int64_t{std::min(category.width, kMaxColumnWidth)});
+    }
+    writeLook(xml, category.look);
     writeCellText(xml, category.label);
     xml.end(name);
   }
@@ -98,9 +116,7 @@ class CellWriter {
   void write(const PivotCell& cell) {
     xml_.start("cell");
     xml_.attribute("at", std::span<const int>(cell.at));
-    xml_.optionalAttribute("color", cell.textColor.get());
-    xml_.optionalAttribute("background", cell.backgroundColor.get());
-    xml_.flag("bold", cell.bold);
+    writeLook(xml_, cell.look);
     // The usual cell has nothing but a value, which then needs no element of its own.
     if (!cell.notes.empty()) {
       writeTextElement(xml_, "content", cell.value);
@@ -144,9 +160,21 @@ void writeTable(XmlWriter& xml, std::uint64_t id, const PivotTable& table) {
   // So that a reader can take the memory at once.
   xml.attribute("cells", static_cast<std::int64_t>(table.cells.size()));
   xml.newLine();
-  writeTextElement(xml, "title", table.title);
+  writeLookedElement(xml, "title", table.title, table.titleLook);
   writeTextElement(xml, "subtype", table.subtype);
-  if (!isEmptyString(table.caption)) writeTextElement(xml, "caption", table.caption);
+  if (!isEmptyString(table.caption) || !table.captionLook.empty()) {
+    writeLookedElement(xml, "caption", table.caption, table.captionLook);
+  }
+  if (!table.summary.empty()) {
+    xml.start("summary");
+    xml.text(table.summary);
+    xml.end("summary");
+  }
+  if (!table.footnoteLook.empty()) {
+    xml.start("footnote-look");
+    writeLook(xml, table.footnoteLook);
+    xml.end("footnote-look");
+  }
   for (const CellText& note : table.footnotes) writeTextElement(xml, "footnote", note);
   xml.newLine();
   for (const PivotDimension& dimension : table.dimensions) writeDimension(xml, dimension);

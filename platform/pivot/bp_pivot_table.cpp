@@ -18,14 +18,20 @@ void BpCategory::CellNote(const BpAnnotation& note) {
 }
 
 void BpCategory::TextColor(const std::string& color) {
-  builder_->cell(dimension_, node_).textColor = currentToUtf8(color);
+  builder_->cell(dimension_, node_).look.edit([&](TextLook& look) {
+    look.textColor = currentToUtf8(color);
+  });
 }
 
 void BpCategory::BackgroundColor(const std::string& color) {
-  builder_->cell(dimension_, node_).backgroundColor = currentToUtf8(color);
+  builder_->cell(dimension_, node_).look.edit([&](TextLook& look) {
+    look.backgroundColor = currentToUtf8(color);
+  });
 }
 
-void BpCategory::Bold() { builder_->cell(dimension_, node_).bold = true; }
+void BpCategory::Bold() {
+  builder_->cell(dimension_, node_).look.edit([](TextLook& look) { look.bold = true; });
+}
 
 BpGroup BpGroup::Group(const BpCellText& label, bool /*showLabel*/, int /*sort*/) {
   return {*builder_, dimension_, builder_->group(dimension_, node_, label.data())};

@@ -13,6 +13,7 @@
 #include "platform/pivot/cell_coordinates.h"
 #include "platform/pivot/cell_text.h"
 #include "platform/pivot/statistic_kind.h"
+#include "platform/pivot/text_look.h"
 
 namespace vornwout {
 
@@ -35,6 +36,8 @@ struct PivotCategory {
   bool isGroup = false;
   int leaf = -1;                                   ///< number of the leaf, from 0; -1 for a group
   StatisticKind statistic = StatisticKind::kNone;  ///< of the values that stand below it
+  SharedLook look;                                 ///< of the label
+  int width = 0;  ///< points of the columns that stand below a leaf, 0 for what they need
   friend bool operator==(const PivotCategory&, const PivotCategory&) = default;
 };
 
@@ -44,6 +47,7 @@ struct PivotDimension {
   std::optional<PivotPosition> position;
   std::vector<PivotCategory> categories;  ///< groups and leaves in order of creation
   int leafCount = 0;
+  int shownLeaf = -1;  ///< of a dimension in the layers: the one leaf that is shown, -1 for all
 
   PivotPlace place() const;
   friend bool operator==(const PivotDimension&, const PivotDimension&) = default;
@@ -53,16 +57,18 @@ struct PivotCell {
   CellCoordinates at;  ///< one leaf number per dimension, in the order of the dimensions
   CellText value;
   Rare<std::vector<CellText>> notes;  ///< footnotes
-  Rare<std::string> textColor;        ///< a colour name or "#rrggbb", empty for none
-  Rare<std::string> backgroundColor;
-  bool bold = false;
+  SharedLook look;
   friend bool operator==(const PivotCell&, const PivotCell&) = default;
 };
 
 struct PivotTable {
   CellText title;
   CellText subtype;
-  CellText caption;                 ///< below the table; empty for none
+  CellText caption;     ///< below the table; empty for none
+  std::string summary;  ///< what the table is about, for who cannot see it
+  SharedLook titleLook;
+  SharedLook captionLook;
+  SharedLook footnoteLook;          ///< of all footnotes
   std::vector<CellText> footnotes;  ///< of the table as a whole, before those of its cells
   std::optional<bool> flag;         ///< third argument of BpHeading::PivotTable
   bool titleHidden = false;

@@ -136,9 +136,9 @@ Json cellJson(const PivotCell& cell, const std::vector<std::vector<Json>>& paths
   Json value = contentJson(cell.value);
   if (value != "") json["value"] = std::move(value);
   if (!cell.notes.empty()) json["notes"] = contentsJson(cell.notes);
-  if (!cell.textColor.empty()) json["text_color"] = cell.textColor;
-  if (!cell.backgroundColor.empty()) json["background_color"] = cell.backgroundColor;
-  if (cell.bold) json["bold"] = true;
+  if (!cell.look->textColor.empty()) json["text_color"] = cell.look->textColor;
+  if (!cell.look->backgroundColor.empty()) json["background_color"] = cell.look->backgroundColor;
+  if (cell.look->bold.value_or(false)) json["bold"] = true;
   return json;
 }
 

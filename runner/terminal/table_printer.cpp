@@ -27,6 +27,8 @@ constexpr int kNarrowestCover = 12;  // room in a panel for a label over columns
 constexpr std::size_t kMostEmptyPanels = 10;  // above, panels without values are left out
 constexpr std::string_view kBold = "1";
 constexpr std::string_view kDim = "2";
+constexpr std::string_view kItalic = "3";
+constexpr std::string_view kUnderlined = "4";
 
 std::size_t at(int index) { return static_cast<std::size_t>(index); }
 
@@ -77,6 +79,9 @@ class ColumnMeter {
 int columnsOf(int points) { return std::max(1, points / kPointsPerColumn); }
 
 int ColumnMeter::widestOf(std::size_t column) const {
+  if (const int points = grid_.columnWidth(static_cast<int>(column)); points > 0) {
+    return std::min(kWidestColumn, columnsOf(points));
+  }
   if (!isData(column) || !grid_.maxDataColumnWidth) return kWidestColumn;
   return std::min(kWidestColumn, columnsOf(*grid_.maxDataColumnWidth));
 }
@@ -93,7 +98,9 @@ void ColumnMeter::measureCell(const GridCell& cell) {
 void ColumnMeter::applyLimits(std::size_t column) {
   ColumnNeed& need = needs_[column];
   const int content = need.natural;
-  if (isData(column) && grid_.minDataColumnWidth) {
+  if (grid_.columnWidth(static_cast<int>(column)) > 0) {
+    need.natural = widestOf(column);
+  } else if (isData(column) && grid_.minDataColumnWidth) {
     need.natural = std::max(need.natural, columnsOf(*grid_.minDataColumnWidth));
   }
   // The larger limit comes last: where the two contradict each other, it holds.
@@ -190,15 +197,17 @@ class PanelPainter {
   std::vector<Slot> slots_;  ///< by the leftmost column of each; free where no rows are left
 };
 
-std::string styleCodes(const CellStyle& cell, ColorDepth depth) {
+std::string styleCodes(const TextLook& look, ColorDepth depth) {
   std::string codes;
   const auto add = [&](const std::string& code) {
     if (!codes.empty() && !code.empty()) codes += ';';
     codes += code;
   };
-  if (cell.bold) add(std::string(kBold));
-  const std::optional<Rgb> background = parseCellColor(cell.backgroundColor);
-  std::optional<Rgb> foreground = parseCellColor(cell.textColor);
+  if (look.bold.value_or(false)) add(std::string(kBold));
+  if (look.italic.value_or(false)) add(std::string(kItalic));
+  if (look.underlined.value_or(false)) add(std::string(kUnderlined));
+  const std::optional<Rgb> background = parseCellColor(look.backgroundColor);
+  std::optional<Rgb> foreground = parseCellColor(look.textColor);
   // The terminal's own text colour may be unreadable on a background that it does not know.
   if (background && !foreground) foreground = readableOn(*background);
   if (foreground) add(foregroundCode(*foreground, depth));
@@ -229,7 +238,7 @@ void PanelPainter::beginCell(const GridCell& cell) {
   slot.next = 0;
   slot.rowsLeft = cell.rowSpan;
   slot.alignment = cell.alignment;
-  slot.codes = style_.isStyled() ? styleCodes(cell.style, style_.depth) : std::string();
+  slot.codes = style_.isStyled() ? styleCodes(cell.look.get(), style_.depth) : std::string();
 }
 
 void PanelPainter::beginRow(int row) {
@@ -313,7 +322,10 @@ void printCaptions(std::ostream& out, const TableGrid& grid, const TerminalStyle
   // Without a title its notes have no place to be marked at; they stand below the table all the
   // same.
   if (!grid.title.empty()) {
-    printText(out, withMarks(grid.title, grid.titleNotes, grid), kBold, style);
+    TextLook look = grid.titleLook.get();
+    look.bold = look.bold.value_or(true);
+    printText(out, withMarks(grid.title, grid.titleNotes, grid), styleCodes(look, style.depth),
+              style);
   }
   for (const LayerCaption& layer : grid.layers) {
     const bool hasBoth = !layer.dimension.empty() && !layer.category.empty();
@@ -322,12 +334,14 @@ void printCaptions(std::ostream& out, const TableGrid& grid, const TerminalStyle
 }
 
 void printFootnotes(std::ostream& out, const TableGrid& grid, const TerminalStyle& style) {
+  std::string codes = styleCodes(grid.footnoteLook.get(), style.depth);
+  if (codes.empty()) codes = kDim;
   for (const Footnote& footnote : grid.footnotes) {
     std::string lead = "[" + footnote.mark + "] ";
     const int indent = displayWidth(lead);
     const int room = style.width > 0 ? std::max(1, style.width - indent) : 0;
     for (const std::string& line : shownLines(shownText(footnote.text), room)) {
-      out << withStyle(lead + line, kDim, style) << '\n';
+      out << withStyle(lead + line, codes, style) << '\n';
       lead = repeated(" ", indent);
     }
   }
@@ -421,7 +435,9 @@ void printTable(std::ostream& out, const TableGrid& grid, const TerminalStyle& s
   } else {
     printPanels(out, grid, style);
   }
-  if (!grid.caption.empty()) printText(out, grid.caption, {}, style);
+  if (!grid.caption.empty()) {
+    printText(out, grid.caption, styleCodes(grid.captionLook.get(), style.depth), style);
+  }
   printFootnotes(out, grid, style);
 }
 

@@ -228,8 +228,8 @@ std::string pageSaying(const std::string& text) {
     words.paragraphs.push_back(paragraph);
   }
   auto table = smallTable(text);
-  table->cells[0].textColor = text;
-  table->cells[0].backgroundColor = text;
+  table->cells[0].look.edit([&](TextLook& look) { look.textColor = text; });
+  table->cells[0].look.edit([&](TextLook& look) { look.backgroundColor = text; });
   auto untitled = std::make_shared<PivotTable>(*table);
   untitled->titleHidden = true;
   DocumentObject indexed = heading(

@@ -116,11 +116,11 @@ TEST(HtmlTable, LayersAreNamed) {
 
 TEST(HtmlTable, OnlyColoursThatAreSomeReachTheStyle) {
   PivotTable table = simpleTable();
-  table.cells[0].textColor = "red";
-  table.cells[0].bold = true;
-  table.cells[1].backgroundColor = "#102030";
-  table.cells[2].textColor = "#fff;background:url(//evil)";
-  table.cells[2].backgroundColor = "x\" onclick=\"y";
+  table.cells[0].look.edit([&](TextLook& look) { look.textColor = "red"; });
+  table.cells[0].look.edit([&](TextLook& look) { look.bold = true; });
+  table.cells[1].look.edit([&](TextLook& look) { look.backgroundColor = "#102030"; });
+  table.cells[2].look.edit([&](TextLook& look) { look.textColor = "#fff;background:url(//evil)"; });
+  table.cells[2].look.edit([&](TextLook& look) { look.backgroundColor = "x\" onclick=\"y"; });
   const std::string html = htmlOf(table);
   EXPECT_THAT(html, HasSubstr("<td class=\"n ink\" style=\"color:#ff0000;font-weight:bold;\""));
   EXPECT_THAT(html, HasSubstr("style=\"color:#ffffff;background:#102030;\""));

@@ -233,11 +233,11 @@ TEST(TableGrid, LastOfSeveralCellsAtOnePlaceCounts) {
 
 TEST(TableGrid, StyleOfACellIsKept) {
   PivotTable table = twoByTwo();
-  table.cells[0].textColor = "red";
-  table.cells[0].backgroundColor = "#00ff00";
-  table.cells[0].bold = true;
-  EXPECT_EQ(onlyGrid(table).at(2, 1)->style, (CellStyle{"red", "#00ff00", true}));
-  EXPECT_EQ(onlyGrid(table).at(2, 2)->style, CellStyle{});
+  table.cells[0].look.edit([&](TextLook& look) { look.textColor = "red"; });
+  table.cells[0].look.edit([&](TextLook& look) { look.backgroundColor = "#00ff00"; });
+  table.cells[0].look.edit([&](TextLook& look) { look.bold = true; });
+  EXPECT_EQ(onlyGrid(table).at(2, 1)->look, table.cells[0].look);
+  EXPECT_TRUE(onlyGrid(table).at(2, 2)->look.empty());
 }
 
 TEST(TableGrid, FootnotesAreMarkedInReadingOrderOncePerText) {

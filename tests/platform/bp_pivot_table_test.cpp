@@ -222,7 +222,7 @@ TEST(BpCategory, ReplacesTheValueOfACellSetTwiceAndKeepsItsStyle) {
     a.Cell(label("new"));
   });
   EXPECT_EQ(cells(*table), (Cells{"/a=new"}));
-  EXPECT_TRUE(table->cells[0].bold);
+  EXPECT_EQ(table->cells[0].look->bold, true);
 }
 
 TEST(BpCategory, StylesAndAnnotatesTheCell) {
@@ -239,15 +239,14 @@ TEST(BpCategory, StylesAndAnnotatesTheCell) {
   });
   ASSERT_EQ(table->cells.size(), 2U);
   const PivotCell& styled = table->cells[0];
-  EXPECT_EQ(styled.textColor, "red");
-  EXPECT_EQ(styled.backgroundColor, "#00ff00");
-  EXPECT_TRUE(styled.bold);
+  EXPECT_EQ(styled.look->textColor, "red");
+  EXPECT_EQ(styled.look->backgroundColor, "#00ff00");
+  EXPECT_EQ(styled.look->bold, true);
   ASSERT_EQ(styled.notes.size(), 2U);
   EXPECT_EQ(styled.notes[0].text, "first");
   EXPECT_EQ(styled.notes[1].text, "second");
   const PivotCell& plain = table->cells[1];
-  EXPECT_TRUE(plain.textColor.empty() && plain.backgroundColor.empty() && plain.notes.empty());
-  EXPECT_FALSE(plain.bold);
+  EXPECT_TRUE(plain.look.empty() && plain.notes.empty());
 }
 
 TEST(BpCategory, ConvertsColoursFromTheCurrentEncoding) {
@@ -257,8 +256,8 @@ TEST(BpCategory, ConvertsColoursFromTheCurrentEncoding) {
     a.TextColor("\xE4");
     a.BackgroundColor("\xF6");
   });
-  EXPECT_EQ(table->cells.at(0).textColor, "\xC3\xA4");
-  EXPECT_EQ(table->cells.at(0).backgroundColor, "\xC3\xB6");
+  EXPECT_EQ(table->cells.at(0).look->textColor, "\xC3\xA4");
+  EXPECT_EQ(table->cells.at(0).look->backgroundColor, "\xC3\xB6");
 }
 
 double secondsToBuild(int rows) {

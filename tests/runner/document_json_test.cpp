@@ -96,8 +96,8 @@ TEST(DocumentJson, TableHasDimensionsAndCellsWithValueAndText) {
   PivotCell& cell = addCell(*table, {0}, numberCell(1.25));
   cell.value.format.display = DisplayFormat{DisplayFormat::Kind::kF, 8, 1};
   cell.notes = {textCell("n")};
-  cell.bold = true;
-  cell.textColor = "red";
+  cell.look.edit([&](TextLook& look) { look.bold = true; });
+  cell.look.edit([&](TextLook& look) { look.textColor = "red"; });
   addCell(*table, {0}, textCell("word"));
   addCell(*table, {0}, numberCell(std::numeric_limits<double>::quiet_NaN()));
   const json value = contentOf(table);

@@ -304,17 +304,17 @@ TEST(TablePrinter, AbsurdlyNarrowTerminalLosesNothing) {
 
 TEST(TablePrinter, PlainOutputHasNoSequences) {
   PivotTable table = comment({"a"});
-  table.cells[0].bold = true;
-  table.cells[0].textColor = table.cells[0].backgroundColor = "red";
+  table.cells[0].look.edit([&](TextLook& look) { look.bold = true; });
+  table.cells[0].look.edit([&](TextLook& look) { look.textColor = look.backgroundColor = "red"; });
   EXPECT_THAT(print(table), Not(HasSubstr("\x1b")));
 }
 
 TEST(TablePrinter, BackgroundFillsTheCellsWholeWidthOnEveryLine) {
   PivotTable table = comment({"one two", "x"});
   table.maxDataColumnWidth = 24;
-  table.cells[0].textColor = "#102030";
-  table.cells[0].backgroundColor = "yellow";
-  table.cells[0].bold = true;
+  table.cells[0].look.edit([&](TextLook& look) { look.textColor = "#102030"; });
+  table.cells[0].look.edit([&](TextLook& look) { look.backgroundColor = "yellow"; });
+  table.cells[0].look.edit([&](TextLook& look) { look.bold = true; });
   const std::string codes = "\x1b[1;38;2;16;32;48;48;2;255;255;0m";
   const std::string printed = print(table, kTrueColor);
   EXPECT_THAT(printed, HasSubstr(codes + " one  \x1b[0m"));
@@ -324,8 +324,8 @@ TEST(TablePrinter, BackgroundFillsTheCellsWholeWidthOnEveryLine) {
 
 TEST(TablePrinter, BackgroundAloneGetsAReadableTextColour) {
   PivotTable table = comment({"x", "y"});
-  table.cells[0].backgroundColor = "yellow";
-  table.cells[1].backgroundColor = "blue";
+  table.cells[0].look.edit([&](TextLook& look) { look.backgroundColor = "yellow"; });
+  table.cells[1].look.edit([&](TextLook& look) { look.backgroundColor = "blue"; });
   const std::string printed = print(table, kTrueColor);
   EXPECT_THAT(printed, HasSubstr("\x1b[38;2;0;0;0;48;2;255;255;0m x \x1b[0m"));
   EXPECT_THAT(printed, HasSubstr("\x1b[38;2;255;255;255;48;2;0;0;255m y \x1b[0m"));
@@ -333,13 +333,14 @@ TEST(TablePrinter, BackgroundAloneGetsAReadableTextColour) {
 
 TEST(TablePrinter, ValueWithoutAColourColoursNothing) {
   PivotTable table = comment({"x"});
-  table.cells[0].textColor = table.cells[0].backgroundColor = "#12345z";
+  table.cells[0].look.edit(
+      [&](TextLook& look) { look.textColor = look.backgroundColor = "#12345z"; });
   EXPECT_THAT(print(table, kTrueColor), HasSubstr("\x1b[0m x \x1b[2m"));
 }
 
 TEST(TablePrinter, NearestPaletteColourWithoutTrueColour) {
   PivotTable table = comment({"x"});
-  table.cells[0].textColor = "red";
+  table.cells[0].look.edit([&](TextLook& look) { look.textColor = "red"; });
   EXPECT_THAT(print(table, TerminalStyle{ColorDepth::k256, 0}),
               HasSubstr("\x1b[38;5;196m x \x1b[0m"));
 }

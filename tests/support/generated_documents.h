@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <random>
 #include <string>
 #include <utility>
@@ -82,6 +83,10 @@ class DocumentGenerator {
     table.title = cellText();
     table.subtype = cellText();
     if (chance()) table.caption = cellText();
+    if (chance()) table.summary = text();
+    table.titleLook = look();
+    table.captionLook = look();
+    table.footnoteLook = look();
     for (int i = upTo(2); i > 0; --i) table.footnotes.push_back(cellText());
     if (chance()) table.flag = chance();
     table.titleHidden = chance();
@@ -173,12 +178,31 @@ class DocumentGenerator {
     for (int i = 1 + upTo(5); i > 0; --i) {
       const bool isGroup = upTo(3) == 0;
       const int here = static_cast<int>(dimension.categories.size());
-      dimension.categories.push_back({cellText(), chance() ? group : -1, isGroup,
-                                      isGroup ? -1 : dimension.leafCount++,
-                                      static_cast<StatisticKind>(upTo(7))});
+      dimension.categories.push_back(
+          {cellText(), chance() ? group : -1, isGroup, isGroup ? -1 : dimension.leafCount++,
+           static_cast<StatisticKind>(upTo(7)), look(), chance() ? upTo(2000) : 0});
       if (isGroup) group = here;
     }
+    if (chance() && dimension.leafCount > 0) dimension.shownLeaf = upTo(dimension.leafCount - 1);
     return dimension;
+  }
+
+  std::optional<bool> choice() {
+    const int value = upTo(2);
+    return value == 2 ? std::nullopt : std::optional(value == 1);
+  }
+
+  SharedLook look() {
+    TextLook look;
+    if (chance()) return look;
+    if (chance()) look.textColor = "#80ff00";
+    if (upTo(4) == 0) look.backgroundColor = text();
+    look.bold = choice();
+    look.italic = choice();
+    look.underlined = choice();
+    if (upTo(4) == 0) look.font = text();
+    if (chance()) look.size = (1 + upTo(1999)) / 2.0;
+    return look;
   }
 
   void addCell(PivotTable& table) {
@@ -192,9 +216,8 @@ class DocumentGenerator {
     }
     cell.value = cellText();
     for (int i = upTo(8) == 0 ? 2 : 0; i > 0; --i) cell.notes.push_back(cellText());
-    if (chance()) cell.textColor = "#80ff00";
-    if (upTo(4) == 0) cell.backgroundColor = text();
-    cell.bold = chance();
+    // Cells that follow each other often look alike.
+    cell.look = !table.cells.empty() && chance() ? table.cells.back().look : look();
     table.cells.push_back(std::move(cell));
   }
 

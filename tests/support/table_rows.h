@@ -17,9 +17,9 @@ inline std::vector<std::string> rowsOf(const PivotTable& table) {
     const int node = categoryPath(dimension, cell.at[0]).at(0);
     std::string row = renderText(dimension.categories[static_cast<std::size_t>(node)].label);
     row += ": " + renderText(cell.value);
-    if (!cell.textColor.empty() || !cell.backgroundColor.empty() || cell.bold) {
-      row += " [" + cell.textColor.get() + "|" + cell.backgroundColor.get() + "|" +
-             (cell.bold ? "bold]" : "]");
+    if (!cell.look.empty()) {
+      row += " [" + cell.look->textColor + "|" + cell.look->backgroundColor + "|" +
+             (cell.look->bold.value_or(false) ? "bold]" : "]");
     }
     for (const CellText& note : cell.notes) row += " (" + renderText(note) + ")";
     rows.push_back(row);

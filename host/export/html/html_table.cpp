@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <vector>
 
 #include <fmt/format.h>
 
+#include "host/export/html/html_look.h"
 #include "platform/adapter/progress_listener.h"
 
 namespace vornwout {
@@ -185,17 +185,12 @@ void GridWriter::writeStyle(const GridCell& cell) {
   const bool isGroup =
       cell.role == CellRole::kRowLabel && cell.column + cell.columnSpan < grid_.headerColumns;
   if (isGroup) addClass("group");
-  std::optional<Rgb> color = parseCellColor(cell.style.textColor);
-  const std::optional<Rgb> background = parseCellColor(cell.style.backgroundColor);
+  LookCss look;
+  if (!cell.look.empty()) look = lookCss(cell.look.get());
   // A colour was chosen for a light page; on a dark one its cell stays light.
-  if (color && !background) addClass("ink");
-  if (background && !color) color = readableOn(*background);
-  std::string style;
-  if (color) style += "color:" + htmlColor(*color) + ";";
-  if (background) style += "background:" + htmlColor(*background) + ";";
-  if (cell.style.bold) style += "font-weight:bold;";
+  if (look.needsLight) addClass("ink");
   html_.optionalAttribute("class", cssClass);
-  html_.optionalAttribute("style", style);
+  html_.optionalAttribute("style", look.style);
 }
 
 void GridWriter::writeCell(const GridCell& cell, int column, int columnSpan) {
@@ -216,8 +211,25 @@ void GridWriter::writeCell(const GridCell& cell, int column, int columnSpan) {
   for (int i = 0; i < columnSpan; ++i) coveredUntil_[at(column + i)] = cell.row + rowSpan;
 }
 
+/// The attributes of a look, into an element that takes "ink".
+void writeLookAttributes(HtmlWriter& html, const LookCss& look) {
+  if (look.needsLight) html.attribute("class", "ink");
+  html.optionalAttribute("style", look.style);
+}
+
+/// A text in an element that itself takes no look.
+void writeLooked(HtmlWriter& html, const std::string& text, const LookCss& look) {
+  if (!look.style.empty()) {
+    html.start("span");
+    writeLookAttributes(html, look);
+  }
+  html.text(text);
+  if (!look.style.empty()) html.end("span");
+}
+
 void writeFootnotes(HtmlWriter& html, const TableGrid& grid, const HtmlTableOptions& options) {
   if (grid.footnotes.empty()) return;
+  const LookCss look = lookCss(grid.footnoteLook.get());
   html.start("dl");
   html.attribute("class", "notes");
   html.newLine();
@@ -225,7 +237,9 @@ void writeFootnotes(HtmlWriter& html, const TableGrid& grid, const HtmlTableOpti
     html.start("div");
     html.attribute("id", options.idPrefix + "n" + footnote.mark);
     html.element("dt", footnote.mark);
-    html.element("dd", footnote.text);
+    html.start("dd");
+    writeLooked(html, footnote.text, look);
+    html.end("dd");
     html.end("div");
     html.newLine();
   }
@@ -241,7 +255,11 @@ void writeTitle(HtmlWriter& html, const TableGrid& grid, const HtmlTableOptions&
   html.attribute("id", options.idPrefix + "c");
   if (!title.empty()) {
     html.start("span");
-    if (grid.title.empty()) html.attribute("class", "unseen");
+    if (grid.title.empty()) {
+      html.attribute("class", "unseen");
+    } else {
+      writeLookAttributes(html, lookCss(grid.titleLook.get()));
+    }
     html.text(title);
     if (!grid.title.empty()) writeMarks(html, grid.titleNotes, grid, options);
     html.end("span");
@@ -249,6 +267,28 @@ void writeTitle(HtmlWriter& html, const TableGrid& grid, const HtmlTableOptions&
   // The heading above says it to the eye; a list of tables has the captions alone.
   if (!layers.empty()) html.element("span", " " + layers, "unseen");
   html.end("caption");
+  html.newLine();
+}
+
+/// Says the widths of columns that were given one; columns of one width together, so that a wide
+/// table costs no more than what it says.
+void writeColumnWidths(HtmlWriter& html, const TableGrid& grid) {
+  int last = grid.columnCount;
+  while (last > 0 && grid.columnWidth(last - 1) == 0) --last;
+  if (last == 0) return;
+  html.start("colgroup");
+  for (int column = 0; column < last;) {
+    const int width = grid.columnWidth(column);
+    int end = column + 1;
+    while (end < last && end - column < kMostColumnsSpanned && grid.columnWidth(end) == width) {
+      ++end;
+    }
+    html.start("col");
+    if (end - column > 1) html.attribute("span", end - column);
+    if (width > 0) html.attribute("style", fmt::format("width:{}pt;", width));
+    column = end;
+  }
+  html.end("colgroup");
   html.newLine();
 }
 
@@ -278,15 +318,28 @@ void writeHtmlTable(HtmlWriter& html, const TableGrid& grid, const HtmlTableOpti
     html.attribute("aria-label", "Table");
   }
   html.newLine();
+  if (!grid.summary.empty()) {
+    html.start("p");
+    html.attribute("class", "unseen");
+    html.attribute("id", options.idPrefix + "s");
+    html.text(grid.summary);
+    html.end("p");
+    html.newLine();
+  }
   html.start("table");
+  if (!grid.summary.empty()) html.attribute("aria-describedby", options.idPrefix + "s");
   html.newLine();
   writeTitle(html, grid, options);
+  writeColumnWidths(html, grid);
   GridWriter(html, grid, options).write();
   html.end("table");
   html.end("div");
   html.newLine();
   if (!grid.caption.empty()) {
-    html.element("p", grid.caption, "caption");
+    html.start("p");
+    html.attribute("class", "caption");
+    writeLooked(html, grid.caption, lookCss(grid.captionLook.get()));
+    html.end("p");
     html.newLine();
   }
   writeFootnotes(html, grid, options);

@@ -6,7 +6,7 @@
 
 #include <fmt/format.h>
 
-#include "platform/text/utf8.h"
+#include "host/export/html/html_look.h"
 
 namespace vornwout {
 namespace {
@@ -14,29 +14,11 @@ namespace {
 using Kind = TextParagraph::Kind;
 
 constexpr int kDeepest = 32;
-constexpr double kSmallestFont = 4;
-constexpr double kLargestFont = 96;
-
-/// A family's name that can stand between quotes in a style sheet; empty for any other.
-std::string usableFont(const std::string& font) {
-  const bool isPlain = std::all_of(font.begin(), font.end(), [](char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return byte >= 0x80 || (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
-           (byte >= 'a' && byte <= 'z') || c == ' ' || c == '-' || c == '_';
-  });
-  return isPlain ? repairedUtf8(font) : std::string();
-}
 
 std::string inlineStyle(const TextStyle& style) {
   std::string css;
   if (const auto color = parseCellColor(style.color)) css += "color:" + htmlColor(*color) + ";";
-  if (const std::string font = usableFont(style.font); !font.empty()) {
-    css += "font-family:'" + font + "';";
-  }
-  if (style.size >= kSmallestFont && style.size <= kLargestFont) {
-    css += fmt::format("font-size:{:.6g}pt;", style.size);
-  }
-  return css;
+  return css + fontCss(style.font, style.size);
 }
 
 void writeRun(HtmlWriter& html, const TextRun& run) {

@@ -1,0 +1,34 @@
+// What a change has to say beside what it did: the values that it could not use.
+//
+// A note leaves the rest of the change in force; what makes the whole command impossible is thrown
+// as a ChangeError instead, and every document is then as it was.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace vornwout {
+
+/// Why a command cannot be carried out, one sentence without a period, for "Failed to modify output
+/// ^1...".
+class ChangeError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Each value is noted once, in the order in which it was met.
+class ChangeNotes {
+ public:
+  void invalidFormat(const std::string& format) { add("Invalid format", format); }
+  void invalidFont(const std::string& font) { add("Invalid font", font); }
+  /// "Invalid format (F99)" and so on.
+  const std::vector<std::string>& notes() const { return notes_; }
+
+ private:
+  void add(const char* what, const std::string& value);
+
+  std::vector<std::string> notes_;
+};
+
+}  // namespace vornwout
