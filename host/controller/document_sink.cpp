@@ -53,6 +53,21 @@ void DocumentSink::setCommandLog(std::string commandName, std::string sourceText
   runs_.clear();
 }
 
+void DocumentSink::objectsRemoved(int documentNumber, const std::vector<std::size_t>& positions) {
+  const auto adjust = [&](Procedure& procedure) {
+    std::erase_if(procedure.headings, [&](Heading& heading) {
+      if (heading.documentNumber != documentNumber) return false;
+      const auto before = std::lower_bound(positions.begin(), positions.end(), heading.position);
+      // Output that still comes gets a heading of its own.
+      if (before != positions.end() && *before == heading.position) return true;
+      heading.position -= static_cast<std::size_t>(before - positions.begin());
+      return false;
+    });
+  };
+  for (Procedure& procedure : procedures_) adjust(procedure);
+  adjust(outside_);
+}
+
 void DocumentSink::procedureOpened(const ProcedureRecord& procedure) {
   // Without a command's name every outermost procedure counts as a run of its own.
   if (procedures_.empty() && command_.empty()) runs_.clear();

@@ -26,6 +26,10 @@ class DocumentSink : public OutputSink {
   /// The log of a command that had neither a procedure nor output is placed now.
   void setCommandLog(std::string commandName, std::string sourceText);
 
+  /// Tells that objects are gone from the top level of a document: their positions as they were,
+  /// ascending.
+  void objectsRemoved(int documentNumber, const std::vector<std::size_t>& positions);
+
   void procedureOpened(const ProcedureRecord& procedure) override;
   void procedureClosed(const ProcedureRecord& procedure) override;
   void parserMessage(const ParserMessageRecord& message) override;

@@ -25,7 +25,8 @@ class EmbeddedHost : public HostAdapter {
   OutputControllerInterface* GetOutputController() override { return &controller_; }
   /// Not available in this version: throws std::runtime_error.
   std::string ExportOutput(const std::string& exportXml) override;
-  /// Not available in this version: throws std::runtime_error.
+  /// Changes the documents that the modify document names, all of them or none. Returns the counts
+  /// and notes; throws ChangeError or StoreError when it cannot be carried out.
   std::string ModifyOutput(const std::string& modifyXml) override;
 
   OutputSink& sink() { return sink_; }

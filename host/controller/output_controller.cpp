@@ -192,6 +192,18 @@ void OutputController::list(VornwMsgOutputControllerResponse& response) const {
   }
 }
 
+std::vector<Document*> OutputController::documentsNamed(const std::string& name) {
+  std::vector<Document*> named;
+  if (name.empty()) {
+    for (OpenDocument& opened : documents_) named.push_back(&opened.document);
+  } else if (name == "*") {
+    if (Document* active = activeDocument()) named.push_back(active);
+  } else if (OpenDocument* opened = findByName(name)) {
+    named.push_back(&opened->document);
+  }
+  return named;
+}
+
 OpenDocument* OutputController::findByName(std::string_view name) const {
   const auto found = named_.find(foldedName(name));
   return found == named_.end() ? nullptr : found->second;

@@ -47,6 +47,10 @@ class OutputController : public OutputControllerInterface {
     return history_.empty() ? nullptr : &history_.back()->document;
   }
 
+  /// The open documents that a name (UTF-8) stands for: the active one for "*", all for an empty
+  /// name, else the one of that name; none where there is none.
+  std::vector<Document*> documentsNamed(const std::string& name);
+
   /// The document that takes output; makes an unnamed one when none is open.
   Document& documentForOutput();
 

@@ -1,0 +1,229 @@
+// Reading the modify document.
+#include "host/changes/modify_request_reader.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/changes/change_notes.h"
+#include "platform/text/encoding.h"
+
+namespace vornwout {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+std::string inRoot(const std::string& events) {
+  return "<modifyOutputObject documentName=\"*\">" + events + "</modifyOutputObject>";
+}
+
+ModifyEvent eventOf(const std::string& content, const std::string& attributes = "") {
+  return readModifyRequest(inRoot("<modifyEvent" + attributes + ">" + content + "</modifyEvent>"))
+      .events.at(0);
+}
+
+std::string refusalOf(const std::string& xml) {
+  try {
+    readModifyRequest(xml);
+  } catch (const ChangeError& error) {
+    return error.what();
+  }
+  return "accepted";
+}
+
+bool has(const ModifyEvent& event, ObjectType type) {
+  return event.types[static_cast<std::size_t>(type)];
+}
+
+TEST(ModifyRequestReader, TheRootNamesTheDocument) {
+  EXPECT_EQ(readModifyRequest("<modifyOutputObject documentName=\"\"/>").documentName, "");
+  EXPECT_EQ(readModifyRequest("<modifyOutputObject documentName=\"a &amp; b\" debug=\"true\"/>")
+                .documentName,
+            "a & b");
+  EXPECT_THAT(readModifyRequest(inRoot("")).events, IsEmpty());
+  EXPECT_EQ(readModifyRequest(inRoot("<modifyEvent></modifyEvent><modifyEvent/>")).events.size(),
+            2U);
+}
+
+TEST(ModifyRequestReader, TypesAreSelectedAndExcepted) {
+  const ModifyEvent some = eventOf("", " charts=\"true\" pagetitles=\"true\"");
+  EXPECT_TRUE(has(some, ObjectType::kChart));
+  EXPECT_TRUE(has(some, ObjectType::kPageTitle));
+  EXPECT_FALSE(has(some, ObjectType::kTable));
+  const ModifyEvent all = eventOf(
+      "", " all=\"true\" tables=\"false\" logs=\"false\" tables=\"false\" visibleOnly=\"true\"");
+  EXPECT_FALSE(has(all, ObjectType::kTable));
+  EXPECT_FALSE(has(all, ObjectType::kLog));
+  EXPECT_TRUE(has(all, ObjectType::kTree));
+  EXPECT_TRUE(all.conditions.visibleOnly);
+  EXPECT_EQ(eventOf("").types, ObjectTypes{});
+  // Both names of headings mean the same objects.
+  EXPECT_EQ(eventOf("", " outlineheaders=\"true\"").types, eventOf("", " headings=\"true\"").types);
+}
+
+TEST(ModifyRequestReader, ConditionsAreReadInTheirOrder) {
+  const ModifyEvent event = eventOf(
+      "<command commandName=\"Means\" instance=\"2\"/><command  last=\"true\"/><command />"
+      "<subtype subtype=\"R&D <old>\"/><label expression=\"a\" begins=\"true\"/>"
+      "<label expression=\"b\" exact=\"true\"/><label expression=\"c\" ends=\"true\"/>"
+      "<label expression=\"d\" contains=\"true\"/><instance instance=\"3\"/>"
+      "<instance last=\"true\"/>");
+  ASSERT_EQ(event.conditions.commands.size(), 3U);
+  EXPECT_EQ(event.conditions.commands[0].name, "Means");
+  EXPECT_EQ(event.conditions.commands[0].run, 2);
+  EXPECT_FALSE(event.conditions.commands[0].isLast);
+  EXPECT_EQ(event.conditions.commands[1].name, "");
+  EXPECT_TRUE(event.conditions.commands[1].isLast);
+  EXPECT_EQ(event.conditions.commands[2].run, 0);
+  // What the writers leave unescaped is text.
+  EXPECT_THAT(event.conditions.subtypes, ElementsAre("R&D <old>"));
+  ASSERT_EQ(event.conditions.labels.size(), 4U);
+  EXPECT_EQ(event.conditions.labels[0].match, LabelCondition::Match::kBegins);
+  EXPECT_EQ(event.conditions.labels[1].match, LabelCondition::Match::kExact);
+  EXPECT_EQ(event.conditions.labels[2].match, LabelCondition::Match::kEnds);
+  EXPECT_EQ(event.conditions.labels[3].match, LabelCondition::Match::kContains);
+  EXPECT_EQ(event.conditions.labels[3].text, "d");
+  EXPECT_THAT(event.conditions.instances, ElementsAre(3, 0));
+}
+
+TEST(ModifyRequestReader, ChangesOfObjectsAreRead) {
+  const ModifyEvent event = eventOf(
+      "<indexObject type=\"romanCap\" indexStart=\"510\"/><deleteObject/>"
+      "<modifyGraph styleSheet=\"calm\"><chartTemplate><template a=\"1\"/></chartTemplate>"
+      "<chartTemplate></chartTemplate></modifyGraph>"
+      "<objectProperties visible=\"no\" sizeWidth=\"85.0394\" sizeHeightPCT=\"50\" "
+      "label=\"x &lt; y\"/>"
+      "<modifyText expression=\"t\" fontFamily=\"Noto Sans\" textRed=\"255\" textGreen=\"0\" "
+      "textBlue=\"9\" fontSize=\"10.5\" fontBold=\"true\" fontItalic=\"false\"/>");
+  EXPECT_EQ(event.index->style, IndexChange::Style::kCapitalRoman);
+  EXPECT_EQ(event.index->start, 510);
+  EXPECT_TRUE(event.deletes);
+  EXPECT_EQ(event.graph->styleSheet, "calm");
+  EXPECT_THAT(event.graph->chartTemplates, ElementsAre("<template a=\"1\"/>", ""));
+  EXPECT_EQ(event.properties->visible, false);
+  EXPECT_DOUBLE_EQ(*event.properties->width, 85.0394);
+  EXPECT_FALSE(event.properties->height.has_value());
+  EXPECT_DOUBLE_EQ(*event.properties->heightPercent, 50);
+  EXPECT_EQ(event.properties->label, "x < y");
+  EXPECT_EQ(event.text->text, "t");
+  EXPECT_EQ(event.text->font, "Noto Sans");
+  EXPECT_EQ(event.text->color, "#ff0009");
+  EXPECT_DOUBLE_EQ(event.text->fontSize, 10.5);
+  EXPECT_EQ(event.text->bold, true);
+  EXPECT_EQ(event.text->italic, false);
+  EXPECT_FALSE(event.text->underline.has_value());
+  EXPECT_FALSE(eventOf("<objectProperties visible=\"asis\"/>").properties->visible.has_value());
+}
+
+TEST(ModifyRequestReader, ChangesOfTablesAreRead) {
+  const ModifyEvent event = eventOf(
+      "<modifyTable title=\"a &amp; b\" summary=\"s\" transpose=\"true\" sortPosition=\"-1\" "
+      "ascending=\"false\" format=\"F8.2\" defaultTableLook=\"true\">"
+      "<layer layer=\"Year\" category=\"2024\"/><layer layerInt=\"0\" categoryInt=\"0\"/>"
+      "<tableLook><tableProperties><a b=\"1\"/>t</tableProperties></tableLook></modifyTable>");
+  ASSERT_TRUE(event.table.has_value());
+  EXPECT_EQ(event.table->title, "a & b");
+  EXPECT_EQ(event.table->summary, "s");
+  EXPECT_TRUE(event.table->transposes);
+  EXPECT_EQ(event.table->sort->position, -1);
+  EXPECT_FALSE(event.table->sort->label.has_value());
+  EXPECT_FALSE(event.table->sort->isAscending);
+  EXPECT_EQ(event.table->format, "F8.2");
+  EXPECT_TRUE(event.table->usesDefaultLook);
+  ASSERT_EQ(event.table->layers.size(), 2U);
+  EXPECT_EQ(event.table->layers[0].layer, "Year");
+  EXPECT_EQ(event.table->layers[0].category, "2024");
+  EXPECT_FALSE(event.table->layers[1].layer.has_value());
+  EXPECT_EQ(event.table->layers[1].layerPosition, 0);
+  EXPECT_EQ(event.table->layers[1].categoryPosition, 0);
+  EXPECT_EQ(event.table->look, "<tableProperties><a b=\"1\"/>t</tableProperties>");
+  EXPECT_FALSE(eventOf("<modifyTable/>").table->sort.has_value());
+}
+
+TEST(ModifyRequestReader, ChangesOfCellsAreRead) {
+  const ModifyEvent event = eventOf(
+      "<tableCells mean=\"true\" significance=\"true\" title=\"true\" "
+      "selectExpression=\"Total;n &amp; N\" selectPosition=\"1;3\" selectColumns=\"false\" "
+      "selectCondition=\"top(3)\" selectCondition=\"bottom(2)\" revertToDefault=\"true\" "
+      "bold=\"true\" underline=\"false\" italic=\"true\" columnWidth=\"28\" fontSize=\"9.5\" "
+      "textRed=\"1\" textGreen=\"2\" textBlue=\"3\" backgroundRed=\"255\" backgroundGreen=\"255\" "
+      "backgroundBlue=\"0\" applyTo=\"ROWDATA\" format=\"F8.2\" font=\"ARIAL\" replace=\"-\"/>"
+      "<tableCells selectColumns=\"both\" replaceValue=\"-1\"/>"
+      "<tableCells selectColumns=\"true\" textRed=\"1\"/>");
+  ASSERT_EQ(event.cells.size(), 3U);
+  const CellsChange& cells = event.cells[0];
+  EXPECT_TRUE(cells.mean && cells.significance && cells.title);
+  EXPECT_FALSE(cells.median || cells.body || cells.headers);
+  // The sign that parts labels may belong to one, so the whole text is looked for as well.
+  EXPECT_THAT(cells.labels, ElementsAre("Total", "n & N", "Total;n & N"));
+  EXPECT_THAT(cells.positions, ElementsAre(1, 3));
+  EXPECT_EQ(cells.dimension, CellsChange::Dimension::kRows);
+  EXPECT_THAT(cells.conditions, ElementsAre("top(3)", "bottom(2)"));
+  EXPECT_TRUE(cells.revertsToDefault);
+  EXPECT_EQ(cells.bold, true);
+  EXPECT_EQ(cells.underline, false);
+  EXPECT_EQ(cells.italic, true);
+  EXPECT_EQ(cells.columnWidth, 28);
+  EXPECT_DOUBLE_EQ(cells.fontSize, 9.5);
+  EXPECT_EQ(cells.textColor, "#010203");
+  EXPECT_EQ(cells.backgroundColor, "#ffff00");
+  EXPECT_EQ(cells.applyTo, "ROWDATA");
+  EXPECT_EQ(cells.format, "F8.2");
+  EXPECT_EQ(cells.font, "ARIAL");
+  EXPECT_EQ(cells.replacement, "-");
+  EXPECT_EQ(event.cells[1].dimension, CellsChange::Dimension::kBoth);
+  EXPECT_EQ(event.cells[1].replacementValue, -1);
+  EXPECT_EQ(event.cells[2].dimension, CellsChange::Dimension::kColumns);
+  EXPECT_EQ(event.cells[2].textColor, "") << "a colour needs three components";
+}
+
+TEST(ModifyRequestReader, TextsOfTheJobsEncodingBecomeUtf8) {
+  const ScopedEncoding encoding(Encoding::find("windows-1252"));
+  const ModifyEvent event = eventOf(
+      "<subtype subtype=\"Gr\xC3\xB6\xC3\x9F"
+      "e\"/><modifyTable title=\"Gr\xF6\xDF"
+      "e\"/>");
+  EXPECT_EQ(event.table->title,
+            "Gr\xC3\xB6\xC3\x9F"
+            "e");
+  EXPECT_THAT(event.conditions.subtypes, ElementsAre("Gr\xC3\xB6\xC3\x9F"
+                                                     "e"));
+}
+
+TEST(ModifyRequestReader, WhatCannotBeReadIsRefusedWithItsPlace) {
+  struct Case {
+    std::string xml;
+    const char* place;
+  };
+  const Case cases[] = {
+      {"", "byte 0"},
+      {"x", "byte 1"},
+      {"<other/>", "no modify document"},
+      {inRoot("<modifyEvent>"), "byte "},
+      {inRoot("<modifyEvent><subtype subtype=\"a\"b\"/></modifyEvent>"), "quotation mark"},
+      {inRoot("<other/>"), "modifyOutputObject holds an element other"},
+      {inRoot("text"), "modifyOutputObject holds a text"},
+      {inRoot("<modifyEvent><other/></modifyEvent>"), "modifyEvent holds an element other"},
+      {inRoot("<modifyEvent kind=\"true\"/>"), "modifyEvent has an attribute kind"},
+      {inRoot("<modifyEvent tables=\"yes\"/>"), "tables of modifyEvent, \"yes\", is neither"},
+      {inRoot("<modifyEvent all=\"false\"/>"), "is not true"},
+      {inRoot("<modifyEvent><command instance=\"0\"/></modifyEvent>"), "is no integer"},
+      {inRoot("<modifyEvent><command instance=\"99999999999\"/></modifyEvent>"), "is no integer"},
+      {inRoot("<modifyEvent><indexObject type=\"Roman\"/></modifyEvent>"), "is no type"},
+      {inRoot("<modifyEvent><objectProperties sizeWidth=\"2001\"/></modifyEvent>"), "is no number"},
+      {inRoot("<modifyEvent><objectProperties sizeWidth=\"inf\"/></modifyEvent>"), "is no number"},
+      {inRoot("<modifyEvent><tableCells selectPosition=\"1;x\"/></modifyEvent>"), "no list"},
+      {inRoot("<modifyEvent><tableCells textRed=\"256\"/></modifyEvent>"), "is no integer"},
+      {inRoot("<modifyEvent><tableCells textPink=\"2\"/></modifyEvent>"), "not known"},
+      {inRoot("<modifyEvent><deleteObject><a/></deleteObject></modifyEvent>"),
+       "deleteObject holds an element a"},
+  };
+  for (const Case& test : cases) {
+    EXPECT_THAT(refusalOf(test.xml), HasSubstr(test.place)) << test.xml;
+    EXPECT_THAT(refusalOf(test.xml), testing::StartsWith("because "));
+  }
+}
+
+}  // namespace
+}  // namespace vornwout

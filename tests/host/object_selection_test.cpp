@@ -1,0 +1,160 @@
+// Which objects a group of OUTPUT MODIFY is about.
+#include "host/changes/object_selection.h"
+
+#include <random>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/changes/modify_request_reader.h"
+
+namespace vornwout {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+DocumentObject object(ObjectType type, const char* command, int run, const char* subtype,
+                      const char* label, bool visible = true) {
+  DocumentObject made;
+  made.type = type;
+  made.command = command;
+  made.run = run;
+  made.subtype = subtype;
+  made.label = label;
+  made.visible = visible;
+  return made;
+}
+
+/// Two runs of MEANS and one of PLOT, one of the charts hidden and one below a hidden heading.
+DocumentObject makeTree() {
+  DocumentObject root;
+  DocumentObject first = object(ObjectType::kHeading, "MEANS", 1, "", "Means");
+  first.children.push_back(object(ObjectType::kLog, "MEANS", 1, "", "Log"));
+  first.children.push_back(object(ObjectType::kTable, "MEANS", 1, "Case Summary", "Cases"));
+  first.children.push_back(object(ObjectType::kTable, "MEANS", 1, "Report", "Report of means"));
+  DocumentObject second = object(ObjectType::kHeading, "MEANS", 2, "", "Means again");
+  second.children.push_back(object(ObjectType::kTable, "MEANS", 2, "Report", "Report of sales"));
+  DocumentObject third = object(ObjectType::kHeading, "PLOT", 1, "", "Plot", false);
+  third.children.push_back(object(ObjectType::kChart, "PLOT", 1, "Bars", "Sales in bars"));
+  root.children = {first, second, third,
+                   object(ObjectType::kChart, "PLOT", 1, "Lines", "Lines", false),
+                   object(ObjectType::kText, "", 0, "", "A word")};
+  return root;
+}
+
+ModifyEvent eventOf(const std::string& attributes, const std::string& conditions) {
+  return readModifyRequest("<modifyOutputObject documentName=\"*\"><modifyEvent" + attributes +
+                           ">" + conditions + "</modifyEvent></modifyOutputObject>")
+      .events[0];
+}
+
+std::vector<std::string> labelsOf(const std::vector<DocumentObject*>& objects) {
+  std::vector<std::string> labels;
+  for (const DocumentObject* selected : objects) labels.push_back(selected->label);
+  return labels;
+}
+
+std::vector<std::string> selected(const std::string& attributes, const std::string& conditions) {
+  DocumentObject root = makeTree();
+  return labelsOf(selectObjects(root, eventOf(attributes, conditions), {}));
+}
+
+TEST(ObjectSelection, TypesAndExceptions) {
+  EXPECT_THAT(selected("", ""), IsEmpty());
+  EXPECT_THAT(selected(" charts=\"true\"", ""), ElementsAre("Sales in bars", "Lines"));
+  EXPECT_THAT(selected(" headings=\"true\"", ""), ElementsAre("Means", "Means again", "Plot"));
+  EXPECT_THAT(selected(" all=\"true\" tables=\"false\" charts=\"false\" headings=\"false\"", ""),
+              ElementsAre("Log", "A word"));
+  EXPECT_EQ(selected(" all=\"true\"", "").size(), 10U);
+}
+
+TEST(ObjectSelection, VisibleOnlyLeavesOutWhatStandsBelowAHiddenHeading) {
+  EXPECT_THAT(selected(" charts=\"true\" visibleOnly=\"true\"", ""), IsEmpty());
+  EXPECT_THAT(selected(" headings=\"true\" visibleOnly=\"true\"", ""),
+              ElementsAre("Means", "Means again"));
+}
+
+TEST(ObjectSelection, ConditionsOfOneKindAreAlternativesAndKindsMustAllHold) {
+  struct Case {
+    const char* conditions;
+    std::vector<std::string> labels;
+  };
+  const Case cases[] = {
+      {"<command commandName=\"means\"/>", {"Cases", "Report of means", "Report of sales"}},
+      {"<command commandName=\"Mean\"/>", {}},
+      {"<command commandName=\"MEANS\" instance=\"2\"/>", {"Report of sales"}},
+      {"<command commandName=\"MEANS\" last=\"true\"/>", {"Report of sales"}},
+      {"<command commandName=\"MEANS\" instance=\"3\"/>", {}},
+      {"<command  last=\"true\"/>", {"Report of sales"}},
+      {"<command commandName=\"MEANS\" instance=\"1\"/><command commandName=\"MEANS\" "
+       "instance=\"2\"/>",
+       {"Cases", "Report of means", "Report of sales"}},
+      {"<subtype subtype=\"casesummary\"/>", {"Cases"}},
+      {"<subtype subtype=\" CASE  SUMMARY \"/><subtype subtype=\"report\"/>",
+       {"Cases", "Report of means", "Report of sales"}},
+      {"<subtype subtype=\"Case Summary 2\"/>", {}},
+      {"<label expression=\"Cases\" exact=\"true\"/>", {"Cases"}},
+      {"<label expression=\"cases\" exact=\"true\"/>", {}},
+      {"<label expression=\"Report\" begins=\"true\"/>", {"Report of means", "Report of sales"}},
+      {"<label expression=\"sales\" ends=\"true\"/>", {"Report of sales"}},
+      {"<label expression=\"of\" contains=\"true\"/>", {"Report of means", "Report of sales"}},
+      {"<command commandName=\"MEANS\" instance=\"1\"/><subtype subtype=\"Report\"/>",
+       {"Report of means"}},
+      {"<subtype subtype=\"Report\"/><label expression=\"Cases\" exact=\"true\"/>", {}},
+      {"<instance instance=\"2\"/>", {"Report of means"}},
+      {"<instance last=\"true\"/>", {"Report of sales"}},
+      {"<instance last=\"true\"/><instance instance=\"1\"/><instance instance=\"1\"/>",
+       {"Cases", "Report of sales"}},
+      {"<instance instance=\"4\"/>", {}},
+      {"<subtype subtype=\"Report\"/><instance instance=\"1\"/>", {"Report of means"}},
+      {"<subtype subtype=\"None\"/><instance last=\"true\"/>", {}},
+  };
+  for (const Case& test : cases) {
+    EXPECT_EQ(selected(" tables=\"true\"", test.conditions), test.labels) << test.conditions;
+  }
+}
+
+TEST(ObjectSelection, NamesBeyondAsciiAreComparedWithoutCaseToo) {
+  DocumentObject root;
+  root.children.push_back(object(ObjectType::kTable, "M\xC3\x84NNER", 1, "Gr\xC3\x96SSE 1", "a"));
+  EXPECT_THAT(labelsOf(selectObjects(root,
+                                     eventOf(" tables=\"true\"",
+                                             "<command commandName=\"m\xC3\xA4nner\"/>"
+                                             "<subtype subtype=\"gr\xC3\xB6sse1\"/>"),
+                                     {})),
+              ElementsAre("a"));
+}
+
+TEST(ObjectSelection, WhatIsGoneIsNotSelectedNorCounted) {
+  DocumentObject root = makeTree();
+  const ObjectSet gone = {&root.children[0], &root.children[3]};
+  EXPECT_THAT(labelsOf(selectObjects(root, eventOf(" all=\"true\"", ""), gone)),
+              ElementsAre("Means again", "Report of sales", "Plot", "Sales in bars", "A word"));
+  const ObjectSet lastRunGone = {&root.children[1]};
+  EXPECT_THAT(
+      labelsOf(selectObjects(
+          root, eventOf(" tables=\"true\"", "<command commandName=\"MEANS\" last=\"true\"/>"),
+          lastRunGone)),
+      ElementsAre("Cases", "Report of means"));
+}
+
+TEST(ObjectSelection, EverythingExceptedSelectsNothing) {
+  std::mt19937 random(5);
+  const char* const names[] = {"charts",   "headings",       "logs",      "models",  "tables",
+                               "texts",    "trees",          "notes",     "unknown", "other",
+                               "warnings", "outlineheaders", "pagetitles"};
+  std::string attributes = " all=\"true\"";
+  for (const char* name : names) attributes += std::string(" ") + name + "=\"false\"";
+  for (int i = 0; i < 50; ++i) {
+    DocumentObject root;
+    for (int j = 0; j < 20; ++j) {
+      root.children.push_back(
+          object(static_cast<ObjectType>(random() % kObjectTypeCount), "A", 1, "", "x"));
+    }
+    EXPECT_THAT(selectObjects(root, eventOf(attributes, ""), {}), IsEmpty());
+  }
+}
+
+}  // namespace
+}  // namespace vornwout
