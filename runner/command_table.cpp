@@ -50,8 +50,13 @@ constexpr const char* kModifyDetails =
     "them "
     "down,\nand the other subcommands say what to do to them, in an order of their own: INDEXING, "
     "DELETEOBJECT,\nGRAPHS, OBJECTPROPERTIES, TABLE, TABLECELLS, TEXTS. Without NAME the active "
-    "document is changed,\nwith NAME=ALL every open one. A mistake in one group leaves all "
-    "documents as they are.\n";
+    "document is changed,\nwith NAME=ALL every open one, and so with a NAME that is empty or more "
+    "than one text.\nCOMMANDS takes the names of commands in quotes, each with its runs in "
+    "parentheses where they are\nmeant, and the word LAST; anything else there is no "
+    "condition and narrows nothing down. A mistake in\none group leaves all documents as they are, "
+    "but for two that are reported while the rest is carried\nout: a member of SIZE that is too "
+    "small or no number, and a run of COMMANDS that is 0, empty or too\nlarge; without another run "
+    "all runs are meant.\n";
 
 constexpr std::array kCommands = {
     Command{"OUTPUT NEW", "outnew_", outnew_,

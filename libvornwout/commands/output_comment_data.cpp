@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "libvornwout/modify/xml_utilities.h"
+#include "libvornwout/modify/xml/xml_utilities.h"
 #include "platform/pivot/cell_color.h"
 #include "platform/text/multibyte.h"
 

@@ -2,10 +2,11 @@
 //
 // An entry makes a CommandFrame, declares its grammar, calls parse(), and acts on what parse()
 // left. The members stand in the order in which the interface wants them made; they are destroyed
-// in reverse, also when an exception passes: parser, token sequence, descriptor, spec, messages,
-// procedure. Nothing is caught here.
+// in reverse, also when an exception passes: parser, token sequence, the command's own part,
+// descriptor, spec, messages, procedure. Nothing is caught here.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -35,6 +36,15 @@ class CommandFrame {
 
   CommandDescriptor& grammar() { return descriptor_; }
 
+  /// Makes a part of the command's own on the grammar, one per frame. It is destroyed behind the
+  /// parser, which parse() makes later, and before the grammar.
+  template <typename Part>
+  Part& makePart() {
+    const auto part = std::make_shared<Part>(descriptor_);
+    part_ = part;
+    return *part;
+  }
+
   /// Parses the command, then flushes the log whatever came of it. True when there was no error.
   bool parse();
   /// The same for a command that needs the output controller: reports when the host has none.
@@ -53,6 +63,7 @@ class CommandFrame {
   std::optional<ParserMessage> messages_;
   CommandSpec spec_;
   CommandDescriptor descriptor_;
+  std::shared_ptr<void> part_;
   std::optional<VORN_TokenSequence> tokens_;
   std::optional<UniversalParser> parser_;
 };

@@ -6,7 +6,7 @@
 // the group before. ModifySelect owns the modifiers and calls them in its own order.
 #pragma once
 
-#include "libvornwout/modify/xml_modify_event.h"
+#include "libvornwout/modify/xml/xml_modify_event.h"
 #include "platform/message/parser_message.h"
 #include "platform/parser/command_spec.h"
 

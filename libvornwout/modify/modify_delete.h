@@ -1,4 +1,7 @@
 // DELETEOBJECT: asks the host to delete the selected objects.
+//
+// The subcommand alone deletes; its one keyword, DELETE, can only take that back. The element it
+// writes is empty, and is written only when something is to be deleted.
 #pragma once
 
 #include "libvornwout/modify/modifier.h"

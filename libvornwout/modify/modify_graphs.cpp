@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "libvornwout/modify/modify_values.h"
-#include "libvornwout/modify/xml_modify_graphs.h"
-#include "libvornwout/modify/xml_utilities.h"
+#include "libvornwout/modify/xml/xml_modify_graphs.h"
+#include "libvornwout/modify/xml/xml_utilities.h"
 
 namespace vornwout {
 namespace {
@@ -30,10 +30,12 @@ bool ModifyGraphs::populateSpecification(const GroupComObj& group, const ParserM
   if (subcommand == nullptr) return true;
   data_.specified = true;
   if (const ParamObj* templates = subcommand->getParamObj(kTemplate)) {
-    std::vector<std::string> paths;
-    templates->getLiteralList(paths);
-    for (std::string& path : paths) {
+    std::vector<TokenInfoObj> tokens;
+    templates->getTokenList(tokens);
+    for (const TokenInfoObj& token : tokens) {
+      std::string path = token.getString();
       if (!XMLUtilities::getFilePath(path, ".qgt")) {
+        blame(token);
         messages.FileNameInvalid(path);
         return false;
       }

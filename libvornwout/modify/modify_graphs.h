@@ -1,4 +1,8 @@
 // GRAPHS: applies chart templates and a style sheet to the selected charts.
+//
+// Reading a group finds the template files, so that a missing one refuses the command; writing it
+// embeds their contents in the document, for a host may not see the user's files. The style sheet
+// is a name that the host knows, and goes as it is.
 #pragma once
 
 #include <string>

@@ -1,12 +1,13 @@
 #include "libvornwout/modify/modify_if.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <limits>
 #include <string_view>
 
 #include "libvornwout/modify/modify_values.h"
-#include "libvornwout/modify/xml_modify_if.h"
+#include "libvornwout/modify/xml/xml_modify_if.h"
 #include "platform/text/multibyte.h"
 
 namespace vornwout {

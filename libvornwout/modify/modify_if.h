@@ -1,5 +1,9 @@
 // IF: which objects of the selected types a group is about: by the command that made them, subtype,
 // label or position, and whether only visible ones.
+//
+// COMMANDS and INSTANCES are raw token lists, read here by their tokens: a quoted name of a command
+// may carry the numbers of its runs in parentheses. A token of COMMANDS that is neither a quoted
+// text nor LAST is no condition and is passed over, deliberately.
 #pragma once
 
 #include <string>

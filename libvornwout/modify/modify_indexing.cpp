@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "libvornwout/modify/modify_values.h"
-#include "libvornwout/modify/xml_element.h"
+#include "libvornwout/modify/xml/xml_element.h"
 #include "platform/text/multibyte.h"
 
 namespace vornwout {

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "libvornwout/modify/modify_values.h"
-#include "libvornwout/modify/xml_element.h"
-#include "libvornwout/modify/xml_utilities.h"
+#include "libvornwout/modify/xml/xml_element.h"
+#include "libvornwout/modify/xml/xml_utilities.h"
 #include "platform/text/multibyte.h"
 
 namespace vornwout {
@@ -46,6 +46,7 @@ bool readMember(const TokenInfoObj& token, double factor, double least, const ch
   if (token.IsNumber()) {
     member = token.getNumber() * factor;
     if (member >= least) return true;
+    blame(token);
     messages.GenericError(tooSmall);
     return false;
   }
@@ -53,6 +54,7 @@ bool readMember(const TokenInfoObj& token, double factor, double least, const ch
     member = 0;
     return true;
   }
+  blame(token);
   messages.InvalidParam(kSize, kObjectProperties);
   return false;
 }
@@ -129,12 +131,12 @@ bool ModifyProperties::readSize(const ParamObj& size, const ParserMessage& messa
     // Deliberately without regard to the result: a bad member is reported and the rest is sent.
     data_.getSize(tokens[0], tokens[1], messages, factor);
   }
-  if (data_.widthPCT > kMaxPercent || data_.heightPCT > kMaxPercent || data_.width > kMaxPoints ||
-      data_.height > kMaxPoints) {
-    messages.InvalidParam(kSize, kObjectProperties);
-    return false;
-  }
-  return true;
+  const bool isTooWide = data_.widthPCT > kMaxPercent || data_.width > kMaxPoints;
+  const bool isTooHigh = data_.heightPCT > kMaxPercent || data_.height > kMaxPoints;
+  if (!isTooWide && !isTooHigh) return true;
+  blame(tokens[isTooWide ? 0 : 1]);
+  messages.InvalidParam(kSize, kObjectProperties);
+  return false;
 }
 
 void ModifyProperties::write(xmlModifyEvent& event) const {

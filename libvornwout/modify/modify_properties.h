@@ -1,5 +1,9 @@
 // OBJECTPROPERTIES: what every kind of object has: whether it is shown, its label in the outline,
 // its size.
+//
+// Mistakes in a size are of two kinds: one that is too large, or is no pair, refuses the command;
+// a member that is no size at all, or too small, is only reported, deliberately, and what was read
+// of the pair is sent.
 #pragma once
 
 #include <string>

@@ -44,6 +44,17 @@ constexpr std::array kModifiers = {
     ModifierKind{make<ModifyTable>, 5},  ModifierKind{make<ModifyTableCells>, 6},
 };
 
+/// True when every turn from 0 on is taken once; two modifiers of one turn would be one modifier.
+constexpr bool turnsAreComplete() {
+  std::array<bool, kModifiers.size()> taken{};
+  for (const ModifierKind& kind : kModifiers) {
+    if (kind.turn >= taken.size() || taken[kind.turn]) return false;
+    taken[kind.turn] = true;
+  }
+  return true;
+}
+static_assert(turnsAreComplete());
+
 SubComDescriptor selectDescriptor() {
   SubComDescriptor select(kSelect, UPSpecTypes::kKeywordList, true, false);
   select.addParamDesc(kAll, UPSpecTypes::kNoValue, false, true);

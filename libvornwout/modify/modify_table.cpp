@@ -1,8 +1,8 @@
 #include "libvornwout/modify/modify_table.h"
 
 #include "libvornwout/modify/modify_values.h"
-#include "libvornwout/modify/xml_modify_table.h"
-#include "libvornwout/modify/xml_utilities.h"
+#include "libvornwout/modify/xml/xml_modify_table.h"
+#include "libvornwout/modify/xml/xml_utilities.h"
 #include "platform/text/multibyte.h"
 
 namespace vornwout {
@@ -118,8 +118,7 @@ bool ModifyTable::readLook(const ParamObj& look, const ParserMessage& messages) 
     return true;
   }
   if (isText && XMLUtilities::getFilePath(data_.tableLook, ".qtt")) return true;
-  messages.FileNameInvalid(data_.tableLook.empty() ? look.writtenText()
-                                                   : MessageArgument(data_.tableLook));
+  messages.FileNameInvalid(isText ? MessageArgument(data_.tableLook) : look.writtenText());
   return false;
 }
 
@@ -133,15 +132,18 @@ bool ModifyTable::readSort(const ParamObj& sort, const ParserMessage& messages) 
       if (qualifier.getLiteral(label)) {
         data_.sortLabel = XMLUtilities::escapeHTML(label);
       } else {
+        blame(qualifier.placeToken());
         messages.InvalidParamValue(data_.sortLabel, kColLabel, kTable);
         accepted = false;
       }
     } else if (AreStringsEqualCase(qualifier.getParamName(), kColPosition)) {
+      blame(qualifier.placeToken());
       accepted = qualifier.getIntegerValue(data_.sortPosition, kTable, messages) && accepted;
     }
   }
   // Position 0 beside a label is deliberately no contradiction: the label counts.
   if (data_.sortPosition > 0 && !data_.sortLabel.empty()) {
+    blame(sort.placeToken());
     messages.ParamExclusive(kColPosition, kColLabel, kSort);
     accepted = false;
   }
@@ -150,6 +152,8 @@ bool ModifyTable::readSort(const ParamObj& sort, const ParserMessage& messages) 
 
 bool ModifyTable::readSortDirection(const ParamObj& direction, const ParserMessage& messages) {
   const bool descending = direction.isStringValueCase(kDescending);
+  // The parser lets no other value pass. One that is declared some day and not read here is told
+  // then, instead of being taken for ascending.
   if (!descending && !direction.isStringValueCase(kAscending)) {
     messages.InvalidParamValue(direction.writtenText(), kSortDirection, kSort);
     return false;

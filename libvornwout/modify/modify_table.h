@@ -1,5 +1,8 @@
 // TABLE: changes whole pivot tables: title and summary, transposition, sorting by one column, value
 // format, table look, the layer that is shown.
+//
+// Reading a group stops at the first mistake but for SELECTEDLAYER, which is looked at in any case.
+// The table look is found when it is read and embedded, as its file stands, when it is written.
 #pragma once
 
 #include <cstdint>

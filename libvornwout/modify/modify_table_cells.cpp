@@ -6,9 +6,8 @@
 #include <string_view>
 #include <utility>
 
-#include "libvornwout/modify/xml_element.h"
-#include "libvornwout/modify/xml_utilities.h"
-#include "platform/parser/current_command.h"
+#include "libvornwout/modify/xml/xml_element.h"
+#include "libvornwout/modify/xml/xml_utilities.h"
 #include "platform/text/multibyte.h"
 
 namespace vornwout {
@@ -141,11 +140,7 @@ class CellReader {
 bool CellReader::readSelect() {
   const ParamObj* select = subcommand_.getParamObj(kSelect);
   if (select == nullptr) {
-    // The place of the message is the occurrence that lacks it, where that holds anything at all.
-    if (CurrentCommand* current = CurrentCommand::current()) {
-      const auto params = subcommand_.params();
-      current->noteRead(params.empty() ? nullptr : params.front().placeToken());
-    }
+    blame(subcommand_.nameToken());
     messages_.ParamRequiredForSubCom(kSelect, kTableCells);
     return false;
   }
@@ -187,8 +182,11 @@ bool CellReader::readPositions(const std::vector<TokenInfoObj>& tokens, std::siz
     messages_.ParenRequired(kTableCells);
     return false;
   }
+  const TokenInfoObj& position = tokens[i];
   bool integers = true;
+  bool any = false;
   for (i += 2; i + 1 < tokens.size() && !isOperator(tokens[i], OperatorCode::kRightParen); ++i) {
+    any = true;
     if (tokens[i].IsInteger()) {
       cell_.selectPositions.push_back(tokens[i].getInteger());
     } else {
@@ -196,8 +194,10 @@ bool CellReader::readPositions(const std::vector<TokenInfoObj>& tokens, std::siz
       integers = false;
     }
   }
-  if (!integers) messages_.ParamNeedIntegerList(kPosition, kTableCells);
-  return integers;
+  if (!any) blame(position);
+  if (any && integers) return true;
+  messages_.ParamNeedIntegerList(kPosition, kTableCells);
+  return false;
 }
 
 void CellReader::readDimension() {
@@ -242,6 +242,7 @@ bool CellReader::readExtremes(const ParamObj& condition) {
     const bool isBottom = AreStringsEqualCase(qualifier.getParamName(), kBottom);
     if (!isTop && !isBottom) continue;
     if (!qualifier.getIntegerValue(isTop ? cell_.top : cell_.bottom)) {
+      blame(qualifier.placeToken());
       // TOP is deliberately named for a bad BOTTOM, too.
       messages_.ParamNeedInteger(kTop, kTableCells);
       accepted = false;

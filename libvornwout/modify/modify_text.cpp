@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "libvornwout/modify/xml_modify_text.h"
+#include "libvornwout/modify/xml/xml_modify_text.h"
 
 namespace vornwout {
 namespace {

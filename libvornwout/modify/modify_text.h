@@ -1,4 +1,7 @@
 // TEXTS: changes the text, font, size, style and colour of the selected text objects.
+//
+// Only what was given is written, so that a host leaves the rest of a text as it is. The colours
+// and styles are read as those of TABLECELLS are; modify_values.h has both.
 #pragma once
 
 #include <string>

@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "libvornwout/modify/xml_utilities.h"
+#include "libvornwout/modify/xml/xml_utilities.h"
 #include "platform/files/fetch_file.h"
 #include "platform/parser/current_command.h"
 #include "platform/text/multibyte.h"
@@ -55,9 +55,11 @@ std::string readText(const ParamObj& param, bool* quoted) {
   return text;
 }
 
-void blame(const TokenInfoObj& token) {
-  if (CurrentCommand* current = CurrentCommand::current()) current->noteRead(&token.token());
+void blame(const Token* token) {
+  if (CurrentCommand* current = CurrentCommand::current()) current->noteRead(token);
 }
+
+void blame(const TokenInfoObj& token) { blame(&token.token()); }
 
 std::string fetchFrom(const std::string& path, std::string_view startTag) {
   std::string content = FetchFile::fetch(path, true, true);

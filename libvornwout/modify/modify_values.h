@@ -1,5 +1,8 @@
 // Values that several modifiers declare and read in the same way: texts with date and time fields,
 // colours, font styles, lengths.
+//
+// Each kind of value has one pair of operations here, one that declares its keyword and one that
+// reads it, so that it means the same wherever it stands.
 #pragma once
 
 #include <array>
@@ -26,7 +29,8 @@ std::optional<std::string> readExpandedText(const SubComObj& subcommand, const c
 std::string readText(const ParamObj& param, bool* quoted = nullptr);
 
 /// Makes a token the place of the next message: the member of a list that is at fault, not the
-/// list.
+/// list. A null token stands for the command itself.
+void blame(const Token* token);
 void blame(const TokenInfoObj& token);
 
 /// The content of a file from the first occurrence of a start tag on, so that nothing before it,

@@ -1,9 +1,10 @@
 // OUTPUT MODIFY: writes the modify document of its groups, hands it to the host, and tells what the
 // host made of it.
-#include <cstdlib>
+//
+// Entry point: outmodify_(). Nothing is sent unless every group was accepted. What the host throws
+// is reported and leaves an empty answer; only its unwinding to the caller passes through.
 #include <exception>
 #include <iostream>
-#include <optional>
 #include <string>
 
 #include "libvornwout/frame/command_frame.h"
@@ -11,8 +12,8 @@
 #include "libvornwout/frame/output_commands.h"
 #include "libvornwout/modify/modify_result.h"
 #include "libvornwout/modify/modify_select.h"
-#include "libvornwout/modify/xml_modify_output.h"
-#include "libvornwout/modify/xml_utilities.h"
+#include "libvornwout/modify/xml/xml_modify_output.h"
+#include "libvornwout/modify/xml/xml_utilities.h"
 #include "platform/adapter/go_to_caller.h"
 #include "platform/files/path_factory.h"
 #include "platform/strings/dictionary.h"
@@ -124,7 +125,7 @@ void writeSummary(BpProcedure& procedure, const ModifyResult& result) {
 void outputModify() {
   CommandFrame frame({kCommand, kTitle, kTitle});
   declareGrammar(frame.grammar());
-  ModifySelect select(frame.grammar());
+  ModifySelect& select = frame.makePart<ModifySelect>();
   if (!frame.parse()) return;
   HostAdapter* const host = GetAdapter();
   if (host == nullptr) return OutputCommands::ErrorWarn(kNotImplemented, kCommand, kLevelError);

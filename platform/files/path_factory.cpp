@@ -127,10 +127,7 @@ std::optional<std::string> PathFactory::dataDirectoryBeside(const std::string& b
       if (isDirectory(installed)) return installed.string();
     }
     const fs::path source = sourceTree(directory / "CMakeCache.txt");
-    if (source.empty()) continue;
-    for (const fs::path& share : {source / "share" / kProductName, source / "share"}) {
-      if (isDirectory(share)) return share.string();
-    }
+    if (!source.empty() && isDirectory(source / "Looks")) return source.string();
   }
   return std::nullopt;
 }

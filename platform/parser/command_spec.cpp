@@ -311,6 +311,7 @@ bool ParamObj::getStringQualList(const ParamDescriptor& declared, const ParserMe
     }
     const ParamDescriptor* qualifier = declared.findQualifier(command_->rawText(name));
     if (qualifier == nullptr) {
+      if (CurrentCommand* current = CurrentCommand::current()) current->noteRead(&name);
       messages.ParamNoSubCom(MessageArgument::ofToken(*command_, name));
       known = false;
       continue;

@@ -128,6 +128,8 @@ class SubComObj {
 
   const std::string& name() const { return descriptor_->name(); }
   const SubComDescriptor* descriptor() const { return descriptor_; }
+  /// The name as it stood in the command; null for the subcommand with the empty name.
+  const Token* nameToken() const { return nameToken_; }
   std::span<const ParamObj> params() const;
 
  private:
@@ -136,6 +138,7 @@ class SubComObj {
 
   const CommandSpec* spec_ = nullptr;
   const SubComDescriptor* descriptor_ = nullptr;
+  const Token* nameToken_ = nullptr;
   std::uint32_t firstParam_ = 0;
   std::uint32_t paramCount_ = 0;
 };

@@ -23,6 +23,26 @@ std::string_view digitsOf(std::string_view text) {
   return text;
 }
 
+/// True for a number that is out of a double's range on the side of infinity, not of zero. Its
+/// text, without a sign, is what std::from_chars found to be a number.
+bool isTooLarge(std::string_view digits) {
+  const std::size_t end = std::min(digits.find_first_of("eE"), digits.size());
+  const std::string_view mantissa = digits.substr(0, end);
+  const std::size_t first = mantissa.find_first_not_of("0.");
+  if (first == std::string_view::npos) return false;
+  const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
+  // Where the first digit that counts stands before or behind the point.
+  const double magnitude =
+      first < point ? static_cast<double>(point - first) : -static_cast<double>(first - point - 1);
+  double exponent = 0;  // a double, for it may have more digits than an integer holds
+  bool isNegative = false;
+  for (const char c : digits.substr(end)) {
+    if (c == '-') isNegative = true;
+    if (c >= '0' && c <= '9') exponent = exponent * 10 + (c - '0');
+  }
+  return magnitude + (isNegative ? -exponent : exponent) > 0;
+}
+
 template <typename Value>
 bool readWhole(std::string_view text, Value& value) {
   text = digitsOf(text);
@@ -63,9 +83,16 @@ int TokenInfoObj::getInteger() const {
 }
 
 double TokenInfoObj::getNumber() const {
+  if (!IsNumber()) return 0;
   double value = 0;
-  if (IsNumber()) readNumber(command_->sourceText(*token_), value);
-  return value;
+  const std::string_view text = command_->sourceText(*token_);
+  if (readNumber(text, value)) return value;
+  std::string_view digits = text;
+  if (digits.starts_with('+') || digits.starts_with('-')) digits.remove_prefix(1);
+  if (!isTooLarge(digits)) return 0;
+  // Infinite, so that whoever asks for bounds sees that it lies outside them.
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  return text.starts_with('-') ? -kInfinity : kInfinity;
 }
 
 }  // namespace vornwout

@@ -51,7 +51,8 @@ class TokenInfoObj {
   /// The number truncated toward zero, or the nearest one that fits 32 bits; 0 for a token that is
   /// none.
   int getInteger() const;
-  /// The number's value; 0 for a token that is no number.
+  /// The number's value: infinite when it is too large for a double, 0 when it is too small for one
+  /// or the token is no number.
   double getNumber() const;
 
   /// Line and column, both from 1.

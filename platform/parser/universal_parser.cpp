@@ -211,6 +211,7 @@ SubComObj* UniversalParser::beginSubcommand(const Declaration& declaration, cons
   SubComObj& object = spec_.commandSubComs_.emplace_back();
   object.spec_ = &spec_;
   object.descriptor_ = &subcommand;
+  object.nameToken_ = &name;
   return &object;
 }
 
@@ -239,6 +240,7 @@ SubComObj* UniversalParser::beginInGroup(const Declaration& declaration, const T
   SubComObj& object = spec_.groupSubComs_.emplace_back();
   object.spec_ = &spec_;
   object.descriptor_ = &subcommand;
+  object.nameToken_ = &name;
   return &object;
 }
 

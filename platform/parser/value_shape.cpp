@@ -17,11 +17,13 @@ class ShapeCheck {
       : command_(command), param_(param), subcommand_(subcommand), value_(value), report_(report) {}
 
   void run() {
-    if (consistsOfCommas()) {
-      return fail(MessageKey::kParamValueRequired, {param_.name(), std::string(subcommand_)},
-                  value_.front());
+    const std::span<const Token> written = value_;
+    if (!written.empty() && commasSeparate(param_) && consistsOfCommas()) {
+      return failEmpty(written.front());
     }
     if (!stripBrackets()) return;
+    const bool isStripped = value_.size() < written.size();
+    if (isStripped && isListOfTexts() && consistsOfCommas()) return failEmpty(written.front());
     switch (param_.spec()) {
       case UPSpecTypes::kNoValue:
       case UPSpecTypes::kRawTokens:
@@ -49,11 +51,22 @@ class ShapeCheck {
   }
 
  private:
-  /// True for commas that separate nothing; no reader would see them.
+  /// True for commas that separate nothing, and for no token at all; a reader would see nothing.
   bool consistsOfCommas() const {
-    return commasSeparate(param_) && !value_.empty() &&
-           std::all_of(value_.begin(), value_.end(),
+    return std::all_of(value_.begin(), value_.end(),
                        [](const Token& token) { return token.code == OperatorCode::kComma; });
+  }
+
+  /// True for the lists of words and texts. One of numbers has a reader that words its own
+  /// refusal, and what a raw one means without members its command says.
+  bool isListOfTexts() const {
+    return param_.spec() == UPSpecTypes::kDeclaredList ||
+           param_.spec() == UPSpecTypes::kLiteralList ||
+           param_.spec() == UPSpecTypes::kQualifierLists;
+  }
+
+  void failEmpty(const Token& token) {
+    fail(MessageKey::kParamValueRequired, {param_.name(), std::string(subcommand_)}, token);
   }
 
   /// Takes the brackets off a list; false, after reporting it, when something stands behind them.

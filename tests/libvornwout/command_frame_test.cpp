@@ -3,6 +3,7 @@
 #include "libvornwout/frame/command_frame.h"
 
 #include <stdexcept>
+#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -42,6 +43,34 @@ constexpr Entry kEntries[] = {
     {outcomnt_, "OUTPUT COMMENT", "Output Comment", "Output Comment", "OUTPUT COMMENT TEXT='a'.",
      "OUTPUT COMMENT BOLD=MAYBE.", false},
 };
+
+/// A part of a command's own. At its end it looks whether the parser has forgotten the grammar, by
+/// which alone the last token of "CODE='x'" is a secret, and whether the messages are still there.
+struct EndingPart {
+  explicit EndingPart(CommandDescriptor& grammar) {
+    SubComDescriptor main("", UPSpecTypes::kKeywords, false, false);
+    ParamDescriptor code("CODE", UPSpecTypes::kString, false, true);
+    code.setSecret();
+    main.addParamDesc(std::move(code));
+    grammar.addSubComDesc(std::move(main));
+  }
+  ~EndingPart() {
+    const CurrentCommand* current = CurrentCommand::current();
+    parserWasGone = current != nullptr && !current->isSecret(current->command().tokens().back());
+    messagesWereThere = ParserMessage::current() != nullptr;
+  }
+  EndingPart(const EndingPart&) = delete;
+  EndingPart& operator=(const EndingPart&) = delete;
+
+  static inline bool parserWasGone = false;
+  static inline bool messagesWereThere = false;
+};
+
+void runWithAPart() {
+  CommandFrame frame({"OUTPUT NEW", "OUTPUT NEW", "Output New"});
+  frame.makePart<EndingPart>();
+  EXPECT_TRUE(frame.parse());
+}
 
 /// What the process has of the call that goes on.
 struct Surroundings {
@@ -242,6 +271,13 @@ TEST_P(CommandFrameTest, ServesTheNextCallAsUsualAfterAnException) {
   EXPECT_THROW(broken.run(GetParam().run, GetParam().valid, &failing), std::runtime_error);
   const CommandRun after(GetParam().run, GetParam().valid, &host);
   EXPECT_EQ(after.events, before.events);
+}
+
+TEST(CommandFrame, EndsTheCommandsOwnPartBehindTheParserAndBeforeTheMessages) {
+  const CommandRun run(runWithAPart, "OUTPUT NEW CODE='x'.", nullptr);
+  EXPECT_THAT(run.parserMessages, IsEmpty());
+  EXPECT_TRUE(EndingPart::parserWasGone);
+  EXPECT_TRUE(EndingPart::messagesWereThere);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryEntry, CommandFrameTest, testing::ValuesIn(kEntries), nameOf);

@@ -272,5 +272,15 @@ TEST_F(ModifyDocumentTest, IsDeliberatelyNotWellFormedInTheDocumentedCases) {
   }
 }
 
+/// Texts that are not escaped may hold markup of their own, deliberately; a document that is
+/// well-formed, and even valid, may so say what no command says.
+TEST_F(ModifyDocumentTest, CarriesTheMarkupInATextThatIsNotEscaped) {
+  const std::string injected = documentOf(
+      "/SELECT TABLES /IF SUBTYPES='a\"/><instance last=\"true\"/><deleteObject/><modifyGraph "
+      "styleSheet=\"b'");
+  EXPECT_NE(injected.find("<deleteObject/>"), std::string::npos) << injected;
+  EXPECT_TRUE(isValid(" " + folder_.write("markup.xml", injected))) << injected;
+}
+
 }  // namespace
 }  // namespace vornwout

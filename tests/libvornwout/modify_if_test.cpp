@@ -44,9 +44,21 @@ TEST(ModifyIf, DeclaresItsSubcommand) {
 }
 
 TEST(ModifyIf, WithoutConditionsWritesNothing) {
-  for (const char* text : {"", "/IF", "/IF COMMANDS", "/IF INSTANCES", "/IF COMMANDS=[]",
-                           "/IF SUBTYPES=[]", "/IF INSTANCES=[]", "/IF VISIBLEONLY=NO"}) {
+  for (const char* text :
+       {"", "/IF", "/IF COMMANDS", "/IF INSTANCES", "/IF COMMANDS=[]", "/IF COMMANDS=[,]",
+        "/IF INSTANCES=[]", "/IF INSTANCES=[,]", "/IF VISIBLEONLY=NO"}) {
     EXPECT_EQ(elementOf(text), "") << text;
+  }
+}
+
+TEST(ModifyIf, RefusesAListWithoutMembers) {
+  for (const char* list : {"[]", "[,]", ","}) {
+    EXPECT_THAT(refusalsOf(std::string("/IF SUBTYPES=") + list),
+                ElementsAre("ParamValueRequired(SUBTYPES, IF)"))
+        << list;
+    EXPECT_THAT(refusalsOf(std::string("/IF LABELS=") + list),
+                ElementsAre("ParamValueRequired(LABELS, IF)"))
+        << list;
   }
 }
 

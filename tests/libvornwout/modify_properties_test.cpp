@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "libvornwout/modify/xml_utilities.h"
+#include "libvornwout/modify/xml/xml_utilities.h"
 #include "platform/text/encoding.h"
 #include "tests/support/modify_grammar.h"
 #include "tests/support/modify_run.h"
@@ -124,10 +124,13 @@ TEST(ModifyProperties, AcceptsTheLeastAndTheGreatestSizes) {
 }
 
 TEST(ModifyProperties, RefusesASizeOutOfBounds) {
+  const std::string manyDigits = "1 " + std::string(400, '9') + " POINTS";
   for (const char* size :
-       {"400.1 1 PERCENT", "1 400.1 PERCENT", "500 500 PERCENT", "2000.1 1 POINTS",
-        "1 2000.1 POINTS", "30 1 INCHES", "1 30 INCHES", "71 1 CENTIMETERS", "1 71 CENTIMETERS",
-        "PROPORTIONAL 2001 POINTS", "1e308 1 INCHES", "3000 3000 POINTS"}) {
+       {"10 1e400 POINTS", "1e999 1e999 PERCENT", "1e999 1 POINTS", "1 1e999 PERCENT",
+        "PROPORTIONAL 1e999 INCHES", manyDigits.c_str(), "400.1 1 PERCENT", "1 400.1 PERCENT",
+        "500 500 PERCENT", "2000.1 1 POINTS", "1 2000.1 POINTS", "30 1 INCHES", "1 30 INCHES",
+        "71 1 CENTIMETERS", "1 71 CENTIMETERS", "PROPORTIONAL 2001 POINTS", "1e308 1 INCHES",
+        "3000 3000 POINTS"}) {
     EXPECT_THAT(refusalsOf(std::string("/OBJECTPROPERTIES SIZE=") + size),
                 ElementsAre(kInvalidSize))
         << size;
@@ -168,6 +171,9 @@ TEST(ModifyProperties, OnlyReportsABadMemberOfASizeDeliberately) {
       {"0.03 1 CENTIMETERS", kWidth, " sizeWidth=\"0.850394\""},
       // The bad width ends the reading before percent are told from points.
       {"0.005 1 PERCENT", kWidth, " sizeWidth=\"0.5\""},
+      {"-1e999 1 POINTS", kWidth, ""},
+      {"-1e999 1 PERCENT", kWidth, ""},
+      {"5 -1e999 POINTS", kHeight, " sizeWidth=\"5\""},
       {"5 -1 POINTS", kHeight, " sizeWidth=\"5\""},
       {"1 -0.001 INCHES", kHeight, " sizeWidth=\"72\""},
       {"5 -1 PERCENT", kHeight, " sizeWidthPCT=\"5\""},

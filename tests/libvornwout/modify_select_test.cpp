@@ -83,7 +83,6 @@ TEST(ModifySelect, WritesTheExceptionsInTheirOrder) {
       {"ALL EXCEPT=CHARTS TABLES CHARTS", " charts=\"false\" tables=\"false\" charts=\"false\""},
       {"ALL TABLES EXCEPT=TABLES", " tables=\"false\""},
       {"EXCEPT=LOGS ALL", " logs=\"false\""},
-      {"ALL EXCEPT=[]", ""},
       {"ALL EXCEPT=headings 'models' TEXTS TREES WARNINGS OUTLINEHEADERS NOTES UNKNOWN OTHER "
        "PAGETITLES",
        " headings=\"false\" models=\"false\" texts=\"false\" trees=\"false\" warnings=\"false\""
@@ -94,6 +93,16 @@ TEST(ModifySelect, WritesTheExceptionsInTheirOrder) {
     EXPECT_EQ(documentOf(std::string("/SELECT ") + test.select),
               wholeOf(event(std::string(" all=\"true\"") + test.attributes)))
         << test.select;
+  }
+}
+
+TEST(ModifySelect, RefusesAnEmptyListOfExceptions) {
+  for (const char* list : {"[]", "[,]", ","}) {
+    FakeHost host;
+    const CommandRun run(outmodify_, std::string("OUTPUT MODIFY /SELECT ALL EXCEPT=") + list + ".",
+                         &host);
+    EXPECT_THAT(run.parserCalls(), ElementsAre("ParamValueRequired(EXCEPT, SELECT)")) << list;
+    EXPECT_THAT(host.modifyDocuments, IsEmpty()) << list;
   }
 }
 

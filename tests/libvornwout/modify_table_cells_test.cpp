@@ -117,7 +117,6 @@ TEST(ModifyTableCells, SelectsLabelsAndPositions) {
       {"position(3 1 2)", " selectPosition=\"3;1;2\""},
       {"POSITION(3, 1, 2)", " selectPosition=\"3;1;2\""},
       {"POSITION(1) POSITION(-7 0)", " selectPosition=\"1;-7;0\""},
-      {"POSITION()", ""},
       {"'a' POSITION(1 2) BODY 'b'",
        " body=\"true\" selectExpression=\"a;b\" selectPosition=\"1;2\""},
   });
@@ -149,6 +148,8 @@ TEST(ModifyTableCells, RefusesAWrongSelection) {
       {"SELECT=[POSITION]", {parentheses}},
       {"SELECT=[POSITION 1]", {parentheses, invalid("1")}},
       {"SELECT=[POSITION '(' ]", {parentheses}},
+      {"SELECT=[POSITION()]", {integers}},
+      {"SELECT=[MEAN POSITION() POSITION(1)]", {integers}},
       {"SELECT=[POSITION(a)]", {integers}},
       {"SELECT=[POSITION(1 'a' 2.5 b)]", {integers}},
       {"SELECT=[POSITION(2147483648)]", {integers}},
@@ -347,6 +348,8 @@ TEST(ModifyTableCells, WritesColoursOfTextAndBackground) {
   expectRefusals({
       {"SELECT=[] TEXTCOLOR=BROWN", {kBadColor}},
       {"SELECT=[] TEXTCOLOR=RGB(0 0 256)", {kBadColor}},
+      {"SELECT=[] TEXTCOLOR=RGB(0 0 1e999)", {kBadColor}},
+      {"SELECT=[] TEXTCOLOR=RGB(0 0 -1e999)", {kBadColor}},
       {"SELECT=[] BACKGROUNDCOLOR=GREY", {kBadColor}},
       {"SELECT=[] BACKGROUNDCOLOR=RGB(-1 0 0)", {kBadColor}},
       {"SELECT=[] BACKGROUNDCOLOR", {kBadColor}},

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "libvornwout/modify/xml_utilities.h"
+#include "libvornwout/modify/xml/xml_utilities.h"
 #include "platform/text/encoding.h"
 #include "tests/support/look_folders.h"
 #include "tests/support/modify_grammar.h"
@@ -284,7 +284,8 @@ TEST(ModifyTable, RefusesATableLookThatIsNone) {
       {"TLOOK='NONE'", {"FileNameInvalid(NONE)"}},
       {"TLOOK='empty.qtt'", {"FileNameInvalid(empty.qtt)"}},
       {"TLOOK='Chart'", {"FileNameInvalid(Chart)"}},
-      {"TLOOK=''", {"FileNameInvalid('')"}},
+      {"TLOOK=''", {"FileNameInvalid()"}},
+      {"TLOOK=\"\"", {"FileNameInvalid()"}},
       {"TLOOK", {"FileNameInvalid()"}},
       {"TLOOK=NONE NONE", {"FileNameInvalid(NONE NONE)"}},
       {"TLOOK=['a' 'b']", {"FileNameInvalid(['a' 'b'])"}},

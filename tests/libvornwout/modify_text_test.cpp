@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "libvornwout/modify/xml_utilities.h"
+#include "libvornwout/modify/xml/xml_utilities.h"
 #include "platform/text/encoding.h"
 #include "tests/support/modify_grammar.h"
 #include "tests/support/modify_run.h"

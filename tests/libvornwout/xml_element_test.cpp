@@ -1,5 +1,5 @@
 // The one way in which elements and attributes of the modify document are written.
-#include "libvornwout/modify/xml_element.h"
+#include "libvornwout/modify/xml/xml_element.h"
 
 #include <limits>
 

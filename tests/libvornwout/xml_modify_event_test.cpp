@@ -1,5 +1,5 @@
 // The element of one group: its attributes, where its start tag ends, and that it is always closed.
-#include "libvornwout/modify/xml_modify_event.h"
+#include "libvornwout/modify/xml/xml_modify_event.h"
 
 #include <functional>
 #include <stdexcept>

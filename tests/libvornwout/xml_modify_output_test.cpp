@@ -1,5 +1,5 @@
 // The root of the modify document and the document as a whole.
-#include "libvornwout/modify/xml_modify_output.h"
+#include "libvornwout/modify/xml/xml_modify_output.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

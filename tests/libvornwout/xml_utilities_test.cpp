@@ -1,5 +1,5 @@
 // Colours, conversion, escaping, looks and date tokens.
-#include "libvornwout/modify/xml_utilities.h"
+#include "libvornwout/modify/xml/xml_utilities.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -117,6 +117,9 @@ TEST(GetRgb, KeepsBlueUntestedForBeingAnInteger) {
   EXPECT_EQ(rgbOf("RGB(1 2 256.5)"), (Color{false, 1, 2, 256}));
   EXPECT_FALSE(rgbOf("RGB(1 2 99999999999)").found);
   EXPECT_FALSE(rgbOf("RGB(1 2 -1e10)").found);
+  EXPECT_FALSE(rgbOf("RGB(1 2 1e999)").found);
+  EXPECT_FALSE(rgbOf("RGB(1 2 -1e999)").found);
+  EXPECT_EQ(rgbOf("RGB(1 2 1e-999)"), (Color{true, 1, 2, 0}));
 }
 
 TEST(GenericToUtf8, ConvertsFromTheCurrentEncoding) {

@@ -415,6 +415,10 @@ TEST(Qualifiers, NotDeclaredAreReportedAndTheOthersGiven) {
   EXPECT_FALSE(value->getStringQualList(raw, value.parsed().messages(), qualifiers));
   EXPECT_THAT(value.parsed().reports(), ElementsAre("ParamNoSubCom(TIP)@1:7"));
   ASSERT_THAT(qualifiers, SizeIs(1));
+  const OneValue second(raw, "TOP(2) TIP(1)");
+  EXPECT_FALSE(second->getStringQualList(raw, second.parsed().messages(), qualifiers));
+  EXPECT_THAT(second.parsed().reports(), ElementsAre("ParamNoSubCom(TIP)@1:14"));
+  ASSERT_THAT(qualifiers, SizeIs(1));
   int number = 0;
   EXPECT_TRUE(qualifiers[0].getIntegerValue(number));
   EXPECT_EQ(number, 2);
@@ -468,6 +472,38 @@ TEST(SubcommandLookup, IsWithoutRegardToCaseAndFirstWhereRepeated) {
   EXPECT_EQ(all[1]->getParamObj("TEXT")->getStringToken(), "2");
   EXPECT_FALSE(parsed.spec().getSubComObj("LINES", all));
   EXPECT_THAT(all, IsEmpty());
+}
+
+TEST(SubcommandName, IsTheTokenInTheCommand) {
+  CommandDescriptor command("G");
+  SubComDescriptor main("", Spec::kKeywords, false, false);
+  main.addParamDesc("P", Spec::kString, false, true);
+  command.addSubComDesc(main);
+  command.addSubComDesc(SubComDescriptor("S", Spec::kKeywords, false, true));
+  GroupComDescriptor group(0, true, "");
+  group.addSubComDesc(SubComDescriptor("LEAD", Spec::kKeywords, true, false), true);
+  group.addSubComDesc(SubComDescriptor("T", Spec::kKeywords, false, true), false);
+  command.addGroupDesc(group);
+  const ParsedCommand parsed(command, "P=a /s /S /LEAD /T /T.");
+  EXPECT_THAT(parsed.reports(), IsEmpty());
+  const auto columnsOf = [&](const std::vector<const SubComObj*>& subcommands) {
+    std::vector<int> columns;
+    for (const SubComObj* subcommand : subcommands) {
+      const Token* name = subcommand->nameToken();
+      columns.push_back(name == nullptr ? 0
+                                        : static_cast<int>(parsed.command().place(*name).column));
+    }
+    return columns;
+  };
+  EXPECT_EQ(parsed.spec().getSubComObj("")->nameToken(), nullptr);
+  std::vector<const SubComObj*> found;
+  parsed.spec().getSubComObj("S", found);
+  EXPECT_THAT(columnsOf(found), ElementsAre(8, 11));
+  std::vector<const GroupComObj*> groups;
+  parsed.spec().getGroupObj(groups, "LEAD");
+  ASSERT_THAT(groups, SizeIs(1));
+  groups[0]->getSubComObj("T", found);
+  EXPECT_THAT(columnsOf(found), ElementsAre(20, 23));
 }
 
 TEST(GroupLookup, FindsTheGroupsOfOneLeader) {

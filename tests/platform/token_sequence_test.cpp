@@ -1,6 +1,7 @@
 // One token as commands see it, the tokens of the current command, and the readers of numbers.
 #include "platform/parser/token_sequence.h"
 
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -90,10 +91,45 @@ const TokenCase kTokenCases[] = {
     {"5.", "5.", "5.", 'n', 0, false, 5, 5},
     {".5", ".5", ".5", 'n', 0, false, 0, 0.5},
     {"1e2", "1e2", "1E2", 'n', 0, false, 100, 100},
-    {"1e999", "1e999", "1E999", 'n', 0, false, 0, 0},
 };
 
 INSTANTIATE_TEST_SUITE_P(TokenSequence, TokenInfo, testing::ValuesIn(kTokenCases));
+
+TEST(TokenInfo, OfANumberThatNoDoubleHoldsIsInfiniteOrZero) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  const std::string zeros(400, '0');
+  const std::pair<std::string, double> cases[] = {
+      {"1e999", kInfinity},
+      {"-1e999", -kInfinity},
+      {"+1e999", kInfinity},
+      {"1e400", kInfinity},
+      {"9" + zeros, kInfinity},
+      {"-9" + zeros + ".5", -kInfinity},
+      {".0001E400", kInfinity},
+      {"0." + zeros + "1e800", kInfinity},
+      {"1e99999999999999999999999999999999", kInfinity},
+      {"1e-999", 0},
+      {"-1e-999", 0},
+      {"." + zeros + "1", 0},
+      {"9" + zeros + "e-800", 0},
+      {"1e-99999999999999999999999999999999", 0},
+      {"0e999", 0},
+      {"0" + zeros + "e" + zeros + "1", 0},
+      {"1" + zeros + "e-400", 1},
+      {"0." + zeros + "1e401", 1},
+  };
+  for (const auto& [source, value] : cases) {
+    const TokenizedText text("A " + source + " B");
+    const TokenInfoObj token(text.command(), text.command().tokens()[1]);
+    ASSERT_TRUE(token.IsNumber()) << source;
+    EXPECT_EQ(token.getNumber(), value) << source;
+    const bool isFinite = value == 0 || value == 1;
+    EXPECT_EQ(token.getInteger(), isFinite    ? static_cast<int>(value)
+                                  : value > 0 ? std::numeric_limits<int>::max()
+                                              : std::numeric_limits<int>::min())
+        << source;
+  }
+}
 
 TEST(ReadNumber, TakesWhatANumberTokenMayHold) {
   const std::vector<std::pair<const char*, double>> cases = {

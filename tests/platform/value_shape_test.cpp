@@ -22,6 +22,12 @@ ParamDescriptor param(UPSpecTypes::ParamSpec spec, const std::vector<std::string
   return made;
 }
 
+ParamDescriptor rawBracketParam() {
+  return param(UPSpecTypes::kRawTokens, {}, UPSpecTypes::kBracketsOptional);
+}
+ParamDescriptor bracketNumbersParam() {
+  return param(UPSpecTypes::kNumberList, {}, UPSpecTypes::kBracketsOptional);
+}
 ParamDescriptor rawParam() { return param(UPSpecTypes::kRawTokens, {"YES"}); }
 ParamDescriptor freeParam() { return param(UPSpecTypes::kDeclaredValue); }
 ParamDescriptor declaredParam() { return param(UPSpecTypes::kDeclaredValue, {"YES", "ALL", "5"}); }
@@ -125,14 +131,24 @@ const ShapeCase kShapeCases[] = {
     {listParam, ",,", {"ParamValueRequired(P, S)@1:8"}},
     {bracketListParam, "[BOLD, ALL]", {}},
     {bracketListParam, "BOLD ALL", {}},
-    {bracketListParam, "[]", {}},
+    {bracketListParam, "[]", {"ParamValueRequired(P, S)@1:8"}},
+    {bracketListParam, "[,]", {"ParamValueRequired(P, S)@1:8"}},
+    {bracketListParam, "[BOLD,]", {}},
     {bracketListParam, "(BOLD)", {"InvalidParamValue((, P, S)@1:8"}},
     {bracketListParam, "[BOLD] BOLD", {"UnexpectedToken(BOLD, P)@1:15"}},
 
     {literalsParam, "'a' 'b'", {}},
     {literalsParam, "['a', \"b\"]", {}},
     {literalsParam, "['a'] ['b']", {"UnexpectedToken([, P)@1:14"}},
-    {literalsParam, "[]", {}},
+    {literalsParam, "[]", {"ParamValueRequired(P, S)@1:8"}},
+    {literalsParam, "[,, ]", {"ParamValueRequired(P, S)@1:8"}},
+    {literalsParam, ",", {"ParamValueRequired(P, S)@1:8"}},
+    {literalsParam, "['']", {}},
+    {rawBracketParam, "[]", {}},
+    {rawBracketParam, "[,]", {}},
+    {rawBracketParam, ",", {"ParamValueRequired(P, S)@1:8"}},
+    {bracketNumbersParam, "[]", {}},
+    {bracketNumbersParam, "[,]", {}},
     {literalsParam,
      "[a b 'c' d]",
      {"ParamNeedLiteral(a, P, S)@1:9", "ParamNeedLiteral(d, P, S)@1:17"}},
@@ -160,6 +176,8 @@ const ShapeCase kShapeCases[] = {
      "FOO(1) BAR COLLABEL",
      {"ParamNoSubCom(FOO)@1:8", "ParamNoSubCom(BAR)@1:15", "ParenRequired(COLLABEL)@1:19"}},
     {qualifierListsParam, "[EXACT('a' 'b') BEGINS('c')]", {}},
+    {qualifierListsParam, "[]", {"ParamValueRequired(P, S)@1:8"}},
+    {qualifierListsParam, "[,]", {"ParamValueRequired(P, S)@1:8"}},
     {qualifierListsParam, "EXACT('a'), BEGINS('c', 'd')", {}},
     {qualifierListsParam,
      "EXACT(a) BEGINS(c)",

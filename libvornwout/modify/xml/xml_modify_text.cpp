@@ -1,8 +1,8 @@
-#include "libvornwout/modify/xml_modify_text.h"
+#include "libvornwout/modify/xml/xml_modify_text.h"
 
 #include "libvornwout/modify/modify_text.h"
-#include "libvornwout/modify/xml_element.h"
-#include "libvornwout/modify/xml_utilities.h"
+#include "libvornwout/modify/xml/xml_element.h"
+#include "libvornwout/modify/xml/xml_utilities.h"
 
 namespace vornwout {
 

@@ -1,7 +1,7 @@
-#include "libvornwout/modify/xml_modify_table.h"
+#include "libvornwout/modify/xml/xml_modify_table.h"
 
 #include "libvornwout/modify/modify_table.h"
-#include "libvornwout/modify/xml_element.h"
+#include "libvornwout/modify/xml/xml_element.h"
 
 namespace vornwout {
 namespace {

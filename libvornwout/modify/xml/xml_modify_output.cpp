@@ -1,6 +1,6 @@
-#include "libvornwout/modify/xml_modify_output.h"
+#include "libvornwout/modify/xml/xml_modify_output.h"
 
-#include "libvornwout/modify/xml_utilities.h"
+#include "libvornwout/modify/xml/xml_utilities.h"
 
 namespace vornwout {
 

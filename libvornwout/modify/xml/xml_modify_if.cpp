@@ -1,10 +1,10 @@
-#include "libvornwout/modify/xml_modify_if.h"
+#include "libvornwout/modify/xml/xml_modify_if.h"
 
 #include <vector>
 
 #include "libvornwout/modify/modify_if.h"
-#include "libvornwout/modify/xml_element.h"
-#include "libvornwout/modify/xml_utilities.h"
+#include "libvornwout/modify/xml/xml_element.h"
+#include "libvornwout/modify/xml/xml_utilities.h"
 
 namespace vornwout {
 namespace {

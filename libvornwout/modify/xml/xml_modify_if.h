@@ -1,5 +1,8 @@
 // xmlModifyIf: writes the conditions of a group. They stand in the event one by one, with no
 // element around them.
+//
+// They come by kind, each kind in the order of the command, and before every element that changes
+// something: a host knows its objects before it reads what to do to them.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-#include "libvornwout/modify/xml_modify_event.h"
+#include "libvornwout/modify/xml/xml_modify_event.h"
 
 #include <exception>
 

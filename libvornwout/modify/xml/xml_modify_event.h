@@ -9,7 +9,7 @@
 #include <cstddef>
 #include <string>
 
-#include "libvornwout/modify/xml_element.h"
+#include "libvornwout/modify/xml/xml_element.h"
 
 namespace vornwout {
 

@@ -1,4 +1,4 @@
-#include "libvornwout/modify/xml_utilities.h"
+#include "libvornwout/modify/xml/xml_utilities.h"
 
 #include <array>
 #include <string_view>

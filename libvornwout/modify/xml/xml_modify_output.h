@@ -8,7 +8,7 @@
 #include <string>
 
 #include "libvornwout/modify/modify_select.h"
-#include "libvornwout/modify/xml_element.h"
+#include "libvornwout/modify/xml/xml_element.h"
 
 namespace vornwout {
 

@@ -1,4 +1,7 @@
 // xmlModifyGraphs: writes the element that restyles charts.
+//
+// It takes the contents and the name rather than the modifier, for these are all there is to write;
+// embedded files are written as they are, whatever they hold.
 #pragma once
 
 #include <string>

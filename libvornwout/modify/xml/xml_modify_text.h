@@ -1,4 +1,7 @@
 // xmlModifyText: writes the element that changes text objects.
+//
+// Everything is an attribute and is left out where it was not given; a colour is written only with
+// all its three components.
 #pragma once
 
 #include <string>

@@ -1,4 +1,7 @@
 // xmlModifyTable: writes the element that changes whole tables.
+//
+// Layers go by the kinds of their pairs rather than in the order of the command, for the modifier
+// holds them so; the table look is the last thing in the element.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-#include "libvornwout/modify/xml_element.h"
+#include "libvornwout/modify/xml/xml_element.h"
 
 #include <array>
 #include <charconv>

@@ -1,7 +1,7 @@
-#include "libvornwout/modify/xml_modify_graphs.h"
+#include "libvornwout/modify/xml/xml_modify_graphs.h"
 
-#include "libvornwout/modify/xml_element.h"
-#include "libvornwout/modify/xml_utilities.h"
+#include "libvornwout/modify/xml/xml_element.h"
+#include "libvornwout/modify/xml/xml_utilities.h"
 
 namespace vornwout {
 
