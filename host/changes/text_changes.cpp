@@ -1,0 +1,80 @@
+#include "host/changes/text_changes.h"
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace vornwout {
+namespace {
+
+/// Whether `value` was another one before.
+template <typename Value>
+bool replace(Value& value, const Value& wanted) {
+  if (value == wanted) return false;
+  value = wanted;
+  return true;
+}
+
+/// The lines of a text, which end with "\n", "\r\n" or "\r"; at least one.
+std::vector<std::string_view> linesOf(std::string_view text) {
+  std::vector<std::string_view> lines;
+  for (;;) {
+    const std::size_t end = text.find_first_of("\r\n");
+    lines.push_back(text.substr(0, end));
+    if (end == std::string_view::npos) return lines;
+    text.remove_prefix(text.substr(end).starts_with("\r\n") ? end + 2 : end + 1);
+    if (text.empty()) return lines;
+  }
+}
+
+TextStyle firstStyle(const TextContent& text) {
+  for (const TextParagraph& paragraph : text.paragraphs) {
+    if (!paragraph.runs.empty()) return paragraph.runs.front().style;
+  }
+  return {};
+}
+
+/// Plain paragraphs, also for empty lines a run: a later change finds its style there.
+TextContent plainText(std::string_view text, const TextStyle& style) {
+  TextContent content;
+  for (const std::string_view line : linesOf(text)) {
+    content.paragraphs.emplace_back().runs.push_back({std::string(line), style, ""});
+  }
+  return content;
+}
+
+bool changeStyle(TextStyle& style, const TextChange& change, bool changesFont) {
+  bool changed = false;
+  if (changesFont) changed |= replace(style.font, change.font);
+  if (change.fontSize > 0) changed |= replace(style.size, change.fontSize);
+  if (change.bold) changed |= replace(style.bold, *change.bold);
+  if (change.italic) changed |= replace(style.italic, *change.italic);
+  if (change.underline) changed |= replace(style.underlined, *change.underline);
+  if (!change.color.empty()) changed |= replace(style.color, change.color);
+  return changed;
+}
+
+}  // namespace
+
+bool changeText(TextContent& text, const TextChange& change, ChangeNotes& notes,
+                const FontCheck& isFont) {
+  bool changed = false;
+  if (change.text) changed |= replace(text, plainText(*change.text, firstStyle(text)));
+  const bool changesFont = !change.font.empty() && (!isFont || isFont(change.font));
+  if (!change.font.empty() && !changesFont) notes.invalidFont(change.font);
+  for (TextParagraph& paragraph : text.paragraphs) {
+    for (TextRun& run : paragraph.runs) changed |= changeStyle(run.style, change, changesFont);
+  }
+  return changed;
+}
+
+bool changeText(LogContent& log, const TextChange& change) {
+  return change.text && replace(log.text, *change.text);
+}
+
+bool changeText(MessageContent& message, const TextChange& change) {
+  return change.text && replace(message.text, *change.text);
+}
+
+}  // namespace vornwout
