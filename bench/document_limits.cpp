@@ -51,7 +51,9 @@ PivotDimension dimension(const char* label, PivotPlace place, int categories) {
   made.label = text(label);
   made.position = PivotPosition{static_cast<int>(place), 1, false, false};
   for (int i = 0; i < categories; ++i) {
-    made.categories.push_back({text(fmt::format("{} {}", label, i)), -1, false, made.leafCount++});
+    PivotCategory& category = made.categories.emplace_back();
+    category.label = text(fmt::format("{} {}", label, i));
+    category.leaf = made.leafCount++;
   }
   return made;
 }

@@ -46,6 +46,7 @@ int main(int argc, char** argv) {
   std::vector<vornwout::LimitResult> results = vornwout::processLimits(effort, argv[1]);
   for (auto& result : vornwout::commandLimits(effort)) results.push_back(result);
   for (auto& result : vornwout::modifyLimits(effort)) results.push_back(result);
+  for (auto& result : vornwout::changeLimits(effort)) results.push_back(result);
   for (auto& result : vornwout::buildLimits(effort)) results.push_back(result);
   for (auto& result : vornwout::documentLimits(effort)) results.push_back(result);
   return vornwout::report(results, effort.isSmoke);

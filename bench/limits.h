@@ -64,6 +64,7 @@ inline Medians mediansInTurn(const Effort& effort, const std::function<void()>& 
 }
 
 std::vector<LimitResult> buildLimits(const Effort& effort);
+std::vector<LimitResult> changeLimits(const Effort& effort);
 std::vector<LimitResult> commandLimits(const Effort& effort);
 std::vector<LimitResult> documentLimits(const Effort& effort);
 std::vector<LimitResult> modifyLimits(const Effort& effort);

@@ -16,6 +16,7 @@ install(FILES libvornwout/include/vornwout/entry_points.h
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vornwout)
 install(FILES README.md docs/language-reference.md docs/messages.md docs/traces.md
               docs/file-format.md docs/document.xsd docs/modify-document.md docs/modify-document.xsd
+              docs/looks.md docs/table-look.xsd docs/chart-template.xsd
         DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 install(EXPORT vornwout-targets NAMESPACE vornwout:: DESTINATION ${package_dir})
@@ -30,3 +31,5 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vornwout-config.cmake
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vornwout.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 install(FILES docs/manifest-schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/vornwout)
+install(DIRECTORY Looks DESTINATION ${CMAKE_INSTALL_DATADIR}/vornwout
+        FILES_MATCHING PATTERN "*.qtt" PATTERN "*.qgt" PATTERN "*.qgs")

@@ -29,6 +29,14 @@ number=$("$program" show "${protected[@]}" --outline |
   sed -nE 's/^ *([0-9]+) .*Admissions by department.*/\1/p')
 run show "${protected[@]}" --object "$number"
 
+# The same report restyled by a third job: before and after.
+run run --handle "OUT=$PWD/$out" "$data/restyle.qxs"
+for document in report.qxv restyled.qxw; do
+  number=$("$program" show "$out/$document" --outline --no-pager |
+    sed -nE 's/^ *([0-9]+) .*Persons on the Titanic.*/\1/p')
+  run show "$out/$document" --object "$number" --no-pager
+done
+
 # Without the password nothing is shown.
 say show "$out/protected.qxv"
 if "$program" show "$out/protected.qxv" --no-pager 2>&1; then
@@ -46,8 +54,8 @@ Go on from here:
       runs the first job again; change it before
   $program help
       lists the commands of this version
-  $out/report.qxw
-      is a zip file with index.html, a page for any browser
+  $out/report.qxw, $out/restyled.qxw
+      are zip files with index.html, a page for any browser
   examples/open-data/README.md
       tells where the data come from
 END

@@ -10,8 +10,8 @@
 
 namespace vornwout {
 
-/// Why a command cannot be carried out, one sentence without a period, for "Failed to modify output
-/// ^1...".
+/// Why a command cannot be carried out: one sentence without a period that goes on behind
+/// "because".
 class ChangeError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

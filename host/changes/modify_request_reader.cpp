@@ -108,13 +108,13 @@ class Attribute {
 
   [[noreturn]] void refuse(const char* what) const {
     throw ChangeError(
-        fmt::format("because the modify document is not understood: the attribute {} "
+        fmt::format("the modify document is not understood: the attribute {} "
                     "of {}, \"{}\", {}",
                     name(), element_.name(), text(), what));
   }
   [[noreturn]] void refuseUnknown() const {
     throw ChangeError(
-        fmt::format("because the modify document is not understood: {} has an attribute {} that is "
+        fmt::format("the modify document is not understood: {} has an attribute {} that is "
                     "not known",
                     element_.name(), name()));
   }
@@ -163,7 +163,7 @@ void forEachAttribute(pugi::xml_node element, const Visit& visit) {
 }
 
 [[noreturn]] void refuseElement(pugi::xml_node parent, pugi::xml_node element) {
-  throw ChangeError(fmt::format("because the modify document is not understood: {} holds {}{}",
+  throw ChangeError(fmt::format("the modify document is not understood: {} holds {}{}",
                                 parent.name(),
                                 element.type() == pugi::node_element ? "an element " : "a text",
                                 element.type() == pugi::node_element ? element.name() : ""));
@@ -569,13 +569,13 @@ ModifyRequest readModifyRequest(const std::string& xml) {
     const auto offset =
         std::min(static_cast<std::size_t>(std::max<std::ptrdiff_t>(0, parsed.offset)), xml.size());
     throw ChangeError(
-        fmt::format("because the modify document cannot be read at its byte {}, near \"{}\": a "
+        fmt::format("the modify document cannot be read at its byte {}, near \"{}\": a "
                     "text with a quotation mark may be the cause",
                     offset, excerptAt(xml, offset)));
   }
   const pugi::xml_node root = document.document_element();
   if (std::strcmp(root.name(), "modifyOutputObject") != 0) {
-    throw ChangeError("because what came is no modify document");
+    throw ChangeError("what came is no modify document");
   }
   ModifyRequest request;
   forEachAttribute(root, [&](const Attribute& attribute) {

@@ -11,6 +11,8 @@
 
 #include "host/changes/row_sort.h"
 #include "host/layout/table_axis.h"
+#include "host/looks/look_element.h"
+#include "host/looks/table_look_xml.h"
 #include "platform/pivot/cell_text.h"
 #include "platform/pivot/display_format.h"
 
@@ -130,12 +132,24 @@ bool changeFormat(PivotTable& table, DisplayFormat format) {
   return changed;
 }
 
+TableLook lookOf(const std::string& xml) {
+  try {
+    return parseTableLook(xml);
+  } catch (const LookError& error) {
+    throw ChangeError(std::string("a table look cannot be read: ") + error.what());
+  }
+}
+
 }  // namespace
 
 bool changeTable(PivotTable& table, const TableChange& change, ChangeNotes& notes) {
   bool changed = false;
   if (change.title) changed |= changeTitle(table, *change.title);
   if (change.summary) changed |= replace(table.summary, *change.summary);
+  if (change.usesDefaultLook) changed |= replace(table.tableLook, Shared<TableLook>());
+  if (!change.look.empty()) {
+    changed |= replace(table.tableLook, Shared<TableLook>(lookOf(change.look)));
+  }
   if (change.transposes) changed |= transpose(table);
   changed |= chooseLayers(table, change.layers);
   if (change.sort) changed |= sortRows(table, *change.sort);

@@ -3,14 +3,49 @@
 #include <stdexcept>
 #include <utility>
 
+#include <fmt/format.h>
+
+#include "host/changes/change_engine.h"
+#include "host/changes/installed_fonts.h"
+#include "host/changes/modify_request_reader.h"
+#include "host/store/store_error.h"
+#include "platform/text/encoding.h"
+
 namespace vornwout {
 
 std::string EmbeddedHost::ExportOutput(const std::string&) {
   throw std::runtime_error("This version cannot export output documents.");
 }
 
-std::string EmbeddedHost::ModifyOutput(const std::string&) {
-  throw std::runtime_error("This version cannot change output documents.");
+std::string EmbeddedHost::ModifyOutput(const std::string& modifyXml) {
+  // What the user sees is "Failed to modify output because ...".
+  try {
+    return modify(readModifyRequest(modifyXml));
+  } catch (const ChangeError& error) {
+    throw std::runtime_error(std::string("because ") + error.what());
+  } catch (const StoreError& error) {
+    throw std::runtime_error(std::string("because a content cannot be read: ") + error.what());
+  }
+}
+
+std::string EmbeddedHost::modify(const ModifyRequest& request) {
+  const std::vector<Document*> documents = controller_.documentsNamed(request.documentName);
+  if (documents.empty()) {
+    const bool isName = !request.documentName.empty() && request.documentName != "*";
+    throw ChangeError(isName ? "there is no open output document named " + request.documentName
+                             : "no output document is open");
+  }
+  ChangeEngine engine(isFontInstalled);
+  for (Document* document : documents) engine.apply(request, *document);
+  const ChangeCounts counts = engine.counts();
+  // The counts come first: the first parentheses of the answer are theirs.
+  std::string answer = fmt::format("({},{},{})", counts.selected, counts.modified, counts.deleted);
+  for (const std::string& note : engine.notes()) answer += " " + note;
+  std::string encoded = currentEncoding().fromUtf8(answer);
+  for (const ChangeEngine::Removed& removed : engine.commit()) {
+    sink_.objectsRemoved(removed.documentNumber, removed.positions);
+  }
+  return encoded;
 }
 
 void EmbeddedHost::setCommandLog(std::string commandName, std::string sourceText) {

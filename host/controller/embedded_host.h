@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "host/changes/modify_request.h"
 #include "host/controller/document_sink.h"
 #include "host/controller/output_controller.h"
 #include "platform/adapter/host_adapter.h"
@@ -26,7 +27,7 @@ class EmbeddedHost : public HostAdapter {
   /// Not available in this version: throws std::runtime_error.
   std::string ExportOutput(const std::string& exportXml) override;
   /// Changes the documents that the modify document names, all of them or none. Returns the counts
-  /// and notes; throws ChangeError or StoreError when it cannot be carried out.
+  /// and notes; throws std::runtime_error with the reason when it cannot be carried out.
   std::string ModifyOutput(const std::string& modifyXml) override;
 
   OutputSink& sink() { return sink_; }
@@ -43,6 +44,8 @@ class EmbeddedHost : public HostAdapter {
   std::optional<std::string> activeDocumentLabel() const;
 
  private:
+  std::string modify(const ModifyRequest& request);
+
   OutputController controller_;
   DocumentSink sink_;
 };

@@ -73,6 +73,10 @@ AxisDimension::AxisDimension(const PivotTable& table, std::size_t index)
   if (rank != at(source_->leafCount)) {
     throw std::invalid_argument("a dimension of the table counts categories that it has not");
   }
+  if (source_->place() == PivotPlace::kLayers) shownLeaf_ = source_->shownLeaf;
+  if (shownLeaf_ < -1 || shownLeaf_ >= source_->leafCount) {
+    throw std::invalid_argument("a dimension of the table shows a category that it has not");
+  }
 }
 
 int AxisDimension::order() const { return source_->position ? source_->position->index : 1; }
@@ -86,6 +90,12 @@ std::uint64_t AxisDimension::rankOf(int leaf) const {
 
 int AxisDimension::categoryAt(std::uint64_t rank, int level) const {
   return paths_[rank * at(depth_) + at(level)];
+}
+
+const PivotCategory& AxisDimension::leafAt(std::uint64_t rank) const {
+  int level = depth_ - 1;
+  while (categoryAt(rank, level) < 0) --level;
+  return category(categoryAt(rank, level));
 }
 
 const PivotCategory& AxisDimension::category(int index) const {
@@ -131,6 +141,28 @@ std::uint64_t TableAxis::rankIn(std::uint64_t key, std::size_t dimension) const 
   return key / strides_[dimension] % static_cast<std::uint64_t>(dimensions_[dimension].leafCount());
 }
 
+bool TableAxis::shows(const PivotCell& cell) const {
+  return std::all_of(dimensions_.begin(), dimensions_.end(), [&](const AxisDimension& dimension) {
+    return dimension.shownLeaf() < 0 || cell.at[dimension.index()] == dimension.shownLeaf();
+  });
+}
+
+std::uint64_t TableAxis::firstShownKey() const {
+  std::uint64_t key = 0;
+  for (std::size_t i = 0; i < dimensions_.size(); ++i) {
+    const int leaf = dimensions_[i].shownLeaf();
+    if (leaf >= 0) key += strides_[i] * dimensions_[i].rankOf(leaf);
+  }
+  return key;
+}
+
+int TableAxis::widthOf(std::uint64_t key) const {
+  if (dimensions_.empty()) return 0;
+  const AxisDimension& innermost = dimensions_.back();
+  const std::uint64_t rank = rankIn(key, dimensions_.size() - 1);
+  return innermost.leafAt(rank).width;
+}
+
 std::vector<AxisLine> TableAxis::header(const std::vector<std::uint64_t>& keys,
                                         bool dimensionLabels, bool keepEmpty) const {
   std::vector<AxisLine> lines;
@@ -154,7 +186,8 @@ AxisLine TableAxis::labelLine(const std::vector<std::uint64_t>& keys, std::size_
   for (std::size_t i = 0; i < keys.size(); ++i) {
     const std::uint64_t outer = keys[i] / outerStride;
     if (i == 0 || outer != previous) {
-      line.labels.push_back({static_cast<int>(i), 0, 1, &dimensions_[dimension].label(), false});
+      line.labels.push_back(
+          {static_cast<int>(i), 0, 1, &dimensions_[dimension].label(), false, nullptr});
     }
     ++line.labels.back().length;
     previous = outer;
@@ -178,7 +211,8 @@ AxisLine TableAxis::categoryLine(const std::vector<std::uint64_t>& keys, std::si
       if (i == 0 || outer != previousOuter || index != previousCategory) {
         const PivotCategory& category = axis.category(index);
         const int levels = category.isGroup ? 1 : axis.depth() - level;
-        line.labels.push_back({static_cast<int>(i), 0, levels, &category.label, !category.isGroup});
+        line.labels.push_back(
+            {static_cast<int>(i), 0, levels, &category.label, !category.isGroup, &category});
       }
       ++line.labels.back().length;
     }

@@ -19,18 +19,22 @@ namespace vornwout {
 class AxisDimension {
  public:
   /// `index` is the dimension's place in `table`. Throws std::invalid_argument for categories that
-  /// do not form a tree or do not number their leaves.
+  /// do not form a tree or do not number their leaves, and for a shown leaf that is none of them.
   AxisDimension(const PivotTable& table, std::size_t index);
 
   std::size_t index() const { return index_; }
   int order() const;
   int leafCount() const { return source_->leafCount; }
+  /// The one leaf that is shown of a dimension in the layers; -1 for all.
+  int shownLeaf() const { return shownLeaf_; }
   /// Levels from the outermost group to the deepest leaf; 0 without leaves.
   int depth() const { return depth_; }
   /// Place of a leaf in the order in which leaves are shown; throws std::invalid_argument.
   std::uint64_t rankOf(int leaf) const;
   /// The category at `level` above or at the leaf of this rank, -1 below it.
   int categoryAt(std::uint64_t rank, int level) const;
+  /// The leaf of this rank.
+  const PivotCategory& leafAt(std::uint64_t rank) const;
 
   const PivotCategory& category(int index) const;
   bool isLabelShown() const;
@@ -41,6 +45,7 @@ class AxisDimension {
   const PivotDimension* source_;
   std::size_t index_;
   int depth_ = 0;
+  int shownLeaf_ = -1;
   std::vector<std::uint64_t> ranks_;  ///< by leaf
   std::vector<int> paths_;            ///< `depth_` categories per rank
 };
@@ -52,6 +57,7 @@ struct AxisLabel {
   int levels = 1;  ///< header lines covered
   const CellText* text = nullptr;
   bool isLeaf = false;
+  const PivotCategory* category = nullptr;  ///< whose label it is; null for a dimension's own
 };
 
 /// One line of an axis' header, in the order of its positions.
@@ -64,6 +70,14 @@ struct AxisLine {
 class TableAxis {
  public:
   TableAxis(const PivotTable& table, PivotPlace place);
+
+  /// Whether a cell belongs to what is shown of each dimension: all of it, or in the layers its
+  /// shown leaf.
+  bool shows(const PivotCell& cell) const;
+  /// The first combination that is shown.
+  std::uint64_t firstShownKey() const;
+  /// Points of the column that has `key`: what the leaf of the innermost dimension says.
+  int widthOf(std::uint64_t key) const;
 
   const std::vector<AxisDimension>& dimensions() const { return dimensions_; }
   /// How many combinations there are; 1 without dimensions, 0 when one has no categories.

@@ -10,6 +10,7 @@
 
 #include <fmt/format.h>
 
+#include "host/layout/look_of_grid.h"
 #include "host/layout/table_axis.h"
 #include "platform/adapter/progress_listener.h"
 #include "platform/pivot/cell_text.h"
@@ -307,6 +308,7 @@ TableGrid Layouter::makeGrid(std::uint64_t layer, const PlacedCell* first, const
   grid.titleLook = table_.titleLook;
   grid.captionLook = table_.captionLook;
   grid.footnoteLook = table_.footnoteLook;
+  grid.tableLook = table_.tableLook;
   grid.minDataColumnWidth = table_.minDataColumnWidth;
   grid.maxDataColumnWidth = table_.maxDataColumnWidth;
   grid.headerColumns = static_cast<int>(rowLines.size());
@@ -347,6 +349,7 @@ TableGrid Layouter::makeGrid(std::uint64_t layer, const PlacedCell* first, const
     }
   }
   grid.rowStarts.push_back(grid.cells.size());
+  applyTableLook(grid);
   laidOut_ += static_cast<std::uint64_t>(last - begin);
   return grid;
 }
@@ -356,6 +359,11 @@ TableGrid Layouter::makeGrid(std::uint64_t layer, const PlacedCell* first, const
 GridRow TableGrid::row(int row) const {
   return {cells.data() + rowStarts.at(static_cast<std::size_t>(row)),
           cells.data() + rowStarts.at(static_cast<std::size_t>(row) + 1)};
+}
+
+const SharedLook& TableGrid::emptyLookAt(int row, int column) const {
+  if (row < headerRows || column < headerColumns) return emptyCornerLook;
+  return (row - headerRows) % 2 == 1 ? emptyBandLook : emptyDataLook;
 }
 
 const GridCell* TableGrid::at(int row, int column) const {

@@ -19,7 +19,7 @@
 namespace vornwout {
 
 enum class CellRole { kCorner, kColumnLabel, kRowLabel, kData };
-enum class CellAlignment { kLeft, kRight };
+enum class CellAlignment { kLeft, kRight, kCenter };
 
 /// One cell. It covers `rowSpan` rows and `columnSpan` columns from its place on.
 struct GridCell {
@@ -62,6 +62,7 @@ struct TableGrid {
   std::string caption;          ///< below the table; empty for none
   SharedLook captionLook;
   std::vector<LayerCaption> layers;
+  SharedLook layersLook;
   int rowCount = 0;
   int columnCount = 0;
   int headerRows = 0;                  ///< rows above the data
@@ -70,6 +71,11 @@ struct TableGrid {
   std::vector<std::size_t> rowStarts;  ///< index of each row's first cell, and the end
   std::vector<Footnote> footnotes;
   SharedLook footnoteLook;  ///< of all footnotes
+  /// Of places that no cell covers: of the corner, and of data in and out of a band.
+  SharedLook emptyCornerLook;
+  SharedLook emptyDataLook;
+  SharedLook emptyBandLook;
+  Shared<TableLook> tableLook;  ///< merged into all the others; its lines and margins are here only
   /// Points by column, 0 for what the column needs; those that are missing at the end need no more.
   std::vector<int> columnWidths;
   std::optional<int> minDataColumnWidth;  ///< points
@@ -77,6 +83,8 @@ struct TableGrid {
 
   /// The cells whose upper left place is in `row`.
   GridRow row(int row) const;
+  /// The look of a place that no cell covers.
+  const SharedLook& emptyLookAt(int row, int column) const;
   /// The cell whose upper left place this is, or null.
   const GridCell* at(int row, int column) const;
   /// Points that were given to a column, 0 for none.

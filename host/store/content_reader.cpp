@@ -4,12 +4,14 @@
 #include <charconv>
 #include <cstring>
 #include <limits>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <fmt/format.h>
 
+#include "host/looks/table_look_xml.h"
 #include "host/store/content_limits.h"
 #include "host/store/content_names.h"
 #include "host/store/look_xml.h"
@@ -315,6 +317,16 @@ std::optional<int> readWidth(pugi::xml_node node, const char* name) {
   return static_cast<int>(integerAttribute(node, name, 0));
 }
 
+TableLook readTableLook(pugi::xml_node node) {
+  std::ostringstream xml;
+  for (const pugi::xml_node child : node.children()) child.print(xml, "", pugi::format_raw);
+  try {
+    return parseTableLook(xml.str());
+  } catch (const LookError& error) {
+    refuseElement(node, error.what());
+  }
+}
+
 TableContent readTable(pugi::xml_node node) {
   auto table = std::make_shared<PivotTable>();
   if (node.attribute("flag")) table->flag = flagAttribute(node, "flag");
@@ -351,6 +363,9 @@ TableContent readTable(pugi::xml_node node) {
       refuseSecond(child);
       for (const pugi::xml_node part : child.children()) refuseChild(part);
       table->footnoteLook = looks.read(child);
+    } else if (is(child, "table-look")) {
+      refuseSecond(child);
+      table->tableLook = Shared<TableLook>(readTableLook(child));
     } else if (is(child, "footnote")) {
       table->footnotes.push_back(readCellText(child));
     } else {

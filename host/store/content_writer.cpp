@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 
+#include "host/looks/table_look_xml.h"
 #include "host/store/content_names.h"
 #include "host/store/look_xml.h"
 #include "platform/adapter/progress_listener.h"
@@ -174,6 +175,13 @@ void writeTable(XmlWriter& xml, std::uint64_t id, const PivotTable& table) {
     xml.start("footnote-look");
     writeLook(xml, table.footnoteLook);
     xml.end("footnote-look");
+  }
+  if (!table.tableLook.empty()) {
+    const std::string file = writeTableLook(table.tableLook.get());
+    xml.start("table-look");
+    // Without its declaration.
+    xml.raw(std::string_view(file).substr(file.find("<tableProperties")));
+    xml.end("table-look");
   }
   for (const CellText& note : table.footnotes) writeTextElement(xml, "footnote", note);
   xml.newLine();

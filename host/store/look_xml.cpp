@@ -22,14 +22,7 @@ void writeFlag(XmlWriter& xml, std::string_view name, std::optional<bool> value)
   if (value) xml.attribute(name, *value ? "true" : "false");
 }
 
-std::optional<bool> readFlag(pugi::xml_node node, const char* name) {
-  const pugi::xml_attribute attribute = node.attribute(name);
-  return attribute ? std::optional(parseFlag(node, attribute)) : std::nullopt;
-}
-
-double readSize(pugi::xml_node node) {
-  const pugi::xml_attribute attribute = node.attribute("size");
-  if (!attribute) return 0;
+double parseSize(pugi::xml_node node, pugi::xml_attribute attribute) {
   const double size = parseDouble(node, attribute.value());
   if (!(size > 0 && size <= kMaxLookSize)) {
     refuseElement(node, "its size is not above 0 and at most 1,000 points");
@@ -37,16 +30,33 @@ double readSize(pugi::xml_node node) {
   return size;
 }
 
-TextLook parseLook(pugi::xml_node node) {
-  TextLook look;
-  look.textColor = textAttribute(node, "color");
-  look.backgroundColor = textAttribute(node, "background");
-  look.bold = readFlag(node, "bold");
-  look.italic = readFlag(node, "italic");
-  look.underlined = readFlag(node, "underlined");
-  look.font = textAttribute(node, "font");
-  look.size = readSize(node);
-  return look;
+/// Takes one of the attributes; those of a text come under either of their names.
+void readInto(TextLook& look, pugi::xml_node node, pugi::xml_attribute attribute) {
+  const std::string_view name = attribute.name();
+  if (name == "bold") {
+    look.bold = parseFlag(node, attribute);
+  } else if (name == "italic") {
+    look.italic = parseFlag(node, attribute);
+  } else if (name == "underlined") {
+    look.underlined = parseFlag(node, attribute);
+  } else if (name == "size") {
+    look.size = parseSize(node, attribute);
+  } else if (name.starts_with("color")) {
+    look.textColor = textAttribute(node, "color");
+  } else if (name.starts_with("background")) {
+    look.backgroundColor = textAttribute(node, "background");
+  } else {
+    look.font = textAttribute(node, "font");
+  }
+}
+
+bool areSame(const std::vector<pugi::xml_attribute>& left,
+             const std::vector<pugi::xml_attribute>& right) {
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [](pugi::xml_attribute a, pugi::xml_attribute b) {
+                      return std::strcmp(a.name(), b.name()) == 0 &&
+                             std::strcmp(a.value(), b.value()) == 0;
+                    });
 }
 
 }  // namespace
@@ -67,22 +77,26 @@ void LookReader::note(pugi::xml_attribute attribute) {
   if (std::find(kNames.begin(), kNames.end(), name) != kNames.end()) noted_.push_back(attribute);
 }
 
-bool LookReader::areNotedAsBefore() const {
-  return std::equal(noted_.begin(), noted_.end(), before_.begin(), before_.end(),
-                    [](pugi::xml_attribute a, pugi::xml_attribute b) {
-                      return std::strcmp(a.name(), b.name()) == 0 &&
-                             std::strcmp(a.value(), b.value()) == 0;
-                    });
-}
-
 SharedLook LookReader::look(pugi::xml_node node) {
   if (noted_.empty()) return {};
-  if (!areNotedAsBefore()) {
-    look_ = SharedLook(parseLook(node));
-    std::swap(before_, noted_);
+  // From the look that was given last on: looks that take turns come in the order in which they
+  // came first.
+  for (std::size_t i = 0; i < known_.size(); ++i) {
+    const std::size_t index = (last_ + i) % known_.size();
+    if (!areSame(noted_, known_[index].attributes)) continue;
+    noted_.clear();
+    last_ = index;
+    return known_[index].look;
   }
+  TextLook look;
+  for (const pugi::xml_attribute attribute : noted_) readInto(look, node, attribute);
+  last_ = made_++ % kKept;
+  if (known_.size() < kKept) known_.emplace_back();
+  Known& known = known_[last_];
+  known.look = SharedLook(std::move(look));
+  known.attributes.swap(noted_);
   noted_.clear();
-  return look_;
+  return known.look;
 }
 
 SharedLook LookReader::read(pugi::xml_node node) {

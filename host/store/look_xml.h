@@ -2,11 +2,13 @@
 // color, background, bold, italic, underlined, font, size.
 //
 // A flag is written where it is set, also to false, as that switches off what the table's own look
-// says. Reading a large table is a matter of its cells, and cells that follow each other mostly
-// look alike: a LookReader compares the attributes with those of the look before, and where they
-// are the same gives that look once more instead of making one.
+// says. Reading a large table is a matter of its cells, and cells near each other mostly look
+// alike, or look alike in turn, as in columns: a LookReader compares the attributes with those of
+// the few looks before, and where they are the same gives that look once more instead of making
+// one.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include <pugixml.hpp>
@@ -31,11 +33,17 @@ class LookReader {
   SharedLook read(pugi::xml_node node);
 
  private:
-  bool areNotedAsBefore() const;
+  /// A look that was made, and the attributes that say it.
+  struct Known {
+    std::vector<pugi::xml_attribute> attributes;
+    SharedLook look;
+  };
+  static constexpr std::size_t kKept = 8;
 
   std::vector<pugi::xml_attribute> noted_;
-  std::vector<pugi::xml_attribute> before_;  ///< those of `look_`
-  SharedLook look_;
+  std::vector<Known> known_;  ///< the last ones that were made
+  std::size_t last_ = 0;      ///< the one that was given last
+  std::size_t made_ = 0;
 };
 
 }  // namespace vornwout

@@ -185,6 +185,11 @@ void XmlWriter::bytes(std::string_view value) {
   appendBase64(out_, value);
 }
 
+void XmlWriter::raw(std::string_view xml) {
+  close();
+  out_ += xml;
+}
+
 void XmlWriter::newLine() {
   close();
   out_ += '\n';

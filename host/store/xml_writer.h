@@ -47,6 +47,8 @@ class XmlWriter {
   /// Bytes as base64 text of the innermost element, with `encoding="base64"`.
   void bytes(std::string_view value);
 
+  /// Well-formed XML, as it stands, into the innermost element.
+  void raw(std::string_view xml);
   /// A line break, where nothing but elements stands in the innermost element.
   void newLine();
 

@@ -13,6 +13,7 @@
 #include "platform/pivot/cell_coordinates.h"
 #include "platform/pivot/cell_text.h"
 #include "platform/pivot/statistic_kind.h"
+#include "platform/pivot/table_look.h"
 #include "platform/pivot/text_look.h"
 
 namespace vornwout {
@@ -68,7 +69,9 @@ struct PivotTable {
   std::string summary;  ///< what the table is about, for who cannot see it
   SharedLook titleLook;
   SharedLook captionLook;
-  SharedLook footnoteLook;          ///< of all footnotes
+  SharedLook footnoteLook;  ///< of all footnotes
+  Shared<TableLook>
+      tableLook;  ///< of the whole; what cells and labels say of themselves goes before
   std::vector<CellText> footnotes;  ///< of the table as a whole, before those of its cells
   std::optional<bool> flag;         ///< third argument of BpHeading::PivotTable
   bool titleHidden = false;

@@ -258,9 +258,12 @@ void PanelPainter::beginRow(int row) {
 std::string PanelPainter::cellLine(Slot& slot, int width) const {
   std::string text;
   if (slot.next < slot.lines.size()) text = slot.lines[slot.next++];
-  const std::string padding = repeated(" ", width - displayWidth(text));
-  const bool isRight = slot.alignment == CellAlignment::kRight;
-  return withStyle(" " + (isRight ? padding + text : text + padding) + " ", slot.codes, style_);
+  const int room = std::max(0, width - displayWidth(text));
+  const int before = slot.alignment == CellAlignment::kRight    ? room
+                     : slot.alignment == CellAlignment::kCenter ? room / 2
+                                                                : 0;
+  return withStyle(" " + repeated(" ", before) + text + repeated(" ", room - before) + " ",
+                   slot.codes, style_);
 }
 
 void PanelPainter::paintRow() {

@@ -64,6 +64,86 @@ TEST(ContentXml, AUsualCellIsOneElementWithItsValue) {
             "<cell at=\"0\">a &lt; b</cell>\n</table>");
 }
 
+TextLook everyLook() { return {"red", "#00ff00", false, true, false, "DejaVu Sans", 12.5}; }
+
+TEST(ContentXml, LooksAreAttributesAndFalseIsOneToo) {
+  constexpr const char* kAll =
+      " color=\"red\" background=\"#00ff00\" bold=\"false\" italic=\"true\" underlined=\"false\""
+      " font=\"DejaVu Sans\" size=\"12.5\"";
+  PivotTable table;
+  table.title = textCell("T");
+  table.titleLook = table.captionLook = table.footnoteLook = everyLook();
+  table.summary = "S";
+  table.dimensions = {makeDimension("R", PivotPlace::kLayers, 1, {"a", "b"})};
+  table.dimensions[0].shownLeaf = 1;
+  table.dimensions[0].categories[1].look = everyLook();
+  table.dimensions[0].categories[1].width = 72;
+  addCell(table, {1}, numberCell(1)).look = everyLook();
+  const std::string all = kAll;
+  EXPECT_EQ(written(std::make_shared<const PivotTable>(table)),
+            "<table object=\"7\" cells=\"1\">\n<title" + all + ">T</title><subtype/><caption" +
+                all + "/><summary>S</summary><footnote-look" + all +
+                "/>\n<dimension place=\"layers\" index=\"1\" shown=\"1\">\n<label>R</label>\n"
+                "<category>a</category>\n<category width=\"72\"" +
+                all + ">b</category>\n</dimension>\n<cell at=\"1\"" + all +
+                " value=\"1\"/>\n</table>");
+}
+
+TEST(ContentXml, WhatNoReaderTakesIsNotWritten) {
+  PivotTable table;
+  table.dimensions = {makeDimension("R", PivotPlace::kLayers, 1, {"a", "b"})};
+  table.dimensions[0].shownLeaf = 2;
+  table.dimensions[0].categories[0].width = 2001;
+  table.dimensions[0].categories[1].width = -1;
+  table.titleLook.edit([](TextLook& look) { look.size = 1000.5; });
+  table.captionLook.edit([](TextLook& look) { look.size = -1; });
+  const auto back =
+      std::get<TableContent>(read(written(std::make_shared<const PivotTable>(table))));
+  EXPECT_EQ(back->dimensions[0].shownLeaf, -1);
+  EXPECT_EQ(back->dimensions[0].categories[0].width, 2000);
+  EXPECT_EQ(back->dimensions[0].categories[1].width, 0);
+  EXPECT_EQ(back->titleLook->size, 1000);
+  EXPECT_TRUE(back->captionLook.empty());
+}
+
+TEST(ContentXml, LooksThatTakeTurnsAreSharedAndNoneIsMixedUp) {
+  std::string xml = "<table><dimension><label/>";
+  constexpr std::size_t kCells = 60;
+  for (std::size_t i = 0; i < kCells; ++i) xml += "<category/>";
+  xml += "</dimension>";
+  // Three looks in turn, then more than are remembered.
+  const auto sizeAt = [](std::size_t i) { return 1 + (i < 30 ? i % 3 : i % 13); };
+  for (std::size_t i = 0; i < kCells; ++i) {
+    const std::string at = std::to_string(i);
+    xml += "<cell at='" + at + "' size='" + std::to_string(sizeAt(i)) + "'/>";
+  }
+  const TableContent table = std::get<TableContent>(read(xml + "</table>"));
+  for (std::size_t i = 0; i < kCells; ++i) {
+    EXPECT_EQ(table->cells[i].look->size, static_cast<double>(sizeAt(i))) << i;
+    if (i >= 3 && i < 30) {
+      EXPECT_EQ(&table->cells[i].look.get(), &table->cells[i - 3].look.get()) << i;
+    }
+  }
+}
+
+TEST(ContentXml, CellsThatLookLikeTheOneBeforeShareItsLook) {
+  const std::string xml =
+      "<table><dimension><label/>"
+      "<category/><category/><category/><category/><category/><category/></dimension>"
+      "<cell at='0' bold='true' color='red'/><cell at='1' bold='true' color='red'/><cell at='2'/>"
+      "<cell at='3' bold='true' color='red'/><cell at='4' bold='true' color='blue'/>"
+      "<cell at='5' bold='true'/></table>";
+  const TableContent table = std::get<TableContent>(read(xml));
+  const auto look = [&](std::size_t cell) { return &table->cells.at(cell).look.get(); };
+  EXPECT_EQ(look(0), look(1));
+  EXPECT_TRUE(table->cells[2].look.empty());
+  EXPECT_EQ(look(0), look(3)) << "a cell without a look between them";
+  EXPECT_EQ(look(0)->textColor, "red");
+  EXPECT_EQ(look(4)->textColor, "blue");
+  EXPECT_EQ(look(5)->textColor, "");
+  EXPECT_EQ(look(5)->bold, true);
+}
+
 TEST(ContentXml, NumbersThatAreNoneHaveTheirNamesOfXmlSchema) {
   NotesContent notes;
   notes.entries = {{numberCell(std::numeric_limits<double>::infinity()),
@@ -98,6 +178,9 @@ TEST(ContentXml, TextsThatXmlCannotHoldAreBase64) {
 
 TEST(ContentXml, WhatIsNoContentIsRefusedWithTheElement) {
   const std::string d = "<dimension><label/><category>a</category></dimension>";
+  const auto size = [](const std::string& element) {
+    return element + ": its size is not above 0 and at most 1,000 points";
+  };
   const std::vector<std::pair<std::string, std::string>> cases = {
       {"<nothing/>", "nothing: no content has this name"},
       {"<table><dog/></table>", "table: it holds an element dog"},
@@ -128,6 +211,36 @@ TEST(ContentXml, WhatIsNoContentIsRefusedWithTheElement) {
        "category: its parent is no group"},
       {"<table><dimension><category statistic='x'/></dimension></table>",
        "category: its statistic is unknown"},
+      {"<table>" + d + "<cell at='0' size='0'/></table>", size("cell")},
+      {"<table>" + d + "<cell at='0' size='-1'/></table>", size("cell")},
+      {"<table>" + d + "<cell at='0' size='1000.5'/></table>", size("cell")},
+      {"<table>" + d + "<cell at='0' size='NaN'/></table>", size("cell")},
+      {"<table>" + d + "<cell at='0' size='INF'/></table>", size("cell")},
+      {"<table>" + d + "<cell at='0' size='12pt'/></table>", "cell: a value is not a number"},
+      {"<table>" + d + "<cell at='0' italic='2'/></table>",
+       "cell: its italic is neither true nor false"},
+      {"<table>" + d + "<cell at='0' font-base64='A'/></table>", "cell: its base64 is not whole"},
+      {"<table><title size='0'/></table>", size("title")},
+      {"<table><caption size='0'/></table>", size("caption")},
+      {"<table><footnote-look size='0'/></table>", size("footnote-look")},
+      {"<table><footnote-look/><footnote-look/></table>", "footnote-look: it stands twice"},
+      {"<table><footnote-look>x</footnote-look></table>",
+       "footnote-look: it holds a text where none may stand"},
+      {"<table><summary/><summary/></table>", "summary: it stands twice"},
+      {"<table><summary><b/></summary></table>", "summary: it holds an element b"},
+      {"<table><dimension><category size='0'/></dimension></table>", size("category")},
+      {"<table><dimension><group underlined=''/></dimension></table>",
+       "group: its underlined is neither true nor false"},
+      {"<table><dimension><category width='-1'/></dimension></table>",
+       "category: a number is not an integer, or out of bounds"},
+      {"<table><dimension><category width='2001'/></dimension></table>",
+       "category: a number is not an integer, or out of bounds"},
+      {"<table><dimension shown='-1'><category/></dimension></table>",
+       "dimension: a number is not an integer, or out of bounds"},
+      {"<table><dimension shown='1'><group/><category/></dimension></table>",
+       "dimension: a number is not an integer, or out of bounds"},
+      {"<table><dimension shown='0'><group/></dimension></table>",
+       "dimension: a number is not an integer, or out of bounds"},
       {"<table><dimension place='x'/></table>",
        "dimension: a number is not an integer, or out of bounds"},
       {"<table cells='-1'/>", "table: a number is not an integer, or out of bounds"},

@@ -725,6 +725,11 @@ TEST_F(DocumentStoreTest, WhatTheSchemaAllowsOfNumbersIsRead) {
   const auto table = [&](const std::string& cell) {
     return "<table object='1' flag=' 0 '><title/><subtype/>" + d + cell + "</table>";
   };
+  const auto looks = [](const std::string& dimension, const std::string& look) {
+    return "<table object='1'><title size='9'/><subtype/><caption italic='0'/><summary>s</summary>"
+           "<footnote-look color='red'/><dimension " +
+           dimension + "><label/><category " + look + ">a</category></dimension></table>";
+  };
   const struct {
     std::string contents;
     bool isValid;
@@ -734,6 +739,15 @@ TEST_F(DocumentStoreTest, WhatTheSchemaAllowsOfNumbersIsRead) {
       {table("<cell at='-0' value='1'/>"), false},
       {table("<cell at='0' bold='yes'/>"), false},
       {table("<cell at='0' value='one'/>"), false},
+      {table("<cell at='0' bold='false' italic='1' underlined='0' font='a' size='1000'/>"), true},
+      {table("<cell at='0' size='0'/>"), false},
+      {table("<cell at='0' size='1000.01'/>"), false},
+      {table("<cell at='0' size='NaN'/>"), false},
+      {looks("shown='0'", "width='2000' size='0.1' bold='0'"), true},
+      {looks("shown='-1'", ""), false},
+      {looks("", "width='2001'"), false},
+      {looks("", "width='-1'"), false},
+      {looks("", "size='-0'"), false},
       {"<text object='1'><paragraph kind='plain' level='+1'><run>a</run></paragraph></text>", true},
       {"<text object='1'><paragraph level='2147483648'/></text>", false},
       {"<text object='1'><paragraph level='-1'/></text>", false},

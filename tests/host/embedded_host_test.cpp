@@ -40,7 +40,7 @@ TEST(EmbeddedHost, RequestsAndOutputReachTheSameDocuments) {
   EXPECT_EQ(std::get<LogContent>(objects[0].children[0].content.get()).text, "output comment.");
 }
 
-TEST(EmbeddedHost, ChangingAndExportingAreRefusedInWords) {
+TEST(EmbeddedHost, WhatCannotBeDoneIsRefusedInWords) {
   EmbeddedHost host;
   const auto textOf = [](auto&& call) {
     try {
@@ -50,8 +50,14 @@ TEST(EmbeddedHost, ChangingAndExportingAreRefusedInWords) {
     }
     return std::string("nothing was thrown");
   };
-  EXPECT_EQ(textOf([&] { host.ModifyOutput("<x/>"); }),
-            "This version cannot change output documents.");
+  EXPECT_EQ(textOf([&] { host.ModifyOutput("<x/>"); }), "because what came is no modify document");
+  const auto modify = [&](const std::string& name) {
+    return textOf(
+        [&] { host.ModifyOutput("<modifyOutputObject documentName=\"" + name + "\"/>"); });
+  };
+  EXPECT_EQ(modify("*"), "because no output document is open");
+  EXPECT_EQ(modify(""), "because no output document is open");
+  EXPECT_EQ(modify("a &amp; b"), "because there is no open output document named a & b");
   EXPECT_EQ(textOf([&] { host.ExportOutput("<x/>"); }),
             "This version cannot export output documents.");
 }

@@ -128,6 +128,57 @@ TEST(HtmlTable, OnlyColoursThatAreSomeReachTheStyle) {
   EXPECT_THAT(html, Not(HasSubstr("onclick")));
 }
 
+TEST(HtmlTable, LooksAreStylesOfWhatTheyAreAbout) {
+  PivotTable table = simpleTable();
+  table.caption = textCell("Below.");
+  table.footnotes = {textCell("note")};
+  table.titleLook.edit([](TextLook& look) { look.bold = false; });
+  table.captionLook.edit([](TextLook& look) { look.italic = true; });
+  table.footnoteLook.edit([](TextLook& look) { look.textColor = "red"; });
+  table.dimensions[0].categories[0].look.edit([](TextLook& look) {
+    look.bold = false;
+    look.underlined = true;
+  });
+  table.dimensions[1].categories[1].look.edit([](TextLook& look) { look.size = 14.5; });
+  table.cells[0].look.edit([](TextLook& look) { look.font = "Noto Sans"; });
+  const std::string html = htmlOf(table);
+  EXPECT_THAT(html, HasSubstr("<span style=\"font-weight:normal;\">Title<sup>"));
+  EXPECT_THAT(html,
+              HasSubstr("<p class=\"caption\"><span style=\"font-style:italic;\">Below.</span>"
+                        "</p>"));
+  EXPECT_THAT(html, HasSubstr("<dd><span class=\"ink\" style=\"color:#ff0000;\">note</span></dd>"));
+  EXPECT_THAT(html, HasSubstr("<th style=\"font-weight:normal;text-decoration:underline;\" "
+                              "scope=\"row\" id=\"th5\">a</th>"));
+  EXPECT_THAT(html, HasSubstr("style=\"font-size:14.5pt;\" scope=\"col\" id=\"th4\">y</th>"));
+  EXPECT_THAT(html, HasSubstr("<td class=\"n\" style=\"font-family:&#39;Noto Sans&#39;;\""));
+}
+
+TEST(HtmlTable, GivenWidthsAreThoseOfTheColumns) {
+  PivotTable table = simpleTable();
+  EXPECT_THAT(htmlOf(table), Not(HasSubstr("<col")));
+  table.dimensions[1].categories[0].width = 72;
+  EXPECT_THAT(htmlOf(table), HasSubstr("</caption>\n<colgroup><col><col style=\"width:72pt;\">"
+                                       "</colgroup>\n<thead>"));
+  table.dimensions[1].categories[1].width = 72;
+  EXPECT_THAT(htmlOf(table), HasSubstr("<colgroup><col><col span=\"2\" style=\"width:72pt;\">"
+                                       "</colgroup>"));
+  TableGrid grid = layoutTable(table).at(0);
+  grid.columnCount = 2500;
+  grid.columnWidths.assign(2500, 0);
+  grid.columnWidths.back() = 9;
+  EXPECT_THAT(htmlOf(grid), HasSubstr("<colgroup><col span=\"1000\"><col span=\"1000\">"
+                                      "<col span=\"499\"><col style=\"width:9pt;\"></colgroup>"));
+}
+
+TEST(HtmlTable, SummaryDescribesTheTableToThoseWhoDoNotSee) {
+  PivotTable table = simpleTable();
+  EXPECT_THAT(htmlOf(table), Not(HasSubstr("aria-describedby")));
+  table.summary = "More <b> than a.";
+  const std::string html = htmlOf(table, {"t1", {}});
+  EXPECT_THAT(html, HasSubstr("<p class=\"unseen\" id=\"t1s\">More &lt;b&gt; than a.</p>\n"
+                              "<table aria-describedby=\"t1s\">"));
+}
+
 TEST(HtmlTable, GapIsOneCellHoweverWide) {
   PivotTable table;
   std::vector<std::string> names;

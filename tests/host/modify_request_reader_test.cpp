@@ -221,7 +221,6 @@ TEST(ModifyRequestReader, WhatCannotBeReadIsRefusedWithItsPlace) {
   };
   for (const Case& test : cases) {
     EXPECT_THAT(refusalOf(test.xml), HasSubstr(test.place)) << test.xml;
-    EXPECT_THAT(refusalOf(test.xml), testing::StartsWith("because "));
   }
 }
 

@@ -1,6 +1,8 @@
 #include "host/layout/table_axis.h"
 
+#include <cstdint>
 #include <stdexcept>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -41,6 +43,52 @@ TEST(TableAxis, TakesTheDimensionsOfItsPlaceInTheOrderOfTheirIndex) {
   EXPECT_EQ(axis.keyOf(cellAt({2, 0, 1})), 5u);
   EXPECT_EQ(axis.rankIn(5, 0), 1u);
   EXPECT_EQ(axis.rankIn(5, 1), 2u);
+}
+
+TEST(TableAxis, LabelsKnowTheCategoryWhoseTheyAre) {
+  PivotDimension dimension = makeDimension("d", PivotPlace::kRows, 1, {});
+  addLeaf(dimension, "leaf", addGroup(dimension, "group"));
+  const PivotTable table = tableOf({dimension});
+  const auto header = TableAxis(table, PivotPlace::kRows).header({0}, true, false);
+  ASSERT_EQ(header.size(), 3u);
+  EXPECT_EQ(header[0].labels.at(0).category, nullptr) << "the dimension's own";
+  EXPECT_EQ(header[1].labels.at(0).category, &table.dimensions[0].categories[0]);
+  EXPECT_EQ(header[2].labels.at(0).category, &table.dimensions[0].categories[1]);
+}
+
+TEST(TableAxis, WidthIsThatOfTheLeafOfTheInnermostDimension) {
+  PivotDimension inner = makeDimension("inner", PivotPlace::kColumns, 2, {});
+  const int group = addGroup(inner, "group");
+  inner.categories[0].width = 1;
+  addLeaf(inner, "high");
+  inner.categories.back().width = 20;
+  addLeaf(inner, "deep", group);
+  inner.categories.back().width = 30;
+  PivotDimension outer = makeDimension("outer", PivotPlace::kColumns, 1, {"p", "q"});
+  outer.categories[0].width = 4;
+  const PivotTable table = tableOf({inner, outer});
+  const TableAxis axis(table, PivotPlace::kColumns);
+  std::vector<int> widths;
+  for (std::uint64_t key = 0; key < 4; ++key) widths.push_back(axis.widthOf(key));
+  EXPECT_EQ(widths, (std::vector<int>{30, 20, 30, 20}));
+  EXPECT_EQ(TableAxis(table, PivotPlace::kRows).widthOf(0), 0);
+}
+
+TEST(TableAxis, ShownLeafCountsInTheLayersOnly) {
+  for (const PivotPlace place : {PivotPlace::kLayers, PivotPlace::kRows}) {
+    PivotDimension dimension = makeDimension("d", place, 1, {"a", "b"});
+    dimension.shownLeaf = 1;
+    const PivotTable table = tableOf({dimension});
+    const TableAxis axis(table, place);
+    EXPECT_TRUE(axis.shows(cellAt({1})));
+    EXPECT_EQ(axis.shows(cellAt({0})), place != PivotPlace::kLayers);
+    EXPECT_EQ(axis.firstShownKey(), place == PivotPlace::kLayers ? 1u : 0u);
+  }
+  PivotDimension wrong = makeDimension("d", PivotPlace::kLayers, 1, {"a"});
+  for (const int leaf : {-2, 1}) {
+    wrong.shownLeaf = leaf;
+    EXPECT_THROW(TableAxis(tableOf({wrong}), PivotPlace::kLayers), std::invalid_argument) << leaf;
+  }
 }
 
 TEST(TableAxis, DimensionWithoutCategoriesLeavesNoCombination) {

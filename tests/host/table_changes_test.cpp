@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "host/layout/table_axis.h"
+#include "host/looks/table_look_xml.h"
 #include "platform/pivot/cell_text.h"
 #include "tests/support/generated_documents.h"
 #include "tests/support/pivot_tables.h"
@@ -44,11 +45,30 @@ PivotTable changed(const TableChange& change, bool isExpected = true,
 
 TEST(TableChanges, NothingGivenChangesNothing) { changed(TableChange(), false); }
 
-TEST(TableChanges, LookIsLeftToOthers) {
+TEST(TableChanges, LookIsGivenAndTakenBack) {
+  TableLook look;
+  look.name = "Calm";
+  look.banding.fill = "#eef3fa";
+  look.area(LookArea::kTitle).text.size = 14;
   TableChange change;
-  change.usesDefaultLook = true;
-  change.look = "<tableProperties/>";
-  changed(change, false);
+  change.look = writeTableLook(look);
+  const PivotTable looked = changed(change);
+  EXPECT_EQ(looked.tableLook.get(), look);
+  TableChange back;
+  back.usesDefaultLook = true;
+  EXPECT_EQ(changed(back, true, looked), sample());
+  changed(back, false);
+}
+
+TEST(TableChanges, LookThatIsNoneIsRefused) {
+  for (const char* xml :
+       {"<tableProperties", "<other/>", "<tableProperties version=\"1\"><x/></tableProperties>"}) {
+    PivotTable table = sample();
+    TableChange change;
+    change.look = xml;
+    ChangeNotes notes;
+    EXPECT_THROW(changeTable(table, change, notes), ChangeError) << xml;
+  }
 }
 
 TEST(TableChanges, NewTitleIsATextOfItsOwn) {

@@ -240,6 +240,53 @@ TEST(TableGrid, StyleOfACellIsKept) {
   EXPECT_TRUE(onlyGrid(table).at(2, 2)->look.empty());
 }
 
+TextLook sized(double size) {
+  TextLook look;
+  look.size = size;
+  return look;
+}
+
+TEST(TableGrid, LabelsLookLikeTheirCategoriesAndCornersLikeNothing) {
+  PivotTable table = twoByTwo();
+  table.dimensions[0].categories[1].look = sized(8);
+  table.dimensions[1].categories[0].look = sized(9);
+  const TableGrid grid = onlyGrid(table);
+  EXPECT_TRUE(grid.at(0, 1)->look.empty()) << "the label of a dimension";
+  EXPECT_TRUE(grid.at(1, 0)->look.empty()) << "the corner";
+  EXPECT_EQ(grid.at(1, 1)->look->size, 9);
+  EXPECT_TRUE(grid.at(1, 2)->look.empty());
+  EXPECT_TRUE(grid.at(2, 0)->look.empty());
+  EXPECT_EQ(grid.at(3, 0)->look->size, 8);
+}
+
+TEST(TableGrid, LooksOfTextsAndTheSummaryAreKept) {
+  PivotTable table = twoByTwo();
+  table.summary = "about";
+  table.titleLook = sized(1);
+  table.captionLook = sized(2);
+  table.footnoteLook = sized(3);
+  const TableGrid grid = onlyGrid(table);
+  EXPECT_EQ(grid.summary, "about");
+  EXPECT_EQ(grid.titleLook->size, 1);
+  EXPECT_EQ(grid.captionLook->size, 2);
+  EXPECT_EQ(grid.footnoteLook->size, 3);
+}
+
+TEST(TableGrid, ColumnsHaveTheWidthsOfTheirLeavesInTheOrderShown) {
+  PivotTable table = twoByTwo();
+  PivotDimension& columns = table.dimensions[1];
+  columns.categories[0].width = 50;
+  columns.categories[1].width = 70;
+  std::swap(columns.categories[0], columns.categories[1]);
+  table.dimensions[0].categories[0].width = 90;
+  const TableGrid grid = onlyGrid(table);
+  EXPECT_EQ(grid.columnWidths, (std::vector<int>{0, 70, 50}));
+  EXPECT_EQ(grid.columnWidth(1), 70);
+  EXPECT_EQ(grid.columnWidth(3), 0);
+  EXPECT_EQ(grid.columnWidth(-1), 0);
+  EXPECT_EQ(TableGrid().columnWidth(0), 0);
+}
+
 TEST(TableGrid, FootnotesAreMarkedInReadingOrderOncePerText) {
   PivotTable table = twoByTwo();
   table.cells[2].notes = {textCell("late"), textCell("both"), textCell("late")};
@@ -292,6 +339,25 @@ TEST(TableGrid, FirstLayerOnlyOnRequest) {
   LayoutOptions options;
   options.firstLayerOnly = true;
   EXPECT_EQ(drawn(onlyGrid(layered(), options)), "0:R\n0:r0\n0:r1 1:xb\n");
+}
+
+TEST(TableGrid, OfALayerWithAShownLeafOnlyThatIsShown) {
+  PivotTable table = layered();
+  for (const int leaf : {0, 1}) {
+    table.dimensions[2].shownLeaf = leaf;
+    const std::vector<TableGrid> grids = layoutTable(table);
+    ASSERT_FALSE(grids.empty());
+    for (const TableGrid& grid : grids) {
+      EXPECT_EQ(grid.layers.at(0).category, leaf == 0 ? "x" : "y");
+    }
+  }
+  // A leaf without cells is still the one that is shown, and no other one is.
+  table.cells.clear();
+  addCell(table, {0, 0, 0}, textCell("elsewhere"));
+  const TableGrid grid = onlyGrid(table);
+  EXPECT_EQ(drawn(grid), "0:R\n0:r0\n0:r1\n");
+  EXPECT_EQ(grid.layers.at(0).category, "y");
+  EXPECT_EQ(grid.layers.at(1).category, "a");
 }
 
 TEST(TableGrid, LayersWithoutCellsMakeOneGridWithoutData) {

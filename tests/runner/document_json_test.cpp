@@ -120,6 +120,35 @@ TEST(DocumentJson, TableHasDimensionsAndCellsWithValueAndText) {
   EXPECT_TRUE(cells[2]["value"].is_null());
 }
 
+TEST(DocumentJson, TableHasItsLooksWidthsAndShownLeaf) {
+  auto table = std::make_shared<PivotTable>();
+  table->title = textCell("T");
+  table->dimensions = {makeDimension("L", PivotPlace::kLayers, 1, {"a"})};
+  json plain = contentOf(table);
+  EXPECT_EQ(plain, json::parse(R"({"kind":"table","title":"T","dimensions":[{"label":"L",
+    "place":"layers","index":1,"categories":[{"label":"a","leaf":0}]}],"cells":[]})"));
+  const auto only = [](const auto& set) {
+    TextLook look;
+    set(look);
+    return SharedLook(look);
+  };
+  table->summary = "S";
+  table->titleLook = only([](TextLook& look) { look.bold = false; });
+  table->captionLook = only([](TextLook& look) { look.size = 9.5; });
+  table->footnoteLook = only([](TextLook& look) { look.font = "Arial"; });
+  table->dimensions[0].shownLeaf = 0;
+  table->dimensions[0].categories[0].width = 72;
+  table->dimensions[0].categories[0].look = only([](TextLook& look) { look.italic = true; });
+  addCell(*table, {0}, textCell("x")).look =
+      TextLook{"red", "blue", false, false, true, "Arial", 12};
+  EXPECT_EQ(contentOf(table), json::parse(R"({"kind":"table","title":"T","summary":"S",
+    "titleLook":{"bold":false},"captionLook":{"size":9.5},"footnoteLook":{"font":"Arial"},
+    "dimensions":[{"label":"L","place":"layers","index":1,"shownLeaf":0,
+      "categories":[{"label":"a","leaf":0,"italic":true,"width":72}]}],
+    "cells":[{"at":[0],"value":"x","text":"x","textColor":"red","backgroundColor":"blue",
+      "bold":false,"italic":false,"underlined":true,"font":"Arial","size":12.0}]})"));
+}
+
 TEST(DocumentJson, OtherContentsHaveTheirMembers) {
   EXPECT_EQ(contentOf(LogContent{"l"}), json::parse(R"({"kind":"log","text":"l"})"));
   EXPECT_EQ(contentOf(NotesContent{{{textCell("a"), numberCell(2)}}}),

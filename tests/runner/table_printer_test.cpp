@@ -351,6 +351,47 @@ TEST(TablePrinter, TitleIsBold) {
   EXPECT_THAT(print(table, kTrueColor), testing::StartsWith("\x1b[1mComment\x1b[0m\n"));
 }
 
+TEST(TablePrinter, LooksOfLabelsAndTextsAreShownWhereColoursAre) {
+  PivotTable table = matrix({"r"}, {"c"});
+  table.caption = textCell("caption");
+  table.footnotes = {textCell("note")};
+  addCell(table, {0, 0}, textCell("x")).look.edit([](TextLook& look) { look.italic = true; });
+  table.dimensions[0].categories[0].look.edit([](TextLook& look) { look.underlined = true; });
+  table.dimensions[1].categories[0].look.edit(
+      [](TextLook& look) { look.bold = look.italic = look.underlined = true; });
+  EXPECT_THAT(print(table, kTrueColor), HasSubstr("\x1b[2m[a] note\x1b[0m\n"));
+  table.titleLook.edit([](TextLook& look) {
+    look.bold = false;
+    look.underlined = true;
+  });
+  table.captionLook.edit([](TextLook& look) { look.bold = true; });
+  table.footnoteLook.edit([](TextLook& look) { look.italic = true; });
+  const std::string printed = print(table, kTrueColor);
+  EXPECT_THAT(printed, testing::StartsWith("\x1b[4mTitle [a]\x1b[0m\n"));
+  EXPECT_THAT(printed, HasSubstr("\x1b[1;3;4m c \x1b[0m"));
+  EXPECT_THAT(printed, HasSubstr("\x1b[4m r \x1b[0m"));
+  EXPECT_THAT(printed, HasSubstr("\x1b[3m x \x1b[0m"));
+  EXPECT_THAT(printed, HasSubstr("\x1b[1mcaption\x1b[0m\n"));
+  EXPECT_THAT(printed, HasSubstr("\x1b[3m[a] note\x1b[0m\n"));
+  EXPECT_THAT(print(table), Not(HasSubstr("\x1b")));
+  table.titleLook.edit([](TextLook& look) { look = {}; });
+  table.titleLook.edit([](TextLook& look) { look.italic = true; });
+  EXPECT_THAT(print(table, kTrueColor), testing::StartsWith("\x1b[1;3mTitle")) << "still bold";
+}
+
+TEST(TablePrinter, GivenWidthOfAColumnComesBeforeTheLimits) {
+  PivotTable table = matrix({"r"}, {"c", "d"});
+  addCell(table, {0, 0}, textCell("one two"));
+  addCell(table, {0, 1}, textCell("y"));
+  table.minDataColumnWidth = table.maxDataColumnWidth = 18;
+  table.dimensions[1].categories[0].width = 30;
+  EXPECT_THAT(print(table), HasSubstr("│ r │ one    y   │\n│   │ two        │\n"));
+  table.dimensions[1].categories[0].width = 60;
+  EXPECT_THAT(print(table), HasSubstr("│ r │ one two     y   │\n"));
+  table.dimensions[1].categories[0].width = 1;
+  EXPECT_THAT(print(table), HasSubstr("│ r │ o  y   │\n"));
+}
+
 TEST(TablePrinter, CaptionAndNotesOfTheTableStandBelowIt) {
   PivotTable table = matrix({"r"}, {"c"});
   addCell(table, {0, 0}, textCell("x")).notes = {textCell("cell")};

@@ -87,6 +87,7 @@ class DocumentGenerator {
     table.titleLook = look();
     table.captionLook = look();
     table.footnoteLook = look();
+    if (chance()) table.tableLook = tableLook();
     for (int i = upTo(2); i > 0; --i) table.footnotes.push_back(cellText());
     if (chance()) table.flag = chance();
     table.titleHidden = chance();
@@ -190,6 +191,18 @@ class DocumentGenerator {
   std::optional<bool> choice() {
     const int value = upTo(2);
     return value == 2 ? std::nullopt : std::optional(value == 1);
+  }
+
+  Shared<TableLook> tableLook() {
+    TableLook look;
+    look.name = "Generated";
+    look.banding.fill = chance() ? "#f0f4fa" : "";
+    AreaLook& area = look.areas[static_cast<std::size_t>(upTo(kLookAreaCount - 1))];
+    area.text.bold = chance();
+    area.text.size = 1 + upTo(30);
+    area.borders.bottom = {LookLineStyle::kDashed, 1.5, "#102030"};
+    area.margins.left = upTo(12);
+    return Shared<TableLook>(look);
   }
 
   SharedLook look() {

@@ -134,6 +134,8 @@ void GridWriter::writeGap(int row, int from, int to) {
     // A gap is one cell, so that a sparse table costs no more than what it holds.
     html_.start("td");
     if (end - column > 1) html_.attribute("colspan", end - column);
+    const SharedLook& look = grid_.emptyLookAt(row, column);
+    if (!look.empty()) html_.optionalAttribute("style", lookCss(look.get()).style);
     html_.end("td");
     column = end;
   }
@@ -181,6 +183,7 @@ void GridWriter::writeStyle(const GridCell& cell) {
     cssClass += name;
   };
   if (cell.alignment == CellAlignment::kRight) addClass("n");
+  if (cell.alignment == CellAlignment::kCenter) addClass("c");
   if (cell.role == CellRole::kCorner) addClass("corner");
   const bool isGroup =
       cell.role == CellRole::kRowLabel && cell.column + cell.columnSpan < grid_.headerColumns;

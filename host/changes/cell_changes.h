@@ -1,0 +1,26 @@
+// Changes cells, labels and texts of a pivot table as TABLECELLS of OUTPUT MODIFY asks for.
+//
+// changeCells() selects the parts (see cell_selection.h) and gives all of them the same: a look, a
+// replacement, a format for those that are numbers, and a width for the columns that they stand in.
+// REVERTTODEFAULT takes their looks and widths away first. All footnotes of a table share one look.
+// A million cells of one look share the one that they get, too.
+#pragma once
+
+#include "host/changes/change_notes.h"
+#include "host/changes/font_check.h"
+#include "host/changes/modify_request.h"
+#include "platform/pivot/pivot_table.h"
+
+namespace vornwout {
+
+/// What REPLACE with an empty text arrives as: there is no telling it from the number, and a cell
+/// that shows nothing says less that is wrong than one that shows -1.
+inline constexpr double kEmptyReplacement = -1;
+
+/// Returns whether anything changed. A format or font that cannot be used is noted, the rest is
+/// done. A number that is replaced by a number keeps its format; what is replaced by a text becomes
+/// plain text. Throws ChangeError as selectCells() does, and then nothing has changed.
+bool changeCells(PivotTable& table, const CellsChange& change, ChangeNotes& notes,
+                 const FontCheck& isFont = {});
+
+}  // namespace vornwout

@@ -1,0 +1,529 @@
+#include "host/looks/svg_parts.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <numeric>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+#include "host/looks/svg_shape.h"
+#include "host/looks/svg_style.h"
+
+namespace vornwout {
+namespace {
+
+/// Contrast below which something has the colour of the paper.
+constexpr double kPaperContrast = 1.25;
+/// Contrast up to which a grey box is a ground and not a bar.
+constexpr double kPanelContrast = 1.6;
+/// Contrast below which a long line is the grid's.
+constexpr double kGridContrast = 2.5;
+/// Shares of the page.
+constexpr double kWholePage = 0.98;
+constexpr double kLargeArea = 0.25;
+constexpr double kLongLine = 0.3;
+/// Lines of a box, and of a box that is open on some side.
+constexpr int kMaxFrameLines = 5;
+/// How much larger than the others a title is.
+constexpr double kTitleRatio = 1.1;
+/// How much less contrast than most texts a quiet one has.
+constexpr double kQuietRatio = 0.75;
+constexpr double kDefaultFontSize = 16;
+/// Colours that make a scale, and how many degrees they may be away from the first one.
+constexpr std::size_t kMinSteps = 3;
+constexpr double kScaleHues = 25;
+constexpr int kMaxMarkedSeries = 100'000;
+
+constexpr const char* kFillMark = "data-fill-part";
+constexpr const char* kStrokeMark = "data-stroke-part";
+constexpr std::string_view kSeriesMark = "series-";
+constexpr std::string_view kStepMark = "step-";
+
+constexpr std::array<std::pair<SvgPart, std::string_view>, 10> kPartNames{
+    {{SvgPart::kBackground, "background"},
+     {SvgPart::kPanel, "panel"},
+     {SvgPart::kPaper, "paper"},
+     {SvgPart::kText, "text"},
+     {SvgPart::kQuietText, "quiet-text"},
+     {SvgPart::kTitle, "title"},
+     {SvgPart::kAxis, "axis"},
+     {SvgPart::kGrid, "grid"},
+     {SvgPart::kFrame, "frame"},
+     {SvgPart::kOutline, "outline"}}};
+
+/// What an element is filled or drawn with.
+struct Ink {
+  enum class Kind {
+    kUnset,
+    kUnknown,  ///< a gradient, a style sheet's, that of whoever uses it
+    kNone,
+    kColor,
+  };
+  Kind kind = Kind::kUnset;
+  SvgColor color;
+
+  bool isColor() const { return kind == Kind::kColor; }
+};
+
+/// What an element passes on to those within it.
+struct Inherited {
+  Ink fill;
+  Ink stroke;
+  double fontSize = kDefaultFontSize;
+  SvgMatrix matrix;
+  bool isDefined = false;  ///< not drawn where it stands
+};
+
+bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+bool isShapeName(std::string_view name) {
+  return isOneOf(name, {"path", "rect", "circle", "ellipse", "line", "polyline", "polygon"});
+}
+
+std::uint32_t keyOf(Rgb color) {
+  return std::uint32_t{color.red} << 16 | std::uint32_t{color.green} << 8 | color.blue;
+}
+
+bool isZero(const std::optional<std::string_view>& text) {
+  double value = 1;
+  std::string_view rest = text.value_or("1");
+  return takeSvgNumber(rest, value) && value <= 0;
+}
+
+/// The identifier that a `use` refers to, within the chart.
+std::string_view targetOf(pugi::xml_node use) {
+  for (const pugi::xml_attribute attribute : use.attributes()) {
+    if (svgLocalName(attribute.name()) != "href") continue;
+    const std::string_view target = attribute.value();
+    if (target.starts_with('#')) return target.substr(1);
+  }
+  return {};
+}
+
+class PartFinder {
+ public:
+  explicit PartFinder(pugi::xml_node root) : root_(root) {}
+
+  SvgParts find() {
+    readIdentifiers();
+    readPage();
+    walkChildren(root_, enter(root_, SvgProperties(root_, &sheet_), Inherited()));
+    settleTexts();
+    settleScale();
+    parts_.seriesCount = seriesCount_;
+    return std::move(parts_);
+  }
+
+ private:
+  void readPage() {
+    const double points = lengthInPixels("width") * 0.75;
+    std::string_view box = root_.attribute("viewBox").value();
+    SvgView view;
+    const bool hasBox = takeSvgNumber(box, view.x) && takeSvgNumber(box, view.y) &&
+                        takeSvgNumber(box, view.width) && takeSvgNumber(box, view.height) &&
+                        view.width > 0 && view.height > 0;
+    if (hasBox) {
+      view_ = view;
+      parts_.unitsPerPoint = points > 0 ? view.width / points : 4.0 / 3;
+    } else {
+      // The size of a picture that says none.
+      const double height = lengthInPixels("height");
+      view_ = {0, 0, points > 0 ? points / 0.75 : 300, height > 0 ? height : 150};
+      parts_.unitsPerPoint = 4.0 / 3;
+    }
+    parts_.left = view_.x;
+    parts_.top = view_.y;
+    const SvgProperties properties(root_, &sheet_);
+    for (const char* name : {"background", "background-color"}) {
+      const auto color = parseSvgColor(properties.get(name).value_or(""));
+      if (color) paper_ = color->value;
+    }
+  }
+
+  double lengthInPixels(const char* name) const {
+    const std::string_view text = root_.attribute(name).value();
+    return isRelativeFontSize(text) ? 0 : svgFontSize(text, 0).value_or(0);
+  }
+
+  /// Without recursion, as every element is looked at and not only what is drawn.
+  void readIdentifiers() {
+    pugi::xml_node node = root_;
+    while (node) {
+      if (const pugi::xml_attribute id = node.attribute("id")) {
+        identified_.emplace(std::string_view(id.value()), node);
+      }
+      if (svgLocalName(node.name()) == "style") sheet_.add(node.child_value());
+      pugi::xml_node next = node.first_child();
+      while (!next && node && node != root_) {
+        next = node.next_sibling();
+        if (!next) node = node.parent();
+      }
+      if (!next) return;
+      node = next;
+    }
+  }
+
+  static Ink inkOf(const std::optional<std::string_view>& text, const Ink& inherited) {
+    if (!text) return inherited;
+    if (*text == "none" || *text == "transparent") return {Ink::Kind::kNone, {}};
+    const std::optional<SvgColor> color = parseSvgColor(*text);
+    return color ? Ink{Ink::Kind::kColor, *color} : Ink{Ink::Kind::kUnknown, {}};
+  }
+
+  static Inherited enter(pugi::xml_node node, const SvgProperties& properties,
+                         const Inherited& outer) {
+    Inherited inner = outer;
+    inner.fill = inkOf(properties.get("fill"), outer.fill);
+    inner.stroke = inkOf(properties.get("stroke"), outer.stroke);
+    if (const auto size = properties.get("font-size")) {
+      inner.fontSize = svgFontSize(*size, outer.fontSize).value_or(outer.fontSize);
+    }
+    if (const pugi::xml_attribute transform = node.attribute("transform")) {
+      inner.matrix = outer.matrix * parseSvgTransform(transform.value());
+    }
+    return inner;
+  }
+
+  void walkChildren(pugi::xml_node node, const Inherited& state) {
+    for (const pugi::xml_node child : node.children()) {
+      if (child.type() == pugi::node_element) walk(child, state);
+    }
+  }
+
+  void walk(pugi::xml_node node, const Inherited& outer) {
+    const std::string_view name = svgLocalName(node.name());
+    if (isOneOf(name, {"svg", "g", "a", "switch", "defs", "symbol", "text", "use"}) ||
+        isShapeName(name)) {
+      const SvgProperties properties(node, &sheet_);
+      Inherited state = enter(node, properties, outer);
+      if (name == "defs" || name == "symbol") {
+        state.isDefined = true;
+        state.fill = state.stroke = Ink{Ink::Kind::kUnknown, {}};
+      }
+      if (name == "text") {
+        if (!state.isDefined) readText(node, state, 0);
+      } else if (name == "use") {
+        readUse(node, properties, state);
+      } else if (isShapeName(name)) {
+        readShape(node, properties, state);
+      } else if (name == "g" && isWord(node)) {
+        addTextPaint(node, state);
+      } else {
+        walkChildren(node, state);
+      }
+    }
+  }
+
+  // ---- texts
+
+  /// A glyph is drawn in the ink of where it is used; a mark brings its own.
+  bool isGlyph(pugi::xml_node use) const {
+    const std::string_view target = targetOf(use);
+    if (target.empty()) return false;
+    if (target.find("glyph") != std::string_view::npos) return true;
+    const auto found = identified_.find(target);
+    if (found == identified_.end()) return false;
+    const std::string_view name = svgLocalName(found->second.name());
+    if (name == "symbol") return true;
+    const SvgProperties properties(use, &sheet_);
+    const SvgProperties drawn(found->second, &sheet_);
+    const auto saysNothing = [](const SvgProperties& said) {
+      return !said.get("fill") && !said.get("stroke");
+    };
+    return name == "path" && saysNothing(properties) && saysNothing(drawn);
+  }
+
+  bool isWord(pugi::xml_node group) const {
+    const bool isMarked = group.attribute(kFillMark);
+    bool hasGlyph = false;
+    for (const pugi::xml_node child : group.children()) {
+      if (child.type() != pugi::node_element) continue;
+      if (svgLocalName(child.name()) != "use") return false;
+      if (!isMarked && (SvgProperties(child, &sheet_).get("fill") || !isGlyph(child))) return false;
+      hasGlyph = true;
+    }
+    return hasGlyph;
+  }
+
+  void addTextPaint(pugi::xml_node node, const Inherited& state) {
+    if (state.isDefined && !node.attribute(kFillMark)) return;
+    Ink fill = state.fill;
+    // A style sheet may say another colour, but no text is without one.
+    if (fill.kind == Ink::Kind::kUnset) fill.kind = Ink::Kind::kColor;
+    if (!fill.isColor()) return;
+    add(node, false, fill.color, SvgPart::kOther, state);
+    if (parts_.paints.back().part == SvgPart::kOther) {
+      pendingTexts_.push_back(parts_.paints.size() - 1);
+    }
+  }
+
+  /// A text, or a piece of the text whose font size is `outerFontSize`.
+  void readText(pugi::xml_node node, const Inherited& state, double outerFontSize) {
+    const SvgProperties properties(node, &sheet_);
+    const std::optional<std::string_view> size = properties.get("font-size");
+    const bool isPiece = outerFontSize > 0;
+    if (!isPiece || properties.get("fill")) addTextPaint(node, state);
+    if (!isPiece || (size && !isRelativeFontSize(*size))) {
+      parts_.texts.push_back({node, state.fontSize, outerFontSize, state.matrix.scale()});
+    }
+    for (const pugi::xml_node child : node.children()) {
+      if (!isOneOf(svgLocalName(child.name()), {"tspan", "textPath", "a"})) continue;
+      Inherited inner = enter(child, SvgProperties(child, &sheet_), state);
+      // A piece is not transformed.
+      inner.matrix = state.matrix;
+      readText(child, inner, isPiece ? outerFontSize : state.fontSize);
+    }
+  }
+
+  void settleTexts() {
+    // Texts of a colour of the data name what has that colour.
+    std::unordered_map<std::uint32_t, std::size_t> counts;
+    std::size_t most = 0;
+    Rgb usual;
+    for (const std::size_t index : pendingTexts_) {
+      SvgPaint& paint = parts_.paints[index];
+      const Rgb color = paint.color.value;
+      const auto known = series_.find(keyOf(color));
+      if (known != series_.end() && !isNeutral(color)) {
+        paint.part = SvgPart::kSeries;
+        paint.series = known->second;
+      } else if (contrastRatio(color, paper_) < kPaperContrast) {
+        paint.part = SvgPart::kPaper;
+      } else if (const std::size_t count = ++counts[keyOf(color)]; count > most) {
+        most = count;
+        usual = color;
+      }
+    }
+    const double usualContrast = contrastRatio(usual, paper_);
+    for (const std::size_t index : pendingTexts_) {
+      SvgPaint& paint = parts_.paints[index];
+      if (paint.part != SvgPart::kOther) continue;
+      const double contrast = contrastRatio(paint.color.value, paper_);
+      paint.part = contrast < usualContrast * kQuietRatio ? SvgPart::kQuietText : SvgPart::kText;
+    }
+    settleTitle();
+  }
+
+  void settleTitle() {
+    bool isMarked = false;
+    for (SvgText& text : parts_.texts) {
+      text.isTitle = text.node.attribute(kFillMark).value() == std::string_view("title");
+      isMarked = isMarked || text.node.attribute(kFillMark);
+    }
+    if (isMarked) return;
+    SvgText* largest = nullptr;
+    double second = 0;
+    for (SvgText& text : parts_.texts) {
+      if (text.outerFontSize > 0) continue;
+      const double size = text.fontSize * text.scale;
+      if (largest == nullptr || size > largest->fontSize * largest->scale) {
+        if (largest != nullptr) second = largest->fontSize * largest->scale;
+        largest = &text;
+      } else {
+        second = std::max(second, size);
+      }
+    }
+    if (largest == nullptr || second <= 0 ||
+        largest->fontSize * largest->scale < second * kTitleRatio) {
+      return;
+    }
+    for (SvgPaint& paint : parts_.paints) {
+      const bool isText = paint.part == SvgPart::kText || paint.part == SvgPart::kQuietText;
+      if (paint.node != largest->node || !isText) continue;
+      paint.part = SvgPart::kTitle;
+      largest->isTitle = true;
+    }
+  }
+
+  /// Shades of one colour, or greys, go from little to much; other colours would hide that.
+  void settleScale() {
+    if (hasMarks_ || seriesColors_.size() < kMinSteps || seriesCount_ > kMaxMarkedSeries) return;
+    const Rgb first = seriesColors_.front();
+    const bool isScale = std::all_of(seriesColors_.begin(), seriesColors_.end(), [&](Rgb color) {
+      const double apart = std::fabs(hueOf(color) - hueOf(first));
+      return isNeutral(color) == isNeutral(first) &&
+             (isNeutral(first) || std::min(apart, 360 - apart) <= kScaleHues);
+    });
+    if (!isScale) return;
+    std::vector<std::size_t> order(seriesColors_.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+      return contrastRatio(seriesColors_[a], paper_) < contrastRatio(seriesColors_[b], paper_);
+    });
+    std::vector<int> steps(order.size());
+    for (std::size_t i = 0; i < order.size(); ++i) steps[order[i]] = static_cast<int>(i) + 1;
+    for (SvgPaint& paint : parts_.paints) {
+      if (paint.part != SvgPart::kSeries) continue;
+      paint.part = SvgPart::kStep;
+      paint.series = steps[static_cast<std::size_t>(paint.series - 1)];
+    }
+    parts_.stepCount = static_cast<int>(steps.size());
+  }
+
+  // ---- shapes
+
+  void readUse(pugi::xml_node node, const SvgProperties& properties, const Inherited& state) {
+    // One that is marked is known to be seen, whatever has become of what it uses.
+    const bool isMarked = node.attribute(kFillMark);
+    if (isMarked || isGlyph(node)) {
+      addTextPaint(node, state);
+      if (!node.attribute(kStrokeMark)) return;
+    }
+    // A mark: what it does not say itself, what it uses may say.
+    const Ink unknown{Ink::Kind::kUnknown, {}};
+    Inherited own = state;
+    own.fill = isMarked ? unknown : inkOf(properties.get("fill"), unknown);
+    own.stroke = inkOf(properties.get("stroke"), unknown);
+    addShape(node, own, SvgShape());
+  }
+
+  void readShape(pugi::xml_node node, const SvgProperties& properties, Inherited state) {
+    const std::optional<SvgShape> shape = svgShape(node, state.matrix, view_);
+    if (!shape) return;
+    if (!sheet_.isWhole()) {
+      // It may say what the element leaves open.
+      if (state.fill.kind == Ink::Kind::kUnset) state.fill.kind = Ink::Kind::kUnknown;
+      if (state.stroke.kind == Ink::Kind::kUnset) state.stroke.kind = Ink::Kind::kUnknown;
+    }
+    if (state.fill.kind == Ink::Kind::kUnset) state.fill.kind = Ink::Kind::kColor;
+    const bool isUnseen = isZero(properties.get("opacity"));
+    if (isUnseen || isZero(properties.get("fill-opacity")) || svgLocalName(node.name()) == "line") {
+      state.fill.kind = Ink::Kind::kNone;
+    }
+    if (isUnseen || isZero(properties.get("stroke-opacity")) ||
+        isZero(properties.get("stroke-width"))) {
+      state.stroke.kind = Ink::Kind::kNone;
+    }
+    addShape(node, state, *shape);
+  }
+
+  void addShape(pugi::xml_node node, const Inherited& state, const SvgShape& shape) {
+    SvgPart fill = SvgPart::kOther;
+    if (state.fill.isColor()) {
+      fill = partOfFill(state.fill.color.value, shape, state);
+      add(node, false, state.fill.color, fill, state);
+    }
+    if (state.stroke.isColor()) {
+      const SvgPart part = partOfStroke(state.stroke.color.value, state.fill, fill, shape);
+      add(node, true, state.stroke.color, part, state);
+    }
+  }
+
+  SvgPart partOfFill(Rgb color, const SvgShape& shape, const Inherited& state) {
+    const bool isBox = shape.isStraight && shape.longestPiece == 4;
+    if (isBox && !state.isDefined && shape.width() >= kWholePage * view_.width &&
+        shape.height() >= kWholePage * view_.height) {
+      if (state.fill.color.alpha.empty()) paper_ = color;
+      return SvgPart::kBackground;
+    }
+    if (!isNeutral(color)) return SvgPart::kSeries;
+    const double contrast = contrastRatio(color, paper_);
+    const bool isLarge = shape.width() * shape.height() >= kLargeArea * view_.width * view_.height;
+    if (isBox && isLarge && contrast < kGridContrast) return SvgPart::kPanel;
+    if (contrast < kPaperContrast) return SvgPart::kPaper;
+    return isBox && contrast < kPanelContrast ? SvgPart::kPanel : SvgPart::kSeries;
+  }
+
+  SvgPart partOfStroke(Rgb color, const Ink& fill, SvgPart fillPart, const SvgShape& shape) const {
+    if (!isNeutral(color)) return SvgPart::kSeries;
+    const double contrast = contrastRatio(color, paper_);
+    const bool isGround = fillPart == SvgPart::kBackground || fillPart == SvgPart::kPanel;
+    if (isGround) return SvgPart::kFrame;
+    if (fill.isColor()) {
+      if (fillPart == SvgPart::kSeries && fill.color.value == color) return SvgPart::kSeries;
+      return contrast < kPaperContrast ? SvgPart::kPaper : SvgPart::kOutline;
+    }
+    if (shape.isRule) {
+      const bool isLong =
+          shape.width() >= kLongLine * view_.width || shape.height() >= kLongLine * view_.height;
+      return isLong && contrast < kGridContrast ? SvgPart::kGrid : SvgPart::kAxis;
+    }
+    if (shape.isStraight && shape.longestPiece <= kMaxFrameLines) return SvgPart::kFrame;
+    return contrast < kPaperContrast ? SvgPart::kPaper : SvgPart::kSeries;
+  }
+
+  void add(pugi::xml_node node, bool isStroke, const SvgColor& color, SvgPart part,
+           const Inherited& state) {
+    SvgPaint paint{node, isStroke, color, part, 0, state.matrix.scale()};
+    paint.isUnfilled = state.fill.kind == Ink::Kind::kNone;
+    readMark(paint);
+    if (paint.part == SvgPart::kSeries && paint.series == 0) {
+      const auto [known, isNew] = series_.try_emplace(keyOf(color.value), seriesCount_ + 1);
+      if (isNew) {
+        ++seriesCount_;
+        seriesColors_.push_back(color.value);
+      }
+      paint.series = known->second;
+    }
+    if (paint.part == SvgPart::kBackground) parts_.hasBackground = true;
+    parts_.paints.push_back(std::move(paint));
+  }
+
+  void readMark(SvgPaint& paint) {
+    const std::string_view mark =
+        paint.node.attribute(paint.isStroke ? kStrokeMark : kFillMark).value();
+    if (mark.empty()) return;
+    hasMarks_ = true;
+    const bool isSeries = mark.starts_with(kSeriesMark);
+    if (isSeries || mark.starts_with(kStepMark)) {
+      const std::string_view digits = mark.substr((isSeries ? kSeriesMark : kStepMark).size());
+      const char* const end = digits.data() + digits.size();
+      int number = 0;
+      const auto [stop, error] = std::from_chars(digits.data(), end, number);
+      if (error != std::errc() || stop != end || number < 1 || number > kMaxMarkedSeries) return;
+      paint.part = isSeries ? SvgPart::kSeries : SvgPart::kStep;
+      paint.series = number;
+      int& count = isSeries ? seriesCount_ : parts_.stepCount;
+      count = std::max(count, number);
+      if (isSeries) series_.try_emplace(keyOf(paint.color.value), number);
+      return;
+    }
+    for (const auto& [part, name] : kPartNames) {
+      if (mark == name) paint.part = part;
+    }
+  }
+
+  pugi::xml_node root_;
+  SvgView view_;
+  Rgb paper_{255, 255, 255};
+  SvgSheet sheet_;
+  std::unordered_map<std::string_view, pugi::xml_node> identified_;
+  std::unordered_map<std::uint32_t, int> series_;
+  int seriesCount_ = 0;
+  std::vector<Rgb> seriesColors_;  ///< in the order of their numbers, where nothing is marked
+  bool hasMarks_ = false;
+  std::vector<std::size_t> pendingTexts_;
+  SvgParts parts_;
+};
+
+}  // namespace
+
+SvgParts findSvgParts(pugi::xml_node root) { return PartFinder(root).find(); }
+
+void markSvgPart(const SvgPaint& paint) {
+  std::string mark;
+  if (paint.part == SvgPart::kSeries || paint.part == SvgPart::kStep) {
+    // So many colours get no others anyway.
+    if (paint.series > kMaxMarkedSeries) return;
+    mark = paint.part == SvgPart::kSeries ? kSeriesMark : kStepMark;
+    mark += std::to_string(paint.series);
+  }
+  for (const auto& [part, name] : kPartNames) {
+    if (paint.part == part) mark = name;
+  }
+  if (mark.empty()) return;
+  const char* const key = paint.isStroke ? kStrokeMark : kFillMark;
+  pugi::xml_node node = paint.node;
+  pugi::xml_attribute attribute = node.attribute(key);
+  if (!attribute) attribute = node.append_attribute(key);
+  attribute.set_value(mark.c_str());
+}
+
+}  // namespace vornwout

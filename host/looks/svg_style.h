@@ -1,0 +1,53 @@
+// The styles that stand at the elements of a chart: the properties of a style attribute, and what
+// an element passes on to those within it.
+//
+// Entry points: SvgProperties, which reads one element, and svgFontSize(). A style attribute goes
+// before the rules of a sheet, and these before attributes, as SVG has it.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <pugixml.hpp>
+
+#include "host/looks/svg_sheet.h"
+
+namespace vornwout {
+
+class SvgProperties {
+ public:
+  /// `sheet` may be null and must outlive this.
+  explicit SvgProperties(pugi::xml_node node, const SvgSheet* sheet = nullptr);
+
+  /// What is said of the property, in the style attribute, the sheet or an attribute of its name;
+  /// nothing when it says nothing or asks for what it inherits.
+  std::optional<std::string_view> get(std::string_view name) const;
+
+  /// Says the property in the style attribute, in place of whatever the element said of it.
+  void set(std::string_view name, const std::string& value);
+
+  /// Writes what was set to the element.
+  void write();
+
+ private:
+  pugi::xml_node node_;
+  std::vector<SvgDeclaration> declarations_;
+  std::vector<const SvgSheet::Declarations*> rules_;
+  bool isChanged_ = false;
+};
+
+/// A font size in the units of the chart; nothing for what is no size. `inherited` is what
+/// percentages and ems are of.
+std::optional<double> svgFontSize(std::string_view text, double inherited);
+
+/// Whether it is a multiple of what is inherited.
+bool isRelativeFontSize(std::string_view text);
+
+/// A number with at most three decimals.
+std::string svgNumber(double value);
+/// The number that svgNumber() writes.
+double roundedSvgNumber(double value);
+
+}  // namespace vornwout

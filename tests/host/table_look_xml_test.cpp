@@ -1,0 +1,333 @@
+#include "host/looks/table_look_xml.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "host/looks/svg_color.h"
+#include "platform/pivot/cell_color.h"
+#include "tests/support/scratch_directory.h"
+
+namespace vornwout {
+namespace {
+
+const std::string kLooks = VORN_SOURCE_DIR "/Looks";
+const std::string kSchema = VORN_SOURCE_DIR "/docs/table-look.xsd";
+
+std::string look(const std::string& inside) {
+  return "<tableProperties>" + inside + "</tableProperties>";
+}
+
+/// Why a look is refused; empty when it is not.
+std::string refusal(const std::string& xml) {
+  try {
+    parseTableLook(xml);
+    return {};
+  } catch (const LookError& error) {
+    return error.what();
+  }
+}
+
+bool hasXmllint() { return std::system("xmllint --version >/dev/null 2>&1") == 0; }
+
+bool isValidBySchema(const ScratchDirectory& folder, const std::string& xml) {
+  const std::string file = folder.write("look.xml", xml);
+  const std::string command =
+      "xmllint --noout --schema " + kSchema + " " + file + " >" + folder.file("log") + " 2>&1";
+  return std::system(command.c_str()) == 0;
+}
+
+std::string fileContent(const std::filesystem::path& path) {
+  std::ifstream stream(path, std::ios::binary);
+  std::ostringstream text;
+  text << stream.rdbuf();
+  return text.str();
+}
+
+std::vector<std::filesystem::path> finishedLooks() {
+  std::vector<std::filesystem::path> paths;
+  for (const auto& entry : std::filesystem::directory_iterator(kLooks)) {
+    if (entry.path().extension() == ".qtt") paths.push_back(entry.path());
+  }
+  return paths;
+}
+
+TEST(TableLookXml, EveryPartIsRead) {
+  const TableLook read = parseTableLook(
+      "<?xml version='1.0'?><!-- a look --><tableProperties version='1' name='A &amp; B' "
+      "background='#FFFFFF'><title font='Noto Sans' size='10.5' bold='true' italic='0' "
+      "underlined=' 1 ' textColor='#0A0b0c' fill='#112233' horizontal='center' "
+      "vertical='middle'><borders><top style='double' width='1.5' color='#ABCDEF'/>"
+      "<rows style='dotted'/></borders><margins top='1' left='0.125'/></title>"
+      "<data horizontal='right'/><footnotes vertical='bottom'/>"
+      "<banding fill='#eeeeee' rowLabels='true'/><dataColumns min='10' max='20'/>"
+      "<rowLabelColumns max='2000'/></tableProperties>");
+  TableLook expected;
+  expected.name = "A & B";
+  expected.background = "#ffffff";
+  AreaLook& title = expected.area(LookArea::kTitle);
+  title.text = {"#0a0b0c", "#112233", true, false, true, "Noto Sans", 10.5};
+  title.horizontal = LookHorizontal::kCenter;
+  title.vertical = LookVertical::kMiddle;
+  title.margins = {1, 5, 2, 0.125};
+  title.borders.top = {LookLineStyle::kDouble, 1.5, "#abcdef"};
+  title.borders.rows = {LookLineStyle::kDotted, 0.75, ""};
+  expected.area(LookArea::kData).horizontal = LookHorizontal::kRight;
+  expected.area(LookArea::kFootnotes).vertical = LookVertical::kBottom;
+  expected.banding = {"#eeeeee", true};
+  expected.dataColumns = {10, 20};
+  expected.rowLabelColumns = {0, 2000};
+  EXPECT_EQ(read, expected);
+  EXPECT_EQ(parseTableLook(look("")), TableLook());
+  EXPECT_EQ(parseTableLook("\xEF\xBB\xBF<tableProperties/>\n"), TableLook());
+}
+
+TEST(TableLookXml, EachAreaHasAnElementOfItsOwn) {
+  const std::pair<LookArea, const char*> areas[] = {
+      {LookArea::kTitle, "title"},         {LookArea::kLayers, "layers"},
+      {LookArea::kCorner, "corner"},       {LookArea::kColumnLabels, "columnLabels"},
+      {LookArea::kRowLabels, "rowLabels"}, {LookArea::kData, "data"},
+      {LookArea::kCaption, "caption"},     {LookArea::kFootnotes, "footnotes"}};
+  for (const auto& [area, name] : areas) {
+    TableLook expected;
+    expected.area(area).text.size = 7;
+    EXPECT_EQ(parseTableLook(look(std::string("<") + name + " size='7'/>")), expected) << name;
+  }
+}
+
+TEST(TableLookXml, WhatIsRefusedIsRefusedByTheSchemaToo) {
+  struct Case {
+    std::string xml;
+    std::string refusal;  ///< empty for a look that is fine
+  };
+  const std::string wideName(100, 'a');
+  const Case cases[] = {
+      {look("<data size='0.001'/>"), ""},
+      {look("<data size='1000'/>"), ""},
+      {look("<data size=' 8 '/>"), ""},
+      {look("<data size='0'/>"), "data: its size is not allowed: \"0\""},
+      {look("<data size='1000.1'/>"), "data: its size is not allowed: \"1000.1\""},
+      {look("<data size='1.2345'/>"), "data: its size is not allowed: \"1.2345\""},
+      {look("<data size='1.'/>"), "data: its size is not allowed: \"1.\""},
+      {look("<data size='.5'/>"), "data: its size is not allowed: \".5\""},
+      {look("<data size='-1'/>"), "data: its size is not allowed: \"-1\""},
+      {look("<data size='1e1'/>"), "data: its size is not allowed: \"1e1\""},
+      {look("<data size=''/>"), "data: its size is not allowed: \"\""},
+      {look("<data bold='yes'/>"), "data: its bold is not allowed: \"yes\""},
+      {look("<data textColor='red'/>"), "data: its textColor is not allowed: \"red\""},
+      {look("<data textColor='#12345'/>"), "data: its textColor is not allowed: \"#12345\""},
+      {look("<data fill='#12345g'/>"), "data: its fill is not allowed: \"#12345g\""},
+      {look("<data fill=''/>"), "data: its fill is not allowed: \"\""},
+      {look("<data horizontal='middle'/>"), "data: its horizontal is not allowed: \"middle\""},
+      {look("<data vertical='center'/>"), "data: its vertical is not allowed: \"center\""},
+      {look("<data font='" + wideName + "'/>"), ""},
+      {look("<data font='\xC3\xA4 \xE6\x98\x8E\xE6\x9C\x9D-9'/>"), ""},
+      {look("<data font='" + wideName + "a'/>"),
+       "data: its font is not allowed: \"" + wideName.substr(0, 60) + "...\""},
+      {look("<data font='a&quot;b'/>"), "data: its font is not allowed: \"a\"b\""},
+      {look("<data font='a;b'/>"), "data: its font is not allowed: \"a;b\""},
+      {look("<data font='a\xC2\xA0'/>"), "data: its font is not allowed: \"a\xC2\xA0\""},
+      {look("<data font=' a'/>"), "data: its font is not allowed: \" a\""},
+      {look("<data font=''/>"), "data: its font is not allowed: \"\""},
+      {look("<data weight='1'/>"), "data: it has an attribute weight, which is not known"},
+      {look("<data>text</data>"), "data: it holds a text where none may stand"},
+      {look("<data/><data/>"), "tableProperties: it holds data twice"},
+      {look("<cells/>"), "tableProperties: it holds an element cells, which is not known"},
+      {look("<data><margins top='100' left='0'/></data>"), ""},
+      {look("<data><margins top='100.001'/></data>"),
+       "margins: its top is not allowed: \"100.001\""},
+      {look("<data><margins all='1'/></data>"),
+       "margins: it has an attribute all, which is not known"},
+      {look("<data><margins><top/></margins></data>"),
+       "margins: it holds an element top, which is not known"},
+      {look("<data><borders><inner/></borders></data>"),
+       "borders: it holds an element inner, which is not known"},
+      {look("<data><borders width='1'/></data>"),
+       "borders: it has an attribute width, which is not known"},
+      {look("<data><borders><top style='wavy'/></borders></data>"),
+       "top: its style is not allowed: \"wavy\""},
+      {look("<data><borders><top width='20'/></borders></data>"), ""},
+      {look("<data><borders><top width='21'/></borders></data>"),
+       "top: its width is not allowed: \"21\""},
+      {look("<data><borders><top><a/></top></borders></data>"),
+       "top: it holds an element a, which is not known"},
+      {look("<banding fill='#000000'/>"), ""},
+      {look("<banding/>"), "banding: it has no fill"},
+      {look("<banding fill='#000000' every='3'/>"),
+       "banding: it has an attribute every, which is not known"},
+      {look("<dataColumns min='2001'/>"), "dataColumns: its min is not allowed: \"2001\""},
+      {look("<dataColumns max='1.5'/>"), "dataColumns: its max is not allowed: \"1.5\""},
+      {look("<dataColumns max='-1'/>"), "dataColumns: its max is not allowed: \"-1\""},
+      {look("<dataColumns width='1'/>"),
+       "dataColumns: it has an attribute width, which is not known"},
+      {"<tableProperties version='2'/>", "tableProperties: its version is not known"},
+      {"<tableProperties page='a4'/>",
+       "tableProperties: it has an attribute page, which is not known"},
+      {"<tableLook/>", "tableLook: it stands where tableProperties is expected"},
+      {"<tableProperties>", "tableProperties: near line 1: start-end tags mismatch"},
+      {"", "tableProperties: near line 1: no document element found"},
+  };
+  const ScratchDirectory folder;
+  const bool hasSchema = hasXmllint();
+  for (const Case& c : cases) {
+    EXPECT_EQ(refusal(c.xml), c.refusal) << c.xml;
+    if (hasSchema) {
+      EXPECT_EQ(isValidBySchema(folder, c.xml), c.refusal.empty()) << c.xml << "\n"
+                                                                   << folder.read("log");
+    }
+  }
+}
+
+TEST(TableLookXml, WhatASchemaCannotSayIsRefused) {
+  EXPECT_EQ(refusal(look("<dataColumns min='3' max='2'/>")),
+            "dataColumns: its min is above its max");
+  EXPECT_EQ(refusal(look("<dataColumns min='3' max='0'/>")), "");
+  EXPECT_EQ(refusal(std::string(kMaxLookBytes + 1, ' ')),
+            "tableProperties: it is larger than 1 MiB");
+  EXPECT_EQ(refusal("<!DOCTYPE tableProperties><tableProperties/>"),
+            "tableProperties: it has a document type declaration");
+  EXPECT_EQ(refusal("<tableProperties name='\xFF'/>"),
+            "tableProperties: line 1 is not valid UTF-8");
+  std::string many;
+  for (int i = 0; i < 30'000; ++i) many += "<a/>";
+  EXPECT_EQ(refusal(look(many)), "tableProperties: it has too many elements");
+}
+
+/// A look in which anything may be set.
+class LookGenerator {
+ public:
+  explicit LookGenerator(unsigned int seed) : random_(seed) {}
+
+  TableLook look() {
+    TableLook result;
+    if (coin()) result.name = "a \"b\" & <c>\n\xC3\xA4";
+    result.background = color();
+    for (AreaLook& area : result.areas) {
+      area.text = {color(), color(), flag(), flag(), flag(), coin() ? "Noto Sans" : "", 0};
+      if (coin()) area.text.size = (number(999'999) + 1) / 1000.0;
+      area.horizontal = static_cast<LookHorizontal>(number(4));
+      area.vertical = static_cast<LookVertical>(number(3));
+      for (double LookMargins::*margin :
+           {&LookMargins::top, &LookMargins::right, &LookMargins::bottom, &LookMargins::left}) {
+        if (coin()) area.margins.*margin = number(100'001) / 1000.0;
+      }
+      for (LookLine LookBorders::*line :
+           {&LookBorders::top, &LookBorders::right, &LookBorders::bottom, &LookBorders::left,
+            &LookBorders::rows, &LookBorders::columns}) {
+        if (coin()) {
+          area.borders.*
+              line = {static_cast<LookLineStyle>(number(5)), number(20'001) / 1000.0, color()};
+        }
+      }
+    }
+    if (coin()) result.banding = {"#123456", coin()};
+    if (coin()) result.dataColumns = {number(100), 100 + number(1901)};
+    if (coin()) result.rowLabelColumns = {number(2001), 0};
+    return result;
+  }
+
+ private:
+  int number(int end) { return std::uniform_int_distribution<int>(0, end - 1)(random_); }
+  bool coin() { return number(2) == 0; }
+  std::optional<bool> flag() {
+    const int which = number(3);
+    return which == 0 ? std::nullopt : std::optional(which == 1);
+  }
+  std::string color() { return coin() ? "" : "#00" + std::to_string(1000 + number(9000)); }
+
+  std::mt19937 random_;
+};
+
+TEST(TableLookXml, AnyLookThatIsWrittenIsReadAgainAndValid) {
+  const ScratchDirectory folder;
+  const bool hasSchema = hasXmllint();
+  for (unsigned int seed = 0; seed < 200; ++seed) {
+    const TableLook made = LookGenerator(seed).look();
+    const std::string xml = writeTableLook(made);
+    EXPECT_EQ(parseTableLook(xml), made) << xml;
+    EXPECT_EQ(writeTableLook(parseTableLook(xml)), xml);
+    if (hasSchema && seed % 20 == 0) {
+      EXPECT_TRUE(isValidBySchema(folder, xml)) << xml << folder.read("log");
+    }
+  }
+}
+
+TEST(TableLookXml, ASmallestNumberIsWrittenAsTheSchemaHasIt) {
+  TableLook made;
+  made.area(LookArea::kData).margins.top = 0.001;
+  EXPECT_NE(writeTableLook(made).find("top=\"0.001\""), std::string::npos);
+}
+
+TEST(FinishedTableLooks, AreEightAndValidByTheSchema) {
+  const std::vector<std::filesystem::path> paths = finishedLooks();
+  EXPECT_EQ(paths.size(), 8u);
+  for (const std::filesystem::path& path : paths) {
+    const std::string xml = fileContent(path);
+    EXPECT_EQ(refusal(xml), "") << path;
+    EXPECT_EQ(parseTableLook(xml).name, path.stem().string());
+    // Commands take what stands from here on.
+    const std::size_t root = xml.find("<tableProperties");
+    EXPECT_EQ(parseTableLook(xml.substr(root)), parseTableLook(xml)) << path;
+  }
+  if (!hasXmllint()) GTEST_SKIP() << "xmllint, of the package libxml2-utils, is not installed";
+  const ScratchDirectory folder;
+  for (const std::filesystem::path& path : paths) {
+    EXPECT_TRUE(isValidBySchema(folder, fileContent(path))) << path << folder.read("log");
+  }
+}
+
+TEST(FinishedTableLooks, TheDefaultOneNeedsNoFile) {
+  const std::string file = kLooks + "/" + std::string(kDefaultLookName) + ".qtt";
+  EXPECT_EQ(parseTableLook(fileContent(file)), defaultTableLook());
+}
+
+TEST(FinishedTableLooks, TextStandsOutFromItsFill) {
+  for (const std::filesystem::path& path : finishedLooks()) {
+    const TableLook look = parseTableLook(fileContent(path));
+    const auto check = [&](const AreaLook& area, const std::string& fill, const char* where) {
+      // A page looks after its own text on its own ground, but not after one of the two.
+      if (area.text.textColor.empty()) {
+        EXPECT_EQ(fill, "") << path << where;
+        return;
+      }
+      const std::optional<Rgb> ink = parseCellColor(area.text.textColor);
+      const std::optional<Rgb> ground = parseCellColor(fill.empty() ? "#ffffff" : fill);
+      ASSERT_TRUE(ink && ground) << path << where;
+      EXPECT_GE(contrastRatio(*ink, *ground), 4.5) << path << where;
+    };
+    for (std::size_t i = 0; i < kLookAreaCount; ++i) {
+      const std::string& fill = look.areas[i].text.backgroundColor;
+      check(look.areas[i], fill.empty() ? look.background : fill,
+            (" area " + std::to_string(i)).c_str());
+    }
+    if (look.banding.fill.empty()) continue;
+    check(look.area(LookArea::kData), look.banding.fill, " bands");
+    if (look.banding.rowLabels) check(look.area(LookArea::kRowLabels), look.banding.fill, " bands");
+  }
+}
+
+TEST(FinishedTableLooks, NumbersStandRightBelowTheirLabels) {
+  for (const std::filesystem::path& path : finishedLooks()) {
+    const TableLook look = parseTableLook(fileContent(path));
+    EXPECT_EQ(look.area(LookArea::kData).horizontal, LookHorizontal::kByValue) << path;
+    EXPECT_NE(look.area(LookArea::kColumnLabels).horizontal, LookHorizontal::kLeft) << path;
+    EXPECT_EQ(look.area(LookArea::kData).margins, look.area(LookArea::kColumnLabels).margins)
+        << path;
+  }
+}
+
+TEST(FinishedTableLooks, OneIsForDarkPages) {
+  const TableLook look = parseTableLook(fileContent(kLooks + "/Night.qtt"));
+  const std::optional<Rgb> ground = parseCellColor(look.background);
+  ASSERT_TRUE(ground);
+  EXPECT_GT(contrastRatio(*ground, Rgb{255, 255, 255}), 15);
+}
+
+}  // namespace
+}  // namespace vornwout
