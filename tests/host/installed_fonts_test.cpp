@@ -1,9 +1,8 @@
 // Which fonts the system has.
-#include <gtest/gtest.h>
+#include "host/changes/installed_fonts.h"
 
 #include <dlfcn.h>
-
-#include "host/changes/installed_fonts.h"
+#include <gtest/gtest.h>
 
 namespace vornwout {
 namespace {
