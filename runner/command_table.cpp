@@ -56,7 +56,14 @@ constexpr const char* kModifyDetails =
     "condition and narrows nothing down. A mistake in\none group leaves all documents as they are, "
     "but for two that are reported while the rest is carried\nout: a member of SIZE that is too "
     "small or no number, and a run of COMMANDS that is 0, empty or too\nlarge; without another run "
-    "all runs are meant.\n";
+    "all runs are meant.\nDEBUG stands alone and counts as soon as it stands there. TLOOK is also "
+    "the "
+    "name of a file in quotes.\nSELECT of TABLECELLS is required: a list in square brackets and "
+    "without "
+    "commas, of any of its words, of\nlabels in quotes and of POSITION(1 2). SELECTCONDITION is "
+    "also an "
+    "expression over the value x in square\nbrackets, [x>5 and x<10]; APPLYTO leads from the "
+    "chosen cells to others.\n";
 
 constexpr std::array kCommands = {
     Command{"OUTPUT NEW", "outnew_", outnew_,

@@ -33,14 +33,32 @@ std::string alternatives(const ParamDescriptor& param) {
                                     : "{" + joined(param.values(), " | ") + "}";
 }
 
+std::string valueForm(const ParamDescriptor& param);
+
+/// "NAME(value)", or the name of a qualifier that stands alone.
+std::string qualifierForm(const ParamDescriptor& qualifier) {
+  if (qualifier.spec() == UPSpecTypes::kNoValue) return qualifier.name();
+  const std::string inner = valueForm(qualifier);
+  return qualifier.name() + "(" + (inner.empty() ? "value ..." : inner) + ")";
+}
+
+/// What may stand in a free list of tokens, as far as it is declared.
+std::string rawForm(const ParamDescriptor& param) {
+  std::vector<std::string> forms(param.values());
+  for (const ParamDescriptor& qualifier : param.qualifiers()) {
+    forms.push_back(qualifierForm(qualifier));
+  }
+  if (forms.empty()) return param.required() ? "'file'" : "value";
+  return forms.size() == 1 ? forms.front() : "{" + joined(forms, " | ") + "}";
+}
+
 /// A keyword's value as it is written, for a reader.
 std::string valueForm(const ParamDescriptor& param) {
   switch (param.spec()) {
     case UPSpecTypes::kNoValue:
       return "";
     case UPSpecTypes::kRawTokens:
-      if (!param.values().empty()) return alternatives(param);
-      return param.required() ? "'file'" : "value";
+      return rawForm(param);
     case UPSpecTypes::kDeclaredValue:
       return param.values().empty() ? "name" : alternatives(param);
     case UPSpecTypes::kString:
@@ -59,8 +77,7 @@ std::string valueForm(const ParamDescriptor& param) {
     case UPSpecTypes::kQualifierLists: {
       std::vector<std::string> forms;
       for (const ParamDescriptor& qualifier : param.qualifiers()) {
-        const std::string inner = valueForm(qualifier);
-        forms.push_back(inner.empty() ? qualifier.name() : qualifier.name() + "(" + inner + ")");
+        forms.push_back(qualifierForm(qualifier));
       }
       return joined(forms, " ");
     }

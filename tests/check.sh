@@ -29,15 +29,13 @@ step() {
   fi
 }
 
-# Counts the tests of a program that says how many passed, in GoogleTest's words or as "N passed, N failed".
-suite() {
-  local name=$1
-  shift
-  "$@" >"$log/suite" 2>&1
-  local status=$? good bad
-  good=$(sed -nE 's/^\[  PASSED  \] ([0-9]+) tests?\.$/\1/p; s/^([0-9]+) passed, [0-9]+ failed$/\1/p' "$log/suite" | tail -n 1)
-  bad=$(sed -nE 's/^\[  FAILED  \] ([0-9]+) tests?, listed below:$/\1/p; s/^[0-9]+ passed, ([0-9]+) failed$/\1/p' "$log/suite" | tail -n 1)
-  grep -h -A 1 ': Skipped$' "$log/suite"
+# Counts the tests of a program that has run: its output says how many passed, in GoogleTest's words or as
+# "N passed, N failed".
+judge() {
+  local name=$1 status=$2 out=$3 good bad
+  good=$(sed -nE 's/^\[  PASSED  \] ([0-9]+) tests?\.$/\1/p; s/^([0-9]+) passed, [0-9]+ failed$/\1/p' "$out" | tail -n 1)
+  bad=$(sed -nE 's/^\[  FAILED  \] ([0-9]+) tests?, listed below:$/\1/p; s/^[0-9]+ passed, ([0-9]+) failed$/\1/p' "$out" | tail -n 1)
+  grep -h -A 1 ': Skipped$' "$out"
   good=${good:-0}
   bad=${bad:-0}
   # A program that died, or ran nothing, is a failure whatever it printed.
@@ -48,13 +46,30 @@ suite() {
     echo "ok      $name: $good"
   else
     echo "FAILED  $name: $good passed, $bad failed"
-    grep -vE '^\[ +(OK|RUN) ' "$log/suite" | tail -n 150
+    grep -vE '^\[ +(OK|RUN) ' "$out" | tail -n 150
   fi
 }
 
+# Runs the test programs of a build, as many at a time as there are processors.
 suites() {
-  local build=$1 program
-  for program in "$build"/tests/*_tests; do suite "$(basename "$program")" "$program"; done
+  local programs=("$1"/tests/*_tests) program name running=0
+  for program in "${programs[@]}"; do
+    name=$(basename "$program")
+    {
+      "$program" >"$log/$name" 2>&1
+      echo $? >"$log/$name.status"
+    } &
+    running=$((running + 1))
+    if [ "$running" -ge "$(nproc)" ]; then
+      wait -n
+      running=$((running - 1))
+    fi
+  done
+  wait
+  for program in "${programs[@]}"; do
+    name=$(basename "$program")
+    judge "$name" "$(cat "$log/$name.status")" "$log/$name"
+  done
 }
 
 build() {

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "libvornwout/frame/constants.h"
+
 namespace vornwout {
 namespace {
 
@@ -14,8 +16,8 @@ ModifyDelete::ModifyDelete(GroupComDescriptor& group) {
   SubComDescriptor subcommand(kDeleteObject, UPSpecTypes::kKeywords, false, false);
   subcommand.allowSubComEmpty(true);
   ParamDescriptor deleted(kDelete, UPSpecTypes::kDeclaredValue, false, false);
-  deleted.addStringValue("YES");
-  deleted.addStringValue("NO");
+  deleted.addStringValue(kYes);
+  deleted.addStringValue(kNo);
   subcommand.addParamDesc(std::move(deleted));
   group.addSubComDesc(std::move(subcommand), false);
 }
@@ -26,7 +28,7 @@ bool ModifyDelete::populateSpecification(const GroupComObj& group,
   const SubComObj* subcommand = group.getSubComObj(kDeleteObject);
   if (subcommand == nullptr) return true;
   const ParamObj* deleted = subcommand->getParamObj(kDelete);
-  needsDelete_ = deleted == nullptr || deleted->isStringValueCase("YES");
+  needsDelete_ = deleted == nullptr || deleted->isStringValueCase(kYes);
   return true;
 }
 

@@ -6,6 +6,7 @@
 #include <limits>
 #include <string_view>
 
+#include "libvornwout/frame/constants.h"
 #include "libvornwout/modify/modify_values.h"
 #include "libvornwout/modify/xml/xml_modify_if.h"
 #include "platform/text/multibyte.h"
@@ -69,8 +70,8 @@ ModifyIf::ModifyIf(GroupComDescriptor& group) : labelsDescriptor_(labelsDescript
   subcommand.addParamDesc(
       bracketedList(kInstances, UPSpecTypes::kRawTokens, UPSpecTypes::kBracketsOptionalList));
   ParamDescriptor visibleOnly(kVisibleOnly, UPSpecTypes::kDeclaredValue, false, false);
-  visibleOnly.addStringValue("NO");
-  visibleOnly.addStringValue("YES");
+  visibleOnly.addStringValue(kNo);
+  visibleOnly.addStringValue(kYes);
   subcommand.addParamDesc(std::move(visibleOnly));
   group.addSubComDesc(std::move(subcommand), false);
 }
@@ -94,7 +95,7 @@ bool ModifyIf::populateSpecification(const GroupComObj& group, const ParserMessa
     accepted = readInstances(*instances, messages) && accepted;
   }
   if (const ParamObj* visibleOnly = subcommand->getParamObj(kVisibleOnly)) {
-    data_.visibleOnly = visibleOnly->isStringValueCase("YES");
+    data_.visibleOnly = visibleOnly->isStringValueCase(kYes);
   }
   return accepted;
 }

@@ -151,8 +151,11 @@ bool ModifyIndexing::readStart(const ParamObj* typeGiven, const ParamObj& start,
   if (type.style == Style::kNumber) {
     return start.getIntegerValue(data_.indexStart, kIndexing, messages);
   }
-  const std::string text = readText(start);
-  const bool matches = !text.empty() && text.find_first_not_of(type.alphabet) == std::string::npos;
+  std::string text;
+  bool quoted = false;
+  // An empty text in quotes was given, and stands for 0.
+  const bool isText = start.getStringOrLiteral(text, quoted);
+  const bool matches = isText && text.find_first_not_of(type.alphabet) == std::string::npos;
   std::optional<int> number;
   if (matches && type.style == Style::kLetters) number = letterNumber(text, type.alphabet.front());
   if (matches && type.style == Style::kRoman) {
@@ -167,7 +170,7 @@ bool ModifyIndexing::readStart(const ParamObj* typeGiven, const ParamObj& start,
     // Letters that count beyond any index do not match their type either.
     const std::string given = typeGiven == nullptr ? std::string() : typeGiven->getStringToken();
     messages.GenericError("Index start value (^1) does not match the index type (^2)",
-                          text.empty() ? start.writtenText() : MessageArgument(text), given);
+                          isText ? MessageArgument(text) : start.writtenText(), given);
     return false;
   }
   data_.indexStart = *number;

@@ -6,9 +6,8 @@
 //  - a single letter stands four times at most; behind CM an M, and behind CD a C, once at most;
 //  - behind XC, XL, IX and IV only letters and pairs stand whose first letter is worth less than
 //    the pair's smaller one, as is usual: XCV and XCIX are numerals, XCX, XLX, IXI and IVI are not.
-// An empty start value, INDEXSTART="", is refused with letters and roman numerals, as it is with
-// numbers: it says neither where to start nor, as leaving the keyword out does, that 1 will do.
-// L is worth 500 like D, deliberately: hosts have been sent these numbers ever since.
+// An empty start value, INDEXSTART="", is a text that was given: letters and numerals of none are
+// 0. L is worth 500 like D, deliberately: hosts have been sent these numbers ever since.
 #pragma once
 
 #include <string>

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "libvornwout/frame/constants.h"
 #include "libvornwout/modify/modify_values.h"
 #include "libvornwout/modify/xml/xml_element.h"
 #include "libvornwout/modify/xml/xml_utilities.h"
@@ -19,7 +20,8 @@ constexpr const char* kSize = "SIZE";
 constexpr const char* kPercent = "PERCENT";
 constexpr const char* kProportional = "PROPORTIONAL";
 
-/// Stands for percent among the factors to points, and turns percent into a fraction.
+/// Stands for percent among the factors to points, and is taken off again, so that percent stay as
+/// given.
 constexpr double kPercentFactor = 100;
 constexpr double kMaxPercent = 400;
 constexpr double kMaxPoints = 2000;
@@ -36,8 +38,8 @@ struct Visibility {
 
 constexpr std::array kVisibilities = {
     Visibility{Visible::kAsIs, "ASIS", "asis"},
-    Visibility{Visible::kYes, "YES", "yes"},
-    Visibility{Visible::kNo, "NO", "no"},
+    Visibility{Visible::kYes, vornwout::kYes, "yes"},
+    Visibility{Visible::kNo, vornwout::kNo, "no"},
 };
 
 /// One member of a size into `member`; false after reporting.
@@ -85,8 +87,9 @@ bool ModifyProperties::Data::getSize(const TokenInfoObj& widthToken,
 
 ModifyProperties::ModifyProperties(GroupComDescriptor& group) {
   SubComDescriptor subcommand(kObjectProperties, UPSpecTypes::kKeywords, false, false);
-  subcommand.addParamDesc(
-      modifierKeyword(kVisible, UPSpecTypes::kDeclaredValue, {"ASIS", "YES", "NO"}));
+  ParamDescriptor visible = modifierKeyword(kVisible, UPSpecTypes::kDeclaredValue);
+  for (const Visibility& known : kVisibilities) visible.addStringValue(known.keyword);
+  subcommand.addParamDesc(std::move(visible));
   subcommand.addParamDesc(modifierKeyword(kOutlineLabel, UPSpecTypes::kString));
   ParamDescriptor size = modifierKeyword(kSize, UPSpecTypes::kMeasure);
   size.addQualifDesc(modifierKeyword(kPercent, UPSpecTypes::kRawTokens));

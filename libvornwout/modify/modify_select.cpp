@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <map>
 #include <utility>
 
 #include "libvornwout/modify/modify_delete.h"
@@ -30,30 +31,31 @@ std::unique_ptr<Modifier> make(GroupComDescriptor& group) {
 
 struct ModifierKind {
   std::unique_ptr<Modifier> (*make)(GroupComDescriptor&);
-  /// When it acts on a group, and with it the place of its element in the event.
-  std::size_t turn;
+  /// When it acts on a group, and with it the place of its element in the event: before those of
+  /// higher turns. There is room between them.
+  int turn;
 };
 
 /// The modifiers in the order in which their subcommands are declared. Both orders are part of the
 /// interface: that of the declarations is the one of the help, that of the turns is the one a host
 /// reads.
 constexpr std::array kModifiers = {
-    ModifierKind{make<ModifyIf>, 0},     ModifierKind{make<ModifyIndexing>, 1},
-    ModifierKind{make<ModifyDelete>, 2}, ModifierKind{make<ModifyGraphs>, 3},
-    ModifierKind{make<ModifyText>, 7},   ModifierKind{make<ModifyProperties>, 4},
-    ModifierKind{make<ModifyTable>, 5},  ModifierKind{make<ModifyTableCells>, 6},
+    ModifierKind{make<ModifyIf>, 10},     ModifierKind{make<ModifyIndexing>, 20},
+    ModifierKind{make<ModifyDelete>, 30}, ModifierKind{make<ModifyGraphs>, 40},
+    ModifierKind{make<ModifyText>, 80},   ModifierKind{make<ModifyProperties>, 50},
+    ModifierKind{make<ModifyTable>, 60},  ModifierKind{make<ModifyTableCells>, 70},
 };
 
-/// True when every turn from 0 on is taken once; two modifiers of one turn would be one modifier.
-constexpr bool turnsAreComplete() {
-  std::array<bool, kModifiers.size()> taken{};
-  for (const ModifierKind& kind : kModifiers) {
-    if (kind.turn >= taken.size() || taken[kind.turn]) return false;
-    taken[kind.turn] = true;
+/// Two modifiers of one turn would have no order.
+constexpr bool turnsDiffer() {
+  for (std::size_t i = 0; i < kModifiers.size(); ++i) {
+    for (std::size_t j = 0; j < i; ++j) {
+      if (kModifiers[i].turn == kModifiers[j].turn) return false;
+    }
   }
   return true;
 }
-static_assert(turnsAreComplete());
+static_assert(turnsDiffer());
 
 SubComDescriptor selectDescriptor() {
   SubComDescriptor select(kSelect, UPSpecTypes::kKeywordList, true, false);
@@ -113,8 +115,9 @@ void reserveForGroups(std::string& document, std::size_t start, std::size_t done
 ModifySelect::ModifySelect(CommandDescriptor& command) {
   GroupComDescriptor group(0, true, "Select command ^1...");
   group.addSubComDesc(selectDescriptor(), true);
-  modifiers_.resize(kModifiers.size());
-  for (const ModifierKind& kind : kModifiers) modifiers_[kind.turn] = kind.make(group);
+  std::map<int, std::unique_ptr<Modifier>> byTurn;
+  for (const ModifierKind& kind : kModifiers) byTurn[kind.turn] = kind.make(group);
+  for (auto& [turn, modifier] : byTurn) modifiers_.push_back(std::move(modifier));
   command.addGroupDesc(std::move(group));
 }
 

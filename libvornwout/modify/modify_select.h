@@ -4,9 +4,9 @@
 // The constructor declares the grammar of a group; populateSpecification walks the groups that were
 // parsed and writes one modify event for each.
 //
-// A new modifier is a class of its own, a line in the list of modify_select.cpp, whose place is
-// that of its declaration, and a turn there, for which later ones move up. Its element takes the
-// same place in docs/modify-document.md and its schema, and a host must know it.
+// A new modifier is a class of its own and a line in the list of modify_select.cpp: the line's
+// place is that of its declaration, its turn that of its element. The element takes the same place
+// in docs/modify-document.md and its schema, and a host must know it.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,6 @@
 #include "libvornwout/modify/modify_table.h"
 
+#include "libvornwout/frame/constants.h"
 #include "libvornwout/modify/modify_values.h"
 #include "libvornwout/modify/xml/xml_modify_table.h"
 #include "libvornwout/modify/xml/xml_utilities.h"
@@ -22,7 +23,6 @@ constexpr const char* kSortDirection = "SORTDIRECTION";
 constexpr const char* kAscending = "ASCENDING";
 constexpr const char* kDescending = "DESCENDING";
 constexpr const char* kNone = "NONE";
-constexpr const char* kYes = "YES";
 
 ParamDescriptor sortDescriptor() {
   ParamDescriptor sort = modifierKeyword(kSort, UPSpecTypes::kQualifiers);
@@ -67,7 +67,7 @@ ModifyTable::ModifyTable(GroupComDescriptor& group) : sortDescriptor_(sortDescri
   SubComDescriptor subcommand(kTable, UPSpecTypes::kKeywords, false, false);
   subcommand.addParamDesc(modifierKeyword(kTableTitle, UPSpecTypes::kString));
   subcommand.addParamDesc(modifierKeyword(kTableSummary, UPSpecTypes::kString));
-  subcommand.addParamDesc(modifierKeyword(kTranspose, UPSpecTypes::kDeclaredValue, {kYes, "NO"}));
+  subcommand.addParamDesc(modifierKeyword(kTranspose, UPSpecTypes::kDeclaredValue, {kYes, kNo}));
   subcommand.addParamDesc(modifierKeyword(kFormat, UPSpecTypes::kString));
   subcommand.addParamDesc(modifierKeyword(kTableLook, UPSpecTypes::kRawTokens, {kNone}));
   subcommand.addParamDesc(modifierKeyword(kSelectedLayer, UPSpecTypes::kRawTokens));

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "libvornwout/frame/constants.h"
 #include "libvornwout/modify/xml/xml_element.h"
 #include "libvornwout/modify/xml/xml_utilities.h"
 #include "platform/text/multibyte.h"
@@ -17,6 +18,9 @@ constexpr const char* kTableCells = "TABLECELLS";
 constexpr const char* kSelect = "SELECT";
 constexpr const char* kPosition = "POSITION";
 constexpr const char* kSelectDimension = "SELECTDIMENSION";
+constexpr const char* kColumns = "COLUMNS";
+constexpr const char* kRows = "ROWS";
+constexpr const char* kBoth = "BOTH";
 constexpr const char* kSelectCondition = "SELECTCONDITION";
 constexpr const char* kAll = "ALL";
 constexpr const char* kSysmis = "SYSMIS";
@@ -31,8 +35,6 @@ constexpr const char* kFontSize = "FONTSIZE";
 constexpr const char* kTextColor = "TEXTCOLOR";
 constexpr const char* kBackgroundColor = "BACKGROUNDCOLOR";
 constexpr const char* kReplace = "REPLACE";
-constexpr const char* kYes = "YES";
-constexpr const char* kNo = "NO";
 
 /// A kind of cell.
 struct CellKind {
@@ -203,10 +205,10 @@ bool CellReader::readPositions(const std::vector<TokenInfoObj>& tokens, std::siz
 void CellReader::readDimension() {
   const ParamObj* dimension = subcommand_.getParamObj(kSelectDimension);
   if (dimension == nullptr) return;
-  if (dimension->isStringValueCase("COLUMNS")) {
+  if (dimension->isStringValueCase(kColumns)) {
     cell_.selectColumns = true;
     cell_.selectBoth = false;
-  } else if (dimension->isStringValueCase("ROWS")) {
+  } else if (dimension->isStringValueCase(kRows)) {
     cell_.selectColumns = false;
     cell_.selectBoth = false;
   } else {
@@ -273,7 +275,7 @@ bool CellReader::readColumnWidth() {
   double number = 0;
   const bool isNumber = hasUnit ? unit.getNumberValue(number) : false;
   const double points = number * pointsOfUnit(unit.getParamName()).value_or(0);
-  if (isNumber && points >= 1 && points < std::numeric_limits<std::int32_t>::max()) {
+  if (isNumber && points >= 1 && points < std::numeric_limits<std::int32_t>::max() + 1.0) {
     cell_.columnWidth = static_cast<std::int32_t>(points);
     return true;
   }
@@ -419,7 +421,7 @@ ModifyTableCells::ModifyTableCells(GroupComDescriptor& group) {
   SubComDescriptor subcommand(kTableCells, UPSpecTypes::kKeywords, false, true);
   subcommand.addParamDesc(selectDescriptor());
   subcommand.addParamDesc(
-      modifierKeyword(kSelectDimension, UPSpecTypes::kDeclaredValue, {"COLUMNS", "ROWS", "BOTH"}));
+      modifierKeyword(kSelectDimension, UPSpecTypes::kDeclaredValue, {kColumns, kRows, kBoth}));
   subcommand.addParamDesc(conditionDescriptor());
   ParamDescriptor width = modifierKeyword(kColumnWidth, UPSpecTypes::kMeasure);
   for (const LengthUnit& unit : kLengthUnits) {

@@ -69,10 +69,9 @@ std::string fetchFrom(const std::string& path, std::string_view startTag) {
 }
 
 ParamDescriptor colorKeyword(const char* name) {
-  return modifierKeyword(
-      name, UPSpecTypes::kRawTokens,
-      {"BLACK", "BLUE", "CYAN", "DARKGRAY", "DARKGREY", "GRAY", "GREY", "GREEN", "LIGHTGRAY",
-       "LIGHTGREY", "MAGENTA", "ORANGE", "PINK", "RED", "WHITE", "YELLOW", "RGB"});
+  ParamDescriptor color = modifierKeyword(name, UPSpecTypes::kRawTokens);
+  for (const char* keyword : XMLUtilities::colorKeywords()) color.addStringValue(keyword);
+  return color;
 }
 
 bool readColor(const SubComObj& subcommand, const char* keyword, const char* reportedName,

@@ -34,6 +34,13 @@ void expectElements(std::initializer_list<IndexCase> cases) {
   }
 }
 
+TEST(ModifyIndexing, AnEmptyTextStandsForZero) {
+  EXPECT_EQ(elementOf("/INDEXING INDEXTYPE=LETTERLOW INDEXSTART=''"),
+            "<indexObject type=\"letter\" indexStart=\"0\"/>");
+  EXPECT_EQ(elementOf("/INDEXING INDEXTYPE=ROMANCAP INDEXSTART=''"),
+            "<indexObject type=\"romanCap\" indexStart=\"0\"/>");
+}
+
 TEST(ModifyIndexing, DeclaresItsSubcommand) {
   EXPECT_THAT(modifyGrammarOf("INDEXING"),
               ElementsAre("INDEXING 1 ff",
@@ -112,10 +119,8 @@ TEST(ModifyIndexing, RefusesAStartOfAnotherStyle) {
       {"ROMANLOW", "=all", "all"},
       // Not one text: told as it is written.
       {"LETTERLOW", "", ""},
-      {"LETTERLOW", "=''", "''"},
       {"LETTERCAP", "=A B", "A B"},
       {"LETTERCAP", "=(A)", "(A)"},
-      {"ROMANLOW", "=''", "''"},
       // Beyond any index.
       {"LETTERLOW", "=fxshrxx", "fxshrxx"},
       {"LETTERCAP", "=ZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZ", "ZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZ"},

@@ -248,7 +248,7 @@ TEST(ModifyTableCells, WritesTheColumnWidthInWholePoints) {
       {"COLUMNWIDTH=POINTS(99.999)", " columnWidth=\"99\""},
       // The bound is one of points: less than one centimetre is no less than one point.
       {"COLUMNWIDTH=0.04 CENTIMETERS", " columnWidth=\"1\""},
-      {"COLUMNWIDTH=2147483646 POINTS", " columnWidth=\"2147483646\""},
+      {"COLUMNWIDTH=2147483647.9 POINTS", " columnWidth=\"2147483647\""},
   });
 }
 

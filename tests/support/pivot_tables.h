@@ -23,24 +23,30 @@ inline CellText numberCell(double number) {
   return cell;
 }
 
+inline PivotCategory& addCategory(PivotDimension& dimension, const std::string& label, int parent) {
+  PivotCategory& category = dimension.categories.emplace_back();
+  category.label = textCell(label);
+  category.parent = parent;
+  return category;
+}
+
+/// Returns the group's index.
+inline int addGroup(PivotDimension& dimension, const std::string& label, int parent = -1) {
+  addCategory(dimension, label, parent).isGroup = true;
+  return static_cast<int>(dimension.categories.size()) - 1;
+}
+
+inline void addLeaf(PivotDimension& dimension, const std::string& label, int parent = -1) {
+  addCategory(dimension, label, parent).leaf = dimension.leafCount++;
+}
+
 inline PivotDimension makeDimension(const std::string& label, PivotPlace place, int index,
                                     const std::vector<std::string>& categories) {
   PivotDimension dimension;
   dimension.label = textCell(label);
   dimension.position = PivotPosition{static_cast<int>(place), index, false, false};
-  for (const std::string& category : categories) {
-    dimension.categories.push_back({textCell(category), -1, false, dimension.leafCount++});
-  }
+  for (const std::string& category : categories) addLeaf(dimension, category);
   return dimension;
-}
-
-inline int addGroup(PivotDimension& dimension, const std::string& label, int parent = -1) {
-  dimension.categories.push_back({textCell(label), parent, true, -1});
-  return static_cast<int>(dimension.categories.size()) - 1;
-}
-
-inline void addLeaf(PivotDimension& dimension, const std::string& label, int parent = -1) {
-  dimension.categories.push_back({textCell(label), parent, false, dimension.leafCount++});
 }
 
 inline PivotCell& addCell(PivotTable& table, std::vector<int> at, CellText value) {

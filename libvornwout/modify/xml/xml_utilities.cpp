@@ -17,19 +17,30 @@ namespace {
 
 struct NamedColor {
   const char* keyword;
-  int red;
-  int green;
-  int blue;
+  int red = -1;  ///< -1 for a name that is declared and deliberately not known
+  int green = -1;
+  int blue = -1;
 };
 
+/// In the order of their declaration. RGB is the word before three components.
 constexpr std::array kColors = {
-    NamedColor{"BLACK", 0, 0, 0},           NamedColor{"BLUE", 0, 0, 255},
-    NamedColor{"CYAN", 0, 255, 255},        NamedColor{"DARKGRAY", 64, 64, 64},
-    NamedColor{"GRAY", 128, 128, 128},      NamedColor{"GREEN", 0, 255, 0},
-    NamedColor{"LIGHTGRAY", 192, 192, 192}, NamedColor{"MAGENTA", 255, 0, 255},
-    NamedColor{"ORANGE", 255, 200, 0},      NamedColor{"PINK", 255, 175, 175},
-    NamedColor{"RED", 255, 0, 0},           NamedColor{"WHITE", 255, 255, 255},
+    NamedColor{"BLACK", 0, 0, 0},
+    NamedColor{"BLUE", 0, 0, 255},
+    NamedColor{"CYAN", 0, 255, 255},
+    NamedColor{"DARKGRAY", 64, 64, 64},
+    NamedColor{"DARKGREY"},
+    NamedColor{"GRAY", 128, 128, 128},
+    NamedColor{"GREY"},
+    NamedColor{"GREEN", 0, 255, 0},
+    NamedColor{"LIGHTGRAY", 192, 192, 192},
+    NamedColor{"LIGHTGREY"},
+    NamedColor{"MAGENTA", 255, 0, 255},
+    NamedColor{"ORANGE", 255, 200, 0},
+    NamedColor{"PINK", 255, 175, 175},
+    NamedColor{"RED", 255, 0, 0},
+    NamedColor{"WHITE", 255, 255, 255},
     NamedColor{"YELLOW", 255, 255, 0},
+    NamedColor{"RGB"},
 };
 
 bool isComponent(int value) { return value >= 0 && value <= 255; }
@@ -82,9 +93,15 @@ bool mayHoldDateTime(const std::string& text) { return text.find(')') != std::st
 
 }  // namespace
 
+std::vector<const char*> XMLUtilities::colorKeywords() {
+  std::vector<const char*> keywords;
+  for (const NamedColor& color : kColors) keywords.push_back(color.keyword);
+  return keywords;
+}
+
 bool XMLUtilities::getRGB(const ParamObj& param, int& red, int& green, int& blue) {
   for (const NamedColor& color : kColors) {
-    if (!param.isStringValueCase(color.keyword)) continue;
+    if (color.red < 0 || !param.isStringValueCase(color.keyword)) continue;
     red = color.red;
     green = color.green;
     blue = color.blue;

@@ -6,6 +6,7 @@
 
 #include <ctime>
 #include <string>
+#include <vector>
 
 #include "platform/parser/command_spec.h"
 
@@ -13,6 +14,10 @@ namespace vornwout {
 
 class XMLUtilities {
  public:
+  /// What a colour's keyword is declared with: seventeen values, of which getRGB() knows thirteen
+  /// by name and RGB by its components.
+  static std::vector<const char*> colorKeywords();
+
   /// Reads a colour: one of thirteen keywords, or RGB(red green blue) with components of 0 to 255.
   /// False when it is neither; the out-values then hold what was read of an RGB form.
   static bool getRGB(const ParamObj& param, int& red, int& green, int& blue);
