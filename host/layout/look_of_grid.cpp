@@ -104,6 +104,12 @@ void applyTableLook(TableGrid& grid) {
   grid.emptyCornerLook = areas[static_cast<std::size_t>(CellRole::kCorner)].merged({});
   grid.emptyDataLook = areas[static_cast<std::size_t>(CellRole::kData)].merged({});
   grid.emptyBandLook = hasBands ? bandedData.merged({}) : grid.emptyDataLook;
+  if (look.dataColumns.min > 0 && !grid.minDataColumnWidth) {
+    grid.minDataColumnWidth = look.dataColumns.min;
+  }
+  if (look.dataColumns.max > 0 && !grid.maxDataColumnWidth) {
+    grid.maxDataColumnWidth = look.dataColumns.max;
+  }
   const auto merge = [&](SharedLook& own, LookArea area) {
     own = SharedLook(mergedLook(textOf(look, area), own.get()));
   };

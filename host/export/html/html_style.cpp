@@ -54,6 +54,8 @@ tbody .group{font-weight:650}
 tbody tr:hover td,tbody tr:hover th[scope=row]{background:var(--soft)}
 .n{text-align:right;white-space:nowrap}
 .c{text-align:center}
+.looked,.looked tr{border:0}
+.looked thead th,.looked thead td{background:none}
 sup{font-size:.75em;line-height:0;margin-left:.15em;font-weight:400}
 sup a{text-decoration:none;padding:.2em}
 .caption{color:var(--quiet);font-size:.9rem;margin:0 0 .4rem;max-width:44rem}

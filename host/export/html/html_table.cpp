@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include "host/export/html/html_area.h"
 #include "host/export/html/html_look.h"
 #include "platform/adapter/progress_listener.h"
 
@@ -47,7 +48,7 @@ class GridWriter {
   void writeCell(const GridCell& cell, int column, int columnSpan);
   void writeHeaderAttributes(const GridCell& cell, int column, int columnSpan);
   void writeScope(const GridCell& cell, int columnSpan);
-  void writeStyle(const GridCell& cell);
+  void writeStyle(const GridCell& cell, int column, int columnSpan);
   std::string headersOf(int row, int column) const;
 
   HtmlWriter& html_;
@@ -135,7 +136,8 @@ void GridWriter::writeGap(int row, int from, int to) {
     html_.start("td");
     if (end - column > 1) html_.attribute("colspan", end - column);
     const SharedLook& look = grid_.emptyLookAt(row, column);
-    if (!look.empty()) html_.optionalAttribute("style", lookCss(look.get()).style);
+    html_.optionalAttribute("style", (look.empty() ? "" : lookCss(look.get()).style) +
+                                         areaCss(grid_, row, column, 1, end - column));
     html_.end("td");
     column = end;
   }
@@ -176,7 +178,7 @@ std::string GridWriter::headersOf(int row, int column) const {
   return ids;
 }
 
-void GridWriter::writeStyle(const GridCell& cell) {
+void GridWriter::writeStyle(const GridCell& cell, int column, int columnSpan) {
   std::string cssClass;
   const auto addClass = [&](const char* name) {
     if (!cssClass.empty()) cssClass += ' ';
@@ -193,7 +195,8 @@ void GridWriter::writeStyle(const GridCell& cell) {
   // A colour was chosen for a light page; on a dark one its cell stays light.
   if (look.needsLight) addClass("ink");
   html_.optionalAttribute("class", cssClass);
-  html_.optionalAttribute("style", look.style);
+  html_.optionalAttribute("style",
+                          look.style + areaCss(grid_, cell.row, column, cell.rowSpan, columnSpan));
 }
 
 void GridWriter::writeCell(const GridCell& cell, int column, int columnSpan) {
@@ -202,7 +205,7 @@ void GridWriter::writeCell(const GridCell& cell, int column, int columnSpan) {
   html_.start(name);
   if (columnSpan > 1) html_.attribute("colspan", columnSpan);
   if (rowSpan > 1) html_.attribute("rowspan", rowSpan);
-  writeStyle(cell);
+  writeStyle(cell, column, columnSpan);
   if (isHeader(cell)) {
     writeHeaderAttributes(cell, column, columnSpan);
   } else if (isNested_) {
@@ -330,6 +333,7 @@ void writeHtmlTable(HtmlWriter& html, const TableGrid& grid, const HtmlTableOpti
     html.newLine();
   }
   html.start("table");
+  if (!grid.tableLook.empty()) html.attribute("class", "looked");
   if (!grid.summary.empty()) html.attribute("aria-describedby", options.idPrefix + "s");
   html.newLine();
   writeTitle(html, grid, options);
