@@ -12,6 +12,9 @@
 #ifdef VORN_LEAK_CHECK
 #include <sanitizer/lsan_interface.h>
 
+// Fontconfig drops some of what it reads of the system's configuration, once in a process.
+extern "C" const char* __lsan_default_suppressions() { return "leak:libfontconfig\n"; }
+
 namespace {
 
 class LeakListener : public testing::EmptyTestEventListener {
