@@ -167,28 +167,43 @@ bool CellChanger::run(const CellSelection& selection) {
   for (const CellSelection::Label& column : selection.columns) {
     isOther = setWidth(category(column)) || isOther;
   }
-  if (selection.title) isOther = applyTo(table_.title, table_.titleLook) || isOther;
+  if (selection.title) {
+    isOther = applyTo(table_.title, table_.titleLook) || isOther;
+    // Who says what a title is wants to see it.
+    const bool isReplaced = replacement_ || number_;
+    if (isReplaced) isOther = std::exchange(table_.titleHidden, false) || isOther;
+  }
   if (selection.caption) isOther = applyTo(table_.caption, table_.captionLook) || isOther;
   if (selection.footnotes) isOther = applyToFootnotes() || isOther;
   return isOther;
 }
 
+std::optional<DisplayFormat> usableFormat(const CellsChange& change, ChangeNotes& notes) {
+  if (change.format.empty()) return std::nullopt;
+  const std::optional<DisplayFormat> format = parseDisplayFormat(change.format);
+  if (!format) notes.invalidFormat(change.format);
+  return format;
+}
+
+std::string usableFont(const CellsChange& change, ChangeNotes& notes, const FontCheck& isFont) {
+  if (change.font.empty() || !isFont || isFont(change.font)) return change.font;
+  notes.invalidFont(change.font);
+  return {};
+}
+
 }  // namespace
+
+void checkCellsChange(const CellsChange& change, ChangeNotes& notes, const FontCheck& isFont) {
+  checkCellSelection(change);
+  static_cast<void>(usableFormat(change, notes));
+  static_cast<void>(usableFont(change, notes, isFont));
+}
 
 bool changeCells(PivotTable& table, const CellsChange& change, ChangeNotes& notes,
                  const FontCheck& isFont) {
   const CellSelection selection = selectCells(table, change);
-  std::optional<DisplayFormat> format;
-  if (!change.format.empty()) {
-    format = parseDisplayFormat(change.format);
-    if (!format) notes.invalidFormat(change.format);
-  }
-  std::string font = change.font;
-  if (!font.empty() && isFont && !isFont(font)) {
-    notes.invalidFont(font);
-    font.clear();
-  }
-  return CellChanger(table, change, format, std::move(font)).run(selection);
+  const std::optional<DisplayFormat> format = usableFormat(change, notes);
+  return CellChanger(table, change, format, usableFont(change, notes, isFont)).run(selection);
 }
 
 }  // namespace vornwout

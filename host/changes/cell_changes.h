@@ -17,6 +17,10 @@ namespace vornwout {
 /// that shows nothing says less that is wrong than one that shows -1.
 inline constexpr double kEmptyReplacement = -1;
 
+/// Says what is wrong with a change whatever the table: notes formats and fonts that cannot be
+/// used, throws ChangeError as checkCellSelection() does.
+void checkCellsChange(const CellsChange& change, ChangeNotes& notes, const FontCheck& isFont = {});
+
 /// Returns whether anything changed. A format or font that cannot be used is noted, the rest is
 /// done. A number that is replaced by a number keeps its format; what is replaced by a text becomes
 /// plain text. Throws ChangeError as selectCells() does, and then nothing has changed.

@@ -21,6 +21,8 @@ using Operation = CellExpression::Operation;
 using Step = CellExpression::Step;
 
 /// Values that are judged at once: their blocks stay in the nearest cache.
+constexpr int kShownColumns = 24;  ///< of a condition in a message
+
 constexpr std::size_t kBlock = 256;
 
 // What the operations do. Vector code comes from there being no branches.
@@ -255,10 +257,10 @@ void Compiler::readOperand() {
     wait({Operation::kValue, true}, place);
   } else if (take("abs")) {
     skipBlanks();
-    if (!take("(")) fail("is not understood from", place);
+    if (!take("(")) fail("is not understood", place);
     wait({Operation::kAbsolute, true}, place);
   } else if (!take("+")) {
-    fail("is not understood from", place);
+    fail("is not understood", place);
   }
 }
 
@@ -271,13 +273,13 @@ void Compiler::readOperator() {
   }
   const auto* const symbol = std::find_if(kBinarySymbols.begin(), kBinarySymbols.end(),
                                           [&](const Symbol& known) { return take(known.text); });
-  if (symbol == kBinarySymbols.end()) fail("is not understood from", place);
+  if (symbol == kBinarySymbols.end()) fail("is not understood", place);
   const int rank = rankOf(symbol->operation);
   const bool joinsFromRight = symbol->operation == Operation::kPower;
   while (!waiting_.empty() && !waiting_.back().isParenthesis) {
     const int waitingRank = rankOf(waiting_.back().operation);
     if (waitingRank < rank || (waitingRank == rank && joinsFromRight)) break;
-    if (waitingRank == rank && rank == kComparisonRank) fail("compares a comparison at", place);
+    if (waitingRank == rank && rank == kComparisonRank) fail("compares a comparison", place);
     emitWaiting();
   }
   wait({symbol->operation}, place);
@@ -305,15 +307,15 @@ void Compiler::readNumber() {
   }
   double number = 0;
   const auto [last, error] = std::from_chars(text_.data() + place, text_.data() + end, number);
-  if (error == std::errc::result_out_of_range) fail("has a number out of range at", place);
-  if (error != std::errc() || last != text_.data() + end) fail("is not understood from", place);
+  if (error == std::errc::result_out_of_range) fail("has a number out of range", place);
+  if (error != std::errc() || last != text_.data() + end) fail("is not understood", place);
   at_ = end;
   emitOperand({Operation::kConstant, number}, place);
 }
 
 void Compiler::closeParenthesis() {
   while (!waiting_.empty() && !waiting_.back().isParenthesis) emitWaiting();
-  if (waiting_.empty()) fail("is not understood from", at_);
+  if (waiting_.empty()) fail("is not understood", at_);
   const bool isAbsolute = waiting_.back().operation == Operation::kAbsolute;
   waiting_.pop_back();
   if (isAbsolute) emit(Operation::kAbsolute);
@@ -336,12 +338,12 @@ bool Compiler::take(std::string_view symbol) {
 
 void Compiler::wait(Waiting waiting, std::size_t place) {
   countPart(place);
-  if (waiting_.size() == CellExpression::kMaxDepth) fail("is nested too deeply at", place);
+  if (waiting_.size() == CellExpression::kMaxDepth) fail("is nested too deeply", place);
   waiting_.push_back(waiting);
 }
 
 void Compiler::countPart(std::size_t place) {
-  if (++parts_ > CellExpression::kMaxParts) fail("is too long from", place);
+  if (++parts_ > CellExpression::kMaxParts) fail("is too long", place);
 }
 
 void Compiler::emitWaiting() {
@@ -394,12 +396,13 @@ void Compiler::fail(const char* what, std::size_t place) const {
   const auto characters = std::count_if(before.begin(), before.end(), [](char c) {
     return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
   });
-  throw ChangeError(fmt::format("the condition \"{}\" {} character {}", shortenedText(text_), what,
-                                characters + 1));
+  throw ChangeError(fmt::format("at character {} the condition {}: \"{}\"", characters + 1, what,
+                                textHead(text_.substr(place), kShownColumns)));
 }
 
 void Compiler::failAtEnd() const {
-  throw ChangeError(fmt::format("the condition \"{}\" ends too early", shortenedText(text_)));
+  throw ChangeError(fmt::format("at its end the condition is incomplete: \"{}\"",
+                                textHead(text_, kShownColumns)));
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -220,6 +221,32 @@ struct Side {
   int innermost = -1;        ///< index of the dimension next to the data, -1 without any
 };
 
+/// What APPLYTO leads to.
+struct ApplyTarget {
+  std::string_view name;
+  int side;  ///< -1 for neither
+  bool data;
+  bool labels;
+};
+
+ApplyTarget targetOf(const CellsChange& change) {
+  constexpr std::array<ApplyTarget, 8> kTargets = {{{"", -1, false, false},
+                                                    {"CELL", -1, false, false},
+                                                    {"COLUMN", 0, true, true},
+                                                    {"ROW", 1, true, true},
+                                                    {"COLUMNDATA", 0, true, false},
+                                                    {"ROWDATA", 1, true, false},
+                                                    {"COLUMNHEADER", 0, false, true},
+                                                    {"ROWHEADER", 1, false, true}}};
+  const auto* const target =
+      std::find_if(kTargets.begin(), kTargets.end(),
+                   [&](const ApplyTarget& known) { return known.name == change.applyTo; });
+  if (target == kTargets.end()) {
+    throw ChangeError(fmt::format("cells have no \"{}\" to apply a change to", change.applyTo));
+  }
+  return *target;
+}
+
 class Selector {
  public:
   Selector(const PivotTable& table, const CellsChange& change)
@@ -235,11 +262,15 @@ class Selector {
     std::vector<std::size_t> leafNodes;   ///< category of each leaf
     std::vector<std::uint8_t> hit;        ///< by category: a selected cell stands below it
     std::vector<std::uint8_t> headed;     ///< by category: it is the header of such a cell
-    std::vector<std::uint8_t> selected;   ///< by category
-    bool matters = false;                 ///< some category is known to be something
+    /// By category: a cell that HEADERS needs for a condition stands below it. Empty without one.
+    std::vector<std::uint8_t> met;
+    std::vector<std::uint8_t> selected;  ///< by category
+    bool matters = false;                ///< some category is known to be something
   };
 
   void readApplyTo();
+  std::unordered_set<std::string> wholeLabels() const;
+  bool namesCells() const;
   void readDimension(std::size_t index);
   bool isNamed(PivotPlace place) const;
   bool hasKind(StatisticKind kind) const;
@@ -248,7 +279,9 @@ class Selector {
   void findReasons();
   void addPositions(Side& side);
   void headPosition(const TableAxis& axis, std::uint64_t key);
+  void meetConditions();
   void meetCells();
+  void meetHeaders();
   void selectLabels();
   void extend(const Side& side);
   void markColumns();
@@ -261,38 +294,21 @@ class Selector {
   Conditions conditions_;
   std::array<Side, 2> sides_ = {Side{PivotPlace::kColumns}, Side{PivotPlace::kRows}};
   bool appliesToSelf_ = false;
-  std::unordered_set<std::string_view> labels_;
+  std::unordered_set<std::string> labels_;
   std::vector<Dimension> dimensions_;
   std::vector<std::uint8_t> reasons_;  ///< by cell: why it is selected, 0 for not
+  /// By cell: 0 unless HEADERS with a condition takes the labels of this one.
+  std::vector<std::uint8_t> headedCells_;
   std::optional<Axes> axes_;
   CellSelection selection_;
 };
 
 void Selector::readApplyTo() {
-  struct Target {
-    std::string_view name;
-    int side;  ///< -1 for neither
-    bool data;
-    bool labels;
-  };
-  constexpr std::array<Target, 8> kTargets = {{{"", -1, false, false},
-                                               {"CELL", -1, false, false},
-                                               {"COLUMN", 0, true, true},
-                                               {"ROW", 1, true, true},
-                                               {"COLUMNDATA", 0, true, false},
-                                               {"ROWDATA", 1, true, false},
-                                               {"COLUMNHEADER", 0, false, true},
-                                               {"ROWHEADER", 1, false, true}}};
-  const auto* const target =
-      std::find_if(kTargets.begin(), kTargets.end(),
-                   [&](const Target& known) { return known.name == change_.applyTo; });
-  if (target == kTargets.end()) {
-    throw ChangeError(fmt::format("cells have no \"{}\" to apply a change to", change_.applyTo));
-  }
-  appliesToSelf_ = target->side < 0;
+  const ApplyTarget target = targetOf(change_);
+  appliesToSelf_ = target.side < 0;
   if (!appliesToSelf_) {
-    sides_[at(target->side)].wantsData = target->data;
-    sides_[at(target->side)].wantsLabels = target->labels;
+    sides_[at(target.side)].wantsData = target.data;
+    sides_[at(target.side)].wantsLabels = target.labels;
   }
 }
 
@@ -326,6 +342,39 @@ bool Selector::hasKind(StatisticKind kind) const {
     default:
       return false;
   }
+}
+
+/// The labels that are meant. One that holds the sign that parts them comes in parts, which belong
+/// together where the table has such a label: the longest one that goes on from each place.
+std::unordered_set<std::string> Selector::wholeLabels() const {
+  if (change_.labels.size() < 2) return {change_.labels.begin(), change_.labels.end()};
+  std::unordered_map<std::string, std::vector<std::string>> known;  // by the first part
+  for (const PivotDimension& dimension : table_.dimensions) {
+    if (dimension.place() == PivotPlace::kLayers || !isNamed(dimension.place())) continue;
+    for (const PivotCategory& category : dimension.categories) {
+      std::string label = renderText(category.label);
+      const std::size_t sign = label.find(';');
+      if (sign == std::string::npos) continue;
+      known[label.substr(0, sign)].push_back(std::move(label));
+    }
+  }
+  std::unordered_set<std::string> labels;
+  std::string joined;
+  for (const std::string& part : change_.labels) joined += part + ';';
+  for (std::string_view rest = joined; !rest.empty();) {
+    std::string_view label = rest.substr(0, rest.find(';'));
+    if (const auto found = known.find(std::string(label)); found != known.end()) {
+      for (const std::string& longer : found->second) {
+        if (longer.size() > label.size() && rest.starts_with(longer) &&
+            rest.substr(longer.size()).starts_with(';')) {
+          label = rest.substr(0, longer.size());
+        }
+      }
+    }
+    labels.emplace(label);
+    rest.remove_prefix(label.size() + 1);
+  }
+  return labels;
 }
 
 void Selector::readDimension(std::size_t index) {
@@ -495,6 +544,46 @@ void Selector::headPosition(const TableAxis& axis, std::uint64_t key) {
   }
 }
 
+/// Leaves the cells that meet a condition. HEADERS with one are those of the selected cells; where
+/// only texts are named, those of any cell.
+void Selector::meetConditions() {
+  leaveHiddenLayers();
+  const bool narrowsHeaders = change_.headers && !conditions_.areAllMet();
+  if (!narrowsHeaders || namesCells()) {
+    conditions_.narrow(table_, reasons_);
+    if (narrowsHeaders) headedCells_ = reasons_;
+    return;
+  }
+  std::fill(reasons_.begin(), reasons_.end(), kByItself);
+  leaveHiddenLayers();
+  conditions_.narrow(table_, reasons_);
+  headedCells_ = std::exchange(reasons_, std::vector<std::uint8_t>(reasons_.size()));
+}
+
+bool Selector::namesCells() const {
+  return change_.correlation || change_.count || change_.mean || change_.median ||
+         change_.percent || change_.residual || change_.significance || change_.body ||
+         !change_.labels.empty() || !change_.positions.empty();
+}
+
+/// Notes below and beside which labels there are cells for HEADERS.
+void Selector::meetHeaders() {
+  if (!change_.headers || conditions_.areAllMet()) return;
+  for (std::size_t d = 0; d < dimensions_.size(); ++d) {
+    Dimension& dimension = dimensions_[d];
+    const auto& categories = table_.dimensions[d].categories;
+    dimension.met.resize(categories.size());
+    for (std::size_t i = 0; i < headedCells_.size(); ++i) {
+      if (headedCells_[i] != 0) dimension.met[dimension.leafNodes[at(table_.cells[i].at[d])]] = 1;
+    }
+    for (std::size_t i = categories.size(); i-- > 0;) {
+      if (dimension.met[i] != 0 && categories[i].parent >= 0) {
+        dimension.met[at(categories[i].parent)] = 1;
+      }
+    }
+  }
+}
+
 /// Notes below and beside which labels the selected cells stand.
 void Selector::meetCells() {
   for (const Side& side : sides_) {
@@ -533,7 +622,8 @@ void Selector::selectLabels() {
       const bool isMet = conditions_.areAllMet() || dimension.hit[i] != 0;
       const bool isNamedLabel = takesLabels && dimension.selected[i] != 0 && isMet;
       const bool isHeader = takesLabels && dimension.headed[i] != 0;
-      const bool isAnyLabel = takesHeaders && (appliesToSelf_ || takesLabels);
+      const bool isAnyLabel = takesHeaders && (appliesToSelf_ || takesLabels) &&
+                              (dimension.met.empty() || dimension.met[i] != 0);
       dimension.selected[i] = isNamedLabel || isHeader || isAnyLabel ? 1 : 0;
     }
     for (std::size_t i = 0; i < categories.size(); ++i) {
@@ -545,8 +635,11 @@ void Selector::selectLabels() {
 /// Takes all cells of the columns or rows that a selected cell stands in.
 void Selector::extend(const Side& side) {
   if (change_.headers && side.isNamed) {
-    std::fill(reasons_.begin(), reasons_.end(), kByItself);
-    return;
+    if (conditions_.areAllMet()) {
+      std::fill(reasons_.begin(), reasons_.end(), kByItself);
+      return;
+    }
+    for (std::size_t i = 0; i < reasons_.size(); ++i) reasons_[i] |= headedCells_[i];
   }
   if (std::find_if(reasons_.begin(), reasons_.end(), [](std::uint8_t r) { return r != 0; }) ==
       reasons_.end()) {
@@ -604,7 +697,7 @@ void Selector::leaveHiddenLayers() {
 CellSelection Selector::run() {
   readApplyTo();
   checkCells();
-  labels_.insert(change_.labels.begin(), change_.labels.end());
+  labels_ = wholeLabels();
   dimensions_.resize(table_.dimensions.size());
   for (std::size_t d = 0; d < dimensions_.size(); ++d) readDimension(d);
   for (Side& side : sides_) {
@@ -619,9 +712,9 @@ CellSelection Selector::run() {
     }
   }
   findReasons();
-  leaveHiddenLayers();
-  conditions_.narrow(table_, reasons_);
+  meetConditions();
   meetCells();
+  meetHeaders();
   selectLabels();
   bool takesData = appliesToSelf_;
   for (const Side& side : sides_) {
@@ -635,6 +728,8 @@ CellSelection Selector::run() {
     }
   }
   markColumns();
+  // Texts have no value that could meet a condition.
+  if (!conditions_.areAllMet()) return std::move(selection_);
   selection_.title = change_.title;
   selection_.caption = change_.caption && !renderText(table_.caption).empty();
   selection_.footnotes =
@@ -645,6 +740,11 @@ CellSelection Selector::run() {
 }
 
 }  // namespace
+
+void checkCellSelection(const CellsChange& change) {
+  static_cast<void>(Conditions(change.conditions));
+  static_cast<void>(targetOf(change));
+}
 
 CellSelection selectCells(const PivotTable& table, const CellsChange& change) {
   return Selector(table, change).run();

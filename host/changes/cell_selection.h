@@ -12,15 +12,18 @@
 //
 // Then conditions narrow these cells; several are alternatives. Only numbers fulfil any but "all".
 // A number that is not finite is what is missing. Of equal numbers top(n) and bottom(n) prefer the
-// one that stands first in PivotTable::cells.
+// one that stands first in PivotTable::cells. With a condition HEADERS are the labels above and
+// beside those of the named cells that fulfil it, or of any cell where no cells are named; title,
+// caption and footnotes fulfil none.
 //
 // Last, APPLYTO leads from there to whole columns or rows of the same layer, to their data, or to
 // their headers. The header of a cell is the label that stands next to the data, that of the
 // innermost dimension; but for cells that were selected by a label of that side it is this label
 // alone, for what stands nearer is shared with other labels. Labels that are named stand for the
 // cells below them, and for themselves only where headers are asked for. HEADERS means all labels,
-// and so all columns and rows. Title, caption and footnotes stand in no column and are as they are
-// whatever APPLYTO says; a caption or footnotes that a table does not have are not selected.
+// and so all columns and rows, but for a condition. Title, caption and footnotes stand in no column
+// and are as they are whatever APPLYTO says; a caption or footnotes that a table does not have are
+// not selected.
 #pragma once
 
 #include <cstddef>
@@ -54,6 +57,9 @@ struct CellSelection {
   }
   friend bool operator==(const CellSelection&, const CellSelection&) = default;
 };
+
+/// Throws ChangeError for a condition that cannot be read and an APPLYTO that does not exist.
+void checkCellSelection(const CellsChange& change);
 
 /// Costs time in proportion to the cells, the categories and the conditions, with a logarithm where
 /// a table is nearly empty. Throws ChangeError for a condition that cannot be read, an APPLYTO that

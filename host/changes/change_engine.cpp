@@ -49,7 +49,16 @@ void ChangeEngine::apply(const ModifyRequest& request, Document& document) {
   for (const ModifyEvent& event : request.events) applyEvent(event, log);
 }
 
+void ChangeEngine::check(const ModifyEvent& event) {
+  if (event.table) checkTableChange(*event.table, notes_);
+  for (const CellsChange& cells : event.cells) checkCellsChange(cells, notes_, isFont_);
+  if (event.text && !event.text->font.empty() && isFont_ && !isFont_(event.text->font)) {
+    notes_.invalidFont(event.text->font);
+  }
+}
+
 void ChangeEngine::applyEvent(const ModifyEvent& event, ChangeLog& log) {
+  check(event);
   const Task task{event, event.graph ? chartStyles(*event.graph) : std::vector<ChartStyle>()};
   int index = event.index ? event.index->start : 0;
   for (DocumentObject* object : selectObjects(log.document().root(), event, log.gone())) {

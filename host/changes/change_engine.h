@@ -48,6 +48,8 @@ class ChangeEngine {
 
  private:
   void applyEvent(const ModifyEvent& event, ChangeLog& log);
+  /// What is wrong with a group is said also when it meets nothing that it could change.
+  void check(const ModifyEvent& event);
   /// What a group asks for, with what is read once for all its objects.
   struct Task {
     const ModifyEvent& event;

@@ -1,11 +1,31 @@
 #include "host/changes/change_notes.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace vornwout {
+namespace {
+
+/// Whoever reads notes looks for their words and takes what stands in parentheses, so a value must
+/// have neither: it would end its note, or make another one.
+std::string harmless(std::string value) {
+  for (char& c : value) {
+    if (c == '(') c = '[';
+    if (c == ')') c = ']';
+  }
+  for (const char* const words : {kInvalidFormat, kInvalidFont}) {
+    const std::size_t blank = std::string_view(words).find(' ');
+    for (std::size_t at = 0; (at = value.find(words, at)) != std::string::npos; ++at) {
+      value[at + blank] = '_';
+    }
+  }
+  return value;
+}
+
+}  // namespace
 
 void ChangeNotes::add(const char* what, const std::string& value) {
-  std::string note = std::string(what) + " (" + value + ")";
+  std::string note = std::string(what) + " (" + harmless(value) + ")";
   if (std::find(notes_.begin(), notes_.end(), note) == notes_.end()) {
     notes_.push_back(std::move(note));
   }

@@ -17,12 +17,17 @@ class ChangeError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// The words that a note begins with.
+inline constexpr const char* kInvalidFormat = "Invalid format";
+inline constexpr const char* kInvalidFont = "Invalid font";
+
 /// Each value is noted once, in the order in which it was met.
 class ChangeNotes {
  public:
-  void invalidFormat(const std::string& format) { add("Invalid format", format); }
-  void invalidFont(const std::string& font) { add("Invalid font", font); }
-  /// "Invalid format (F99)" and so on.
+  void invalidFormat(const std::string& format) { add(kInvalidFormat, format); }
+  void invalidFont(const std::string& font) { add(kInvalidFont, font); }
+  /// "Invalid format (F99)" and so on. A value has brackets for its parentheses, and the words of a
+  /// note in it are broken.
   const std::vector<std::string>& notes() const { return notes_; }
 
  private:

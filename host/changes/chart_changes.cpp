@@ -12,9 +12,12 @@
 #include "platform/files/fetch_file.h"
 #include "platform/files/path_factory.h"
 #include "platform/text/encoding.h"
+#include "platform/text/shortened_text.h"
 
 namespace vornwout {
 namespace {
+
+constexpr int kShownColumns = 24;  ///< of a name in a message
 
 /// The content of a style sheet; empty when there is none of that name.
 std::string fetchStyleSheet(const std::string& name) {
@@ -39,7 +42,7 @@ std::vector<ChartStyle> chartStyles(const GraphChange& change) {
       const std::string sheet = fetchStyleSheet(change.styleSheet);
       if (sheet.empty()) {
         throw ChangeError(fmt::format("there is no style sheet {} in the Looks folder",
-                                      change.styleSheet));
+                                      textHead(change.styleSheet, kShownColumns)));
       }
       styles.push_back(parseChartStyleSheet(sheet));
     }
@@ -47,7 +50,7 @@ std::vector<ChartStyle> chartStyles(const GraphChange& change) {
       styles.push_back(parseChartTemplate(chartTemplate));
     }
   } catch (const LookError& error) {
-    throw ChangeError(fmt::format("a chart's style cannot be read: {}", error.what()));
+    throw ChangeError(fmt::format("in the chart's style, {}", error.what()));
   }
   return styles;
 }

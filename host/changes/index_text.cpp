@@ -6,7 +6,7 @@ namespace vornwout {
 namespace {
 
 constexpr int kLetters = 26;
-constexpr int kLargestRoman = 3999;
+constexpr int kLargestRoman = 4999;  // MMMMCMXCIX, the largest that a command can start with
 
 struct RomanSign {
   int value;

@@ -8,7 +8,7 @@
 namespace vornwout {
 
 /// A number in a style. Letters count without a zero: z is followed by aa, az by ba. Roman numerals
-/// go up to 3999; what a style has no writing for, 0 and below included, is a decimal number.
+/// go up to 4999; what a style has no writing for, 0 and below included, is a decimal number.
 std::string indexText(IndexChange::Style style, int number);
 
 }  // namespace vornwout

@@ -1,7 +1,7 @@
 // What a modify document asks for, as values; docs/modify-document.md has the document itself.
 //
-// All texts are UTF-8 with their escapes resolved. A number that was not given is empty, a text that
-// was not given too. Nothing here has been compared with any document yet.
+// All texts are UTF-8 with their escapes resolved. A number that was not given is empty, a text
+// that was not given too. Nothing here has been compared with any document yet.
 #pragma once
 
 #include <array>
@@ -98,6 +98,7 @@ struct CellsChange {
   bool footnotes = false;
   bool title = false;
   bool caption = false;
+  /// What stands between ";"; where a label of the table holds that sign, neighbours are one.
   std::vector<std::string> labels;
   std::vector<int> positions;
   enum class Dimension { kBoth, kColumns, kRows };
@@ -111,11 +112,11 @@ struct CellsChange {
   std::optional<bool> bold;
   std::optional<bool> italic;
   std::optional<bool> underline;
-  int columnWidth = 0;           ///< points, 0 for none
-  double fontSize = 0;           ///< points, 0 for none
-  std::string textColor;         ///< "#rrggbb", empty for none
-  std::string backgroundColor;   ///< likewise
-  std::string format;            ///< a display format's name
+  int columnWidth = 0;          ///< points, 0 for none
+  double fontSize = 0;          ///< points, 0 for none
+  std::string textColor;        ///< "#rrggbb", empty for none
+  std::string backgroundColor;  ///< likewise
+  std::string format;           ///< a display format's name
   std::string font;
   std::optional<std::string> replacement;
   std::optional<double> replacementValue;

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <functional>
 #include <limits>
+#include <map>
 #include <sstream>
 #include <string_view>
 #include <utility>
@@ -14,7 +15,9 @@
 #include <pugixml.hpp>
 
 #include "host/changes/change_notes.h"
+#include "host/store/content_names.h"
 #include "platform/text/encoding.h"
+#include "platform/text/shortened_text.h"
 #include "platform/text/utf8.h"
 
 namespace vornwout {
@@ -91,9 +94,38 @@ bool isUtf8(std::string_view text) {
   return true;
 }
 
-/// Texts of tables come in the job's encoding.
+/// For messages, which show whatever came.
 std::string asUtf8(std::string_view text) {
   return isUtf8(text) ? std::string(text) : currentToUtf8(text);
+}
+
+/// Resolves the five entities that the writers make, once; nothing else is one.
+std::string withoutEscapes(std::string text) {
+  constexpr std::array<std::pair<std::string_view, char>, 5> kEntities = {
+      {{"&amp;", '&'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&apos;", '\''}}};
+  std::size_t written = 0;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::string_view rest = std::string_view(text).substr(at);
+    const auto* const entity =
+        std::find_if(kEntities.begin(), kEntities.end(),
+                     [&](const auto& known) { return rest.starts_with(known.first); });
+    const bool isEntity = entity != kEntities.end();
+    text[written++] = isEntity ? entity->second : text[at];
+    at += isEntity ? entity->first.size() : 1;
+  }
+  text.resize(written);
+  return text;
+}
+
+/// The place of an error comes first: messages are cut behind it.
+std::string placeOf(pugi::xml_node node) {
+  return fmt::format("at byte {} of the modify document", node.offset_debug());
+}
+
+/// As much of a foreign text as a message of 80 columns has room for.
+std::string shown(std::string_view text) {
+  constexpr int kColumns = 20;
+  return textHead(asUtf8(text), kColumns);
 }
 
 /// An attribute with what an error about it has to say.
@@ -104,19 +136,27 @@ class Attribute {
 
   std::string_view name() const { return attribute_.name(); }
   std::string_view value() const { return attribute_.value(); }
-  std::string text() const { return asUtf8(value()); }
+
+  // Which texts are escaped, and in which encoding they come, goes by the attribute: a text that
+  // happens to look like the other kind is not.
+
+  /// A text in UTF-8 that is as its user wrote it.
+  std::string plainText() const {
+    if (!isUtf8(value())) refuse("is not UTF-8");
+    return std::string(value());
+  }
+  std::string escapedText() const { return withoutEscapes(plainText()); }
+  /// A text in the job's encoding.
+  std::string jobText() const { return currentToUtf8(value()); }
+  std::string escapedJobText() const { return withoutEscapes(jobText()); }
 
   [[noreturn]] void refuse(const char* what) const {
-    throw ChangeError(
-        fmt::format("the modify document is not understood: the attribute {} "
-                    "of {}, \"{}\", {}",
-                    name(), element_.name(), text(), what));
+    throw ChangeError(fmt::format("{}, {} of {} {}: \"{}\"", placeOf(element_), shown(name()),
+                                  shown(element_.name()), what, shown(value())));
   }
   [[noreturn]] void refuseUnknown() const {
-    throw ChangeError(
-        fmt::format("the modify document is not understood: {} has an attribute {} that is "
-                    "not known",
-                    element_.name(), name()));
+    throw ChangeError(fmt::format("{}, {} has an attribute {}, which is not known",
+                                  placeOf(element_), shown(element_.name()), shown(name())));
   }
 
   bool flag() const {
@@ -155,23 +195,41 @@ class Attribute {
   pugi::xml_attribute attribute_;
 };
 
+/// The writers repeat conditions, and types that are excepted twice.
+bool mayRepeat(const Attribute& attribute, std::string_view valueBefore) {
+  if (attribute.name() == "selectCondition") return true;
+  return attribute.value() == "false" && valueBefore == "false" &&
+         std::any_of(kTypeAttributes.begin(), kTypeAttributes.end(),
+                     [&](const auto& known) { return known.name == attribute.name(); });
+}
+
 template <typename Visit>
 void forEachAttribute(pugi::xml_node element, const Visit& visit) {
-  for (const pugi::xml_attribute attribute : element.attributes()) {
-    visit(Attribute(element, attribute));
+  std::map<std::string_view, std::string_view> values;
+  for (const pugi::xml_attribute item : element.attributes()) {
+    const Attribute attribute(element, item);
+    const auto [before, isNew] = values.try_emplace(attribute.name(), attribute.value());
+    if (!isNew && !mayRepeat(attribute, before->second)) {
+      attribute.refuse("stands there a second time");
+    }
+    visit(attribute);
   }
 }
 
 [[noreturn]] void refuseElement(pugi::xml_node parent, pugi::xml_node element) {
-  throw ChangeError(fmt::format("the modify document is not understood: {} holds {}{}",
-                                parent.name(),
-                                element.type() == pugi::node_element ? "an element " : "a text",
-                                element.type() == pugi::node_element ? element.name() : ""));
+  throw ChangeError(
+      fmt::format("{}, {} holds {}{}", placeOf(element), shown(parent.name()),
+                  element.type() == pugi::node_element ? "an element " : "a text",
+                  element.type() == pugi::node_element ? shown(element.name()) : std::string()));
 }
 
 /// For elements that hold nothing.
 void expectEmpty(pugi::xml_node element) {
   if (const pugi::xml_node child = element.first_child()) refuseElement(element, child);
+}
+
+void expectNoAttributes(pugi::xml_node element) {
+  forEachAttribute(element, [](const Attribute& attribute) { attribute.refuseUnknown(); });
 }
 
 /// "#rrggbb" of three components that come one by one.
@@ -205,7 +263,7 @@ CommandCondition readCommand(pugi::xml_node element) {
   CommandCondition condition;
   forEachAttribute(element, [&](const Attribute& attribute) {
     if (attribute.name() == "commandName") {
-      condition.name = attribute.text();
+      condition.name = attribute.plainText();
     } else if (attribute.name() == "last") {
       condition.isLast = attribute.mark();
     } else if (attribute.name() == "instance") {
@@ -220,10 +278,14 @@ CommandCondition readCommand(pugi::xml_node element) {
 
 LabelCondition readLabel(pugi::xml_node element) {
   LabelCondition condition;
+  int matches = 0;
   forEachAttribute(element, [&](const Attribute& attribute) {
     if (attribute.name() == "expression") {
-      condition.text = attribute.text();
-    } else if (attribute.name() == "exact" && attribute.mark()) {
+      condition.text = attribute.plainText();
+      return;
+    }
+    ++matches;
+    if (attribute.name() == "exact" && attribute.mark()) {
       condition.match = LabelCondition::Match::kExact;
     } else if (attribute.name() == "begins" && attribute.mark()) {
       condition.match = LabelCondition::Match::kBegins;
@@ -235,6 +297,9 @@ LabelCondition readLabel(pugi::xml_node element) {
       attribute.refuseUnknown();
     }
   });
+  if (matches != 1) {
+    throw ChangeError(placeOf(element) + ", label has not just one way to match");
+  }
   expectEmpty(element);
   return condition;
 }
@@ -256,7 +321,7 @@ std::string readSubtype(pugi::xml_node element) {
   std::string subtype;
   forEachAttribute(element, [&](const Attribute& attribute) {
     if (attribute.name() != "subtype") attribute.refuseUnknown();
-    subtype = attribute.text();
+    subtype = attribute.plainText();
   });
   expectEmpty(element);
   return subtype;
@@ -281,12 +346,35 @@ IndexChange readIndex(pugi::xml_node element) {
   return change;
 }
 
-/// What an element holds, as XML.
+/// Makes the values of a part that is read as it stands fit for double quotes.
+void quoteValues(pugi::xml_node part) {
+  struct Quoter : pugi::xml_tree_walker {
+    bool for_each(pugi::xml_node& node) override {
+      for (pugi::xml_attribute attribute : node.attributes()) {
+        std::string value = attribute.value();
+        for (std::size_t at = 0; (at = value.find('"', at)) != std::string::npos;) {
+          value.replace(at, 1, "&quot;");
+        }
+        if (value != attribute.value()) attribute.set_value(value.c_str());
+      }
+      return true;
+    }
+  } quoter;
+  part.traverse(quoter);
+}
+
+/// The one element that an element holds, as XML. A file that ends its own element, or this one,
+/// and goes on with others would pass for what the command says.
 std::string innerXml(pugi::xml_node element) {
-  std::ostringstream inner;
-  for (const pugi::xml_node child : element.children()) {
-    child.print(inner, "", pugi::format_raw | pugi::format_no_declaration);
+  expectNoAttributes(element);
+  const pugi::xml_node root = element.first_child();
+  if (root.type() != pugi::node_element || root.next_sibling()) {
+    throw ChangeError(
+        fmt::format("{}, {} holds not just one element", placeOf(element), element.name()));
   }
+  quoteValues(element);
+  std::ostringstream inner;
+  root.print(inner, "", pugi::format_raw | pugi::format_no_declaration | pugi::format_no_escapes);
   return inner.str();
 }
 
@@ -294,7 +382,7 @@ GraphChange readGraph(pugi::xml_node element) {
   GraphChange change;
   forEachAttribute(element, [&](const Attribute& attribute) {
     if (attribute.name() != "styleSheet") attribute.refuseUnknown();
-    change.styleSheet = attribute.text();
+    change.styleSheet = attribute.plainText();
   });
   for (const pugi::xml_node child : element.children()) {
     if (std::strcmp(child.name(), "chartTemplate") != 0) refuseElement(element, child);
@@ -323,7 +411,7 @@ PropertiesChange readProperties(pugi::xml_node element) {
     } else if (attribute.name() == "sizeHeightPCT") {
       change.heightPercent = attribute.number(kMaxPercent);
     } else if (attribute.name() == "label") {
-      change.label = attribute.text();
+      change.label = attribute.escapedText();
     } else {
       attribute.refuseUnknown();
     }
@@ -336,11 +424,11 @@ LayerChoice readLayer(pugi::xml_node element) {
   LayerChoice choice;
   forEachAttribute(element, [&](const Attribute& attribute) {
     if (attribute.name() == "layer") {
-      choice.layer = attribute.text();
+      choice.layer = attribute.escapedJobText();
     } else if (attribute.name() == "layerInt") {
       choice.layerPosition = attribute.integer(-1);
     } else if (attribute.name() == "category") {
-      choice.category = attribute.text();
+      choice.category = attribute.escapedJobText();
     } else if (attribute.name() == "categoryInt") {
       choice.categoryPosition = attribute.integer(-1);
     } else {
@@ -358,19 +446,19 @@ TableChange readTable(pugi::xml_node element) {
   };
   forEachAttribute(element, [&](const Attribute& attribute) {
     if (attribute.name() == "title") {
-      change.title = attribute.text();
+      change.title = attribute.escapedJobText();
     } else if (attribute.name() == "summary") {
-      change.summary = attribute.text();
+      change.summary = attribute.escapedJobText();
     } else if (attribute.name() == "transpose") {
       change.transposes = attribute.mark();
     } else if (attribute.name() == "sortLabel") {
-      sort().label = attribute.text();
+      sort().label = attribute.escapedJobText();
     } else if (attribute.name() == "sortPosition") {
       sort().position = attribute.integer(std::numeric_limits<int>::min());
     } else if (attribute.name() == "ascending") {
       sort().isAscending = attribute.flag();
     } else if (attribute.name() == "format") {
-      change.format = attribute.text();
+      change.format = attribute.jobText();
     } else if (attribute.name() == "defaultTableLook") {
       change.usesDefaultLook = attribute.mark();
     } else {
@@ -378,12 +466,15 @@ TableChange readTable(pugi::xml_node element) {
     }
   });
   for (const pugi::xml_node child : element.children()) {
-    if (std::strcmp(child.name(), "layer") == 0) {
-      change.layers.push_back(readLayer(child));
-    } else if (std::strcmp(child.name(), "tableLook") == 0) {
-      change.look = innerXml(child);
-    } else {
+    // The look comes last, and there is one.
+    const bool isLayer = std::strcmp(child.name(), "layer") == 0;
+    if ((!isLayer && std::strcmp(child.name(), "tableLook") != 0) || !change.look.empty()) {
       refuseElement(element, child);
+    }
+    if (isLayer) {
+      change.layers.push_back(readLayer(child));
+    } else {
+      change.look = innerXml(child);
     }
   }
   return change;
@@ -407,11 +498,9 @@ bool readCellSelection(const Attribute& attribute, CellsChange& change) {
     return true;
   }
   if (attribute.name() == "selectExpression") {
-    // A label may hold the sign that parts them; who means that one finds the whole text here, too.
-    change.labels = parts(attribute.text());
-    if (change.labels.size() > 1) change.labels.push_back(attribute.text());
+    change.labels = parts(attribute.escapedJobText());
   } else if (attribute.name() == "selectPosition") {
-    for (const std::string& position : parts(attribute.text())) {
+    for (const std::string& position : parts(std::string(attribute.value()))) {
       int number = 0;
       const auto read = std::from_chars(position.data(), position.data() + position.size(), number);
       if (read.ec != std::errc() || read.ptr != position.data() + position.size()) {
@@ -424,7 +513,7 @@ bool readCellSelection(const Attribute& attribute, CellsChange& change) {
                        : attribute.flag()          ? CellsChange::Dimension::kColumns
                                                    : CellsChange::Dimension::kRows;
   } else if (attribute.name() == "selectCondition") {
-    change.conditions.push_back(attribute.text());
+    change.conditions.push_back(attribute.escapedJobText());
   } else {
     return false;
   }
@@ -449,17 +538,17 @@ CellsChange readCells(pugi::xml_node element) {
     } else if (attribute.name() == "underline") {
       change.underline = attribute.flag();
     } else if (attribute.name() == "columnWidth") {
-      change.columnWidth = attribute.integer(1);
+      change.columnWidth = attribute.integer(1, kMaxColumnWidth);
     } else if (attribute.name() == "fontSize") {
       change.fontSize = attribute.number(kMaxFontSize);
     } else if (attribute.name() == "applyTo") {
-      change.applyTo = attribute.text();
+      change.applyTo = attribute.plainText();
     } else if (attribute.name() == "format") {
-      change.format = attribute.text();
+      change.format = attribute.jobText();
     } else if (attribute.name() == "font") {
-      change.font = attribute.text();
+      change.font = attribute.jobText();
     } else if (attribute.name() == "replace") {
-      change.replacement = attribute.text();
+      change.replacement = attribute.jobText();
     } else if (attribute.name() == "replaceValue") {
       change.replacementValue = attribute.number();
     } else {
@@ -478,9 +567,9 @@ TextChange readText(pugi::xml_node element) {
   forEachAttribute(element, [&](const Attribute& attribute) {
     if (color.take(attribute, "text")) return;
     if (attribute.name() == "expression") {
-      change.text = attribute.text();
+      change.text = attribute.escapedText();
     } else if (attribute.name() == "fontFamily") {
-      change.font = attribute.text();
+      change.font = attribute.plainText();
     } else if (attribute.name() == "fontSize") {
       change.fontSize = attribute.number(kMaxFontSize);
     } else if (attribute.name() == "fontBold") {
@@ -516,10 +605,46 @@ void readTypes(pugi::xml_node element, ModifyEvent& event) {
   });
 }
 
+/// What stands in a modifyEvent, in its order.
+struct EventElement {
+  std::string_view name;
+  bool mayRepeat;
+};
+
+constexpr std::array kEventElements = {
+    EventElement{"command", true},      EventElement{"subtype", true},
+    EventElement{"label", true},        EventElement{"instance", true},
+    EventElement{"indexObject", false}, EventElement{"deleteObject", false},
+    EventElement{"modifyGraph", false}, EventElement{"objectProperties", false},
+    EventElement{"modifyTable", false}, EventElement{"tableCells", true},
+    EventElement{"modifyText", false},
+};
+
+/// Holds elements to the order of the format: what stands out of it comes from no command.
+class EventOrder {
+ public:
+  void expect(pugi::xml_node element, pugi::xml_node child) {
+    const std::string_view name = child.name();
+    const auto* const known = std::find_if(kEventElements.begin(), kEventElements.end(),
+                                           [&](const auto& one) { return one.name == name; });
+    if (known == kEventElements.end()) refuseElement(element, child);
+    if (known < next_) {
+      throw ChangeError(
+          fmt::format("{}, {} is out of its order or once too often", placeOf(child), name));
+    }
+    next_ = known->mayRepeat ? known : known + 1;
+  }
+
+ private:
+  const EventElement* next_ = kEventElements.begin();
+};
+
 ModifyEvent readEvent(pugi::xml_node element) {
   ModifyEvent event;
   readTypes(element, event);
+  EventOrder order;
   for (const pugi::xml_node child : element.children()) {
+    order.expect(element, child);
     const std::string_view name = child.name();
     if (name == "command") {
       event.conditions.commands.push_back(readCommand(child));
@@ -532,6 +657,7 @@ ModifyEvent readEvent(pugi::xml_node element) {
     } else if (name == "indexObject") {
       event.index = readIndex(child);
     } else if (name == "deleteObject") {
+      expectNoAttributes(child);
       expectEmpty(child);
       event.deletes = true;
     } else if (name == "modifyGraph") {
@@ -542,10 +668,8 @@ ModifyEvent readEvent(pugi::xml_node element) {
       event.table = readTable(child);
     } else if (name == "tableCells") {
       event.cells.push_back(readCells(child));
-    } else if (name == "modifyText") {
-      event.text = readText(child);
     } else {
-      refuseElement(element, child);
+      event.text = readText(child);
     }
   }
   return event;
@@ -553,25 +677,29 @@ ModifyEvent readEvent(pugi::xml_node element) {
 
 /// Some of the document around a place, for an error.
 std::string excerptAt(std::string_view xml, std::size_t offset) {
-  constexpr std::size_t kReach = 24;
-  const std::size_t begin = offset > kReach ? offset - kReach : 0;
-  return asUtf8(xml.substr(begin, 2 * kReach));
+  constexpr std::size_t kReach = 6;
+  const auto isInside = [&](std::size_t at) {
+    return at < xml.size() && (static_cast<unsigned char>(xml[at]) & 0xC0) == 0x80;
+  };
+  std::size_t begin = offset > kReach ? offset - kReach : 0;
+  while (isInside(begin) && begin < offset) ++begin;
+  std::size_t end = std::min(offset + kReach, xml.size());
+  while (isInside(end) && end > offset) --end;
+  return asUtf8(xml.substr(begin, end - begin));
 }
 
 }  // namespace
 
 ModifyRequest readModifyRequest(const std::string& xml) {
   pugi::xml_document document;
-  // Line ends and blanks in values stay: they are text of the user.
-  const pugi::xml_parse_result parsed = document.load_buffer(
-      xml.data(), xml.size(), pugi::parse_escapes | pugi::parse_cdata, pugi::encoding_utf8);
+  // Line ends, blanks and "&" in values stay: they are text of the user.
+  const pugi::xml_parse_result parsed =
+      document.load_buffer(xml.data(), xml.size(), pugi::parse_cdata, pugi::encoding_utf8);
   if (!parsed) {
     const auto offset =
         std::min(static_cast<std::size_t>(std::max<std::ptrdiff_t>(0, parsed.offset)), xml.size());
-    throw ChangeError(
-        fmt::format("the modify document cannot be read at its byte {}, near \"{}\": a "
-                    "text with a quotation mark may be the cause",
-                    offset, excerptAt(xml, offset)));
+    throw ChangeError(fmt::format("at byte {} of the modify document, near \"{}\": stray quote?",
+                                  offset, excerptAt(xml, offset)));
   }
   const pugi::xml_node root = document.document_element();
   if (std::strcmp(root.name(), "modifyOutputObject") != 0) {
@@ -580,7 +708,7 @@ ModifyRequest readModifyRequest(const std::string& xml) {
   ModifyRequest request;
   forEachAttribute(root, [&](const Attribute& attribute) {
     if (attribute.name() == "documentName") {
-      request.documentName = attribute.text();
+      request.documentName = attribute.escapedText();
     } else if (attribute.name() != "debug" || !attribute.mark()) {
       attribute.refuseUnknown();
     }

@@ -100,8 +100,10 @@ class Selector {
   void countRuns(const DocumentObject& heading) {
     for (const DocumentObject& object : heading.children) {
       if (isGone(object)) continue;
-      int& last = lastRuns_[object.command];
-      last = std::max(last, object.run);
+      // Runs are those of one command however its name was written; few spellings are folded.
+      const auto [last, isNew] = lastRuns_.try_emplace(object.command, nullptr);
+      if (isNew) last->second = &lastRunsByName_[caseFoldedName(object.command)];
+      *last->second = std::max(*last->second, object.run);
       countRuns(object);
     }
   }
@@ -131,9 +133,10 @@ class Selector {
   }
 
   bool commandFits(const DocumentObject& object) const {
+    if (object.command.empty()) return false;
     return std::any_of(commands_.begin(), commands_.end(), [&](const CommandMatch& command) {
       if (!command.isAnyCommand && !command.name.equals(object.command)) return false;
-      if (command.isLast) return object.run == lastRuns_.at(object.command);
+      if (command.isLast) return object.run == *lastRuns_.at(object.command);
       return command.run == 0 || command.run == object.run;
     });
   }
@@ -158,7 +161,8 @@ class Selector {
   const ObjectSet& gone_;
   std::vector<CommandMatch> commands_;
   std::vector<LooseText> subtypes_;
-  std::map<std::string, int> lastRuns_;
+  std::map<std::string, int> lastRunsByName_;  ///< by the folded name
+  std::map<std::string, int*> lastRuns_;       ///< in there, by the name as objects have it
   std::vector<DocumentObject*> found_;
 };
 

@@ -173,8 +173,14 @@ std::optional<std::uint64_t> SortColumn::columnOf(const std::string& label) cons
   std::vector<std::pair<std::size_t, std::vector<bool>>> labelled;
   for (const AxisDimension& dimension : columns_.dimensions()) {
     std::vector<bool> fits(at(dimension.leafCount()));
-    for (const PivotCategory& category : table_.dimensions[dimension.index()].categories) {
-      if (!category.isGroup && renderText(category.label) == label) fits[at(category.leaf)] = true;
+    const std::vector<PivotCategory>& categories = table_.dimensions[dimension.index()].categories;
+    // The label of a group stands for all below it, however the groups are nested.
+    std::vector<bool> isNamed(categories.size());
+    for (std::size_t i = 0; i < categories.size(); ++i) {
+      const int parent = categories[i].parent;
+      isNamed[i] = (parent >= 0 && at(parent) < i && isNamed[at(parent)]) ||
+                   renderText(categories[i].label) == label;
+      if (!categories[i].isGroup && isNamed[i]) fits[at(categories[i].leaf)] = true;
     }
     if (std::find(fits.begin(), fits.end(), true) != fits.end()) {
       labelled.emplace_back(dimension.index(), std::move(fits));

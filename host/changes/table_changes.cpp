@@ -136,17 +136,25 @@ TableLook lookOf(const std::string& xml) {
   try {
     return parseTableLook(xml);
   } catch (const LookError& error) {
-    throw ChangeError(std::string("a table look cannot be read: ") + error.what());
+    throw ChangeError(std::string("in the table look, ") + error.what());
   }
 }
 
 }  // namespace
 
+void checkTableChange(const TableChange& change, ChangeNotes& notes) {
+  if (!change.look.empty()) static_cast<void>(lookOf(change.look));
+  if (!change.format.empty() && !parseDisplayFormat(change.format)) {
+    notes.invalidFormat(change.format);
+  }
+}
+
 bool changeTable(PivotTable& table, const TableChange& change, ChangeNotes& notes) {
   bool changed = false;
   if (change.title) changed |= changeTitle(table, *change.title);
   if (change.summary) changed |= replace(table.summary, *change.summary);
-  if (change.usesDefaultLook) changed |= replace(table.tableLook, Shared<TableLook>());
+  if (change.usesDefaultLook)
+    changed |= replace(table.tableLook, Shared<TableLook>(defaultTableLook()));
   if (!change.look.empty()) {
     changed |= replace(table.tableLook, Shared<TableLook>(lookOf(change.look)));
   }

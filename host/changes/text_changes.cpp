@@ -35,11 +35,19 @@ TextStyle firstStyle(const TextContent& text) {
   return {};
 }
 
-/// Plain paragraphs, also for empty lines a run: a later change finds its style there.
-TextContent plainText(std::string_view text, const TextStyle& style) {
+/// Plain paragraphs behind the first one, which stays what it was; also for empty lines a run: a
+/// later change finds its style there.
+TextContent newText(std::string_view text, const TextContent& old) {
+  const TextStyle style = firstStyle(old);
   TextContent content;
   for (const std::string_view line : linesOf(text)) {
     content.paragraphs.emplace_back().runs.push_back({std::string(line), style, ""});
+  }
+  if (!old.paragraphs.empty()) {
+    TextParagraph& first = content.paragraphs.front();
+    first.kind = old.paragraphs.front().kind;
+    first.level = old.paragraphs.front().level;
+    first.number = old.paragraphs.front().number;
   }
   return content;
 }
@@ -60,21 +68,13 @@ bool changeStyle(TextStyle& style, const TextChange& change, bool changesFont) {
 bool changeText(TextContent& text, const TextChange& change, ChangeNotes& notes,
                 const FontCheck& isFont) {
   bool changed = false;
-  if (change.text) changed |= replace(text, plainText(*change.text, firstStyle(text)));
+  if (change.text) changed |= replace(text, newText(*change.text, text));
   const bool changesFont = !change.font.empty() && (!isFont || isFont(change.font));
   if (!change.font.empty() && !changesFont) notes.invalidFont(change.font);
   for (TextParagraph& paragraph : text.paragraphs) {
     for (TextRun& run : paragraph.runs) changed |= changeStyle(run.style, change, changesFont);
   }
   return changed;
-}
-
-bool changeText(LogContent& log, const TextChange& change) {
-  return change.text && replace(log.text, *change.text);
-}
-
-bool changeText(MessageContent& message, const TextChange& change) {
-  return change.text && replace(message.text, *change.text);
 }
 
 }  // namespace vornwout

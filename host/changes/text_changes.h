@@ -1,6 +1,6 @@
 // Changes texts of a document as TEXTS of OUTPUT MODIFY asks for.
 //
-// Each changeText() returns whether anything changed, so the same change a second time returns
+// changeText() returns whether anything changed, so the same change a second time returns
 // false.
 #pragma once
 
@@ -11,16 +11,11 @@
 
 namespace vornwout {
 
-/// A new text replaces all paragraphs by plain ones, one for each of its lines, in the style that
-/// the first run had; a line break at its end makes no further one. Font, size, colour and style go
-/// to every run. A font that `isFont` does not know is noted and not used.
+/// A new text replaces all paragraphs, one for each of its lines, in the style that the first run
+/// had; a line break at its end makes no further one. The first one stays the heading, or whatever
+/// else, that it was; the others are plain. Font, size, colour and style go to every run. A font
+/// that `isFont` does not know is noted and not used.
 bool changeText(TextContent& text, const TextChange& change, ChangeNotes& notes,
                 const FontCheck& isFont);
-
-/// A log's text has no style of its own: only the text is replaced.
-bool changeText(LogContent& log, const TextChange& change);
-
-/// Likewise; the severity and the place stay.
-bool changeText(MessageContent& message, const TextChange& change);
 
 }  // namespace vornwout

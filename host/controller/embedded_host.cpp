@@ -10,8 +10,14 @@
 #include "host/changes/modify_request_reader.h"
 #include "host/store/store_error.h"
 #include "platform/text/encoding.h"
+#include "platform/text/shortened_text.h"
 
 namespace vornwout {
+namespace {
+
+constexpr int kShownColumns = 24;  ///< of a name in a message
+
+}  // namespace
 
 std::string EmbeddedHost::ExportOutput(const std::string&) {
   throw std::runtime_error("This version cannot export output documents.");
@@ -32,7 +38,8 @@ std::string EmbeddedHost::modify(const ModifyRequest& request) {
   const std::vector<Document*> documents = controller_.documentsNamed(request.documentName);
   if (documents.empty()) {
     const bool isName = !request.documentName.empty() && request.documentName != "*";
-    throw ChangeError(isName ? "there is no open output document named " + request.documentName
+    throw ChangeError(isName ? "there is no open output document named " +
+                                   textHead(request.documentName, kShownColumns)
                              : "no output document is open");
   }
   ChangeEngine engine(isFontInstalled);

@@ -8,6 +8,7 @@
 #include "host/store/number_text.h"
 #include "host/store/store_error.h"
 #include "host/store/xml_reader.h"
+#include "platform/text/shortened_text.h"
 
 namespace vornwout {
 namespace {
@@ -15,7 +16,7 @@ namespace {
 constexpr std::size_t kMaxLookNodes = 20'000;
 constexpr std::size_t kMaxFontCharacters = 100;
 /// Of what a message repeats.
-constexpr std::size_t kMaxShownBytes = 60;
+constexpr int kShownColumns = 16;
 constexpr std::size_t kMaxDecimals = 3;
 constexpr std::size_t kMaxDigits = 6;
 
@@ -40,13 +41,8 @@ bool isFontName(std::string_view name) {
   return characters <= kMaxFontCharacters;
 }
 
-/// As much of a foreign text as a message can hold, cut between characters.
-std::string shortened(std::string_view text) {
-  if (text.size() <= kMaxShownBytes) return std::string(text);
-  std::size_t end = kMaxShownBytes;
-  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-  return std::string(text.substr(0, end)) + "...";
-}
+/// As much of a foreign text as a message has room for.
+std::string shortened(std::string_view text) { return textHead(text, kShownColumns); }
 
 /// Digits, and a point with one to three more; nothing for any other text.
 std::optional<double> plainNumber(std::string_view text) {

@@ -71,6 +71,7 @@ class LookElement {
                     std::string_view repeated = {}) const;
   void refuseChildren() const;
 
+  /// Where, then what: messages are cut at their end.
   [[noreturn]] void refuse(const std::string& what) const;
   [[noreturn]] void refuseValue(const char* attribute) const;
 

@@ -9,8 +9,10 @@
 #include <optional>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
+#include "host/build/css_filter.h"
 #include "host/looks/svg_shape.h"
 #include "host/looks/svg_style.h"
 
@@ -66,17 +68,20 @@ struct Ink {
   };
   Kind kind = Kind::kUnset;
   SvgColor color;
+  bool isCurrent = false;  ///< whatever the color is where it is drawn
 
   bool isColor() const { return kind == Kind::kColor; }
 };
 
 /// What an element passes on to those within it.
 struct Inherited {
+  Ink color;  ///< what "currentColor" is
   Ink fill;
   Ink stroke;
   double fontSize = kDefaultFontSize;
   SvgMatrix matrix;
   bool isDefined = false;  ///< not drawn where it stands
+  bool isUsed = false;     ///< drawn where it is used
 };
 
 bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names) {
@@ -113,6 +118,7 @@ class PartFinder {
 
   SvgParts find() {
     readIdentifiers();
+    findBareTexts();
     readPage();
     walkChildren(root_, enter(root_, SvgProperties(root_, &sheet_), Inherited()));
     settleTexts();
@@ -159,7 +165,10 @@ class PartFinder {
       if (const pugi::xml_attribute id = node.attribute("id")) {
         identified_.emplace(std::string_view(id.value()), node);
       }
-      if (svgLocalName(node.name()) == "style") sheet_.add(node.child_value());
+      const std::string_view name = svgLocalName(node.name());
+      if (name == "style") sheet_.add(node.child_value());
+      if (name == "use") used_.insert(targetOf(node));
+      if (name == "text") textNodes_.push_back(node);
       pugi::xml_node next = node.first_child();
       while (!next && node && node != root_) {
         next = node.next_sibling();
@@ -170,18 +179,48 @@ class PartFinder {
     }
   }
 
+  /// Texts that are drawn by a use, in the color that it says.
+  void findBareTexts() {
+    used_.erase(std::string_view());
+    if (used_.empty()) return;
+    for (const pugi::xml_node text : textNodes_) {
+      for (pugi::xml_node node = text; node && node != root_; node = node.parent()) {
+        if (SvgProperties(node, &sheet_).get("fill")) break;
+        const std::string_view id = node.attribute("id").value();
+        // What is around one that is known is known as well.
+        if (used_.count(id) > 0 && !bareTexts_.insert(id).second) break;
+      }
+    }
+  }
+
   static Ink inkOf(const std::optional<std::string_view>& text, const Ink& inherited) {
     if (!text) return inherited;
+    if (asciiLowered(*text) == "currentcolor") return {Ink::Kind::kColor, {}, true};
     if (*text == "none" || *text == "transparent") return {Ink::Kind::kNone, {}};
     const std::optional<SvgColor> color = parseSvgColor(*text);
     return color ? Ink{Ink::Kind::kColor, *color} : Ink{Ink::Kind::kUnknown, {}};
   }
 
-  static Inherited enter(pugi::xml_node node, const SvgProperties& properties,
-                         const Inherited& outer) {
+  /// The ink that "currentColor" is where `color` is in force.
+  Ink settled(const Ink& ink, const Ink& color) const {
+    if (!ink.isCurrent) return ink;
+    // A rule that is not understood may say a color; without one it is black.
+    const bool isOpen = color.kind == Ink::Kind::kUnset && !sheet_.isWhole();
+    if (isOpen || color.kind == Ink::Kind::kUnknown) return {Ink::Kind::kUnknown, {}, true};
+    return {Ink::Kind::kColor, color.color, true};
+  }
+
+  Inherited enter(pugi::xml_node node, const SvgProperties& properties,
+                  const Inherited& outer) const {
     Inherited inner = outer;
+    if (const auto color = properties.get("color")) {
+      const Ink said = inkOf(color, outer.color);
+      if (!said.isCurrent) inner.color = said;
+    }
     inner.fill = inkOf(properties.get("fill"), outer.fill);
     inner.stroke = inkOf(properties.get("stroke"), outer.stroke);
+    inner.fill = settled(inner.fill, inner.color);
+    inner.stroke = settled(inner.stroke, inner.color);
     if (const auto size = properties.get("font-size")) {
       inner.fontSize = svgFontSize(*size, outer.fontSize).value_or(outer.fontSize);
     }
@@ -203,12 +242,13 @@ class PartFinder {
         isShapeName(name)) {
       const SvgProperties properties(node, &sheet_);
       Inherited state = enter(node, properties, outer);
+      state.isUsed = state.isUsed || used_.count(node.attribute("id").value()) > 0;
       if (name == "defs" || name == "symbol") {
         state.isDefined = true;
         state.fill = state.stroke = Ink{Ink::Kind::kUnknown, {}};
       }
       if (name == "text") {
-        if (!state.isDefined) readText(node, state, 0);
+        if (!state.isDefined || state.isUsed) readText(node, state, 0);
       } else if (name == "use") {
         readUse(node, properties, state);
       } else if (isShapeName(name)) {
@@ -253,7 +293,7 @@ class PartFinder {
   }
 
   void addTextPaint(pugi::xml_node node, const Inherited& state) {
-    if (state.isDefined && !node.attribute(kFillMark)) return;
+    if (state.isDefined && !state.isUsed && !node.attribute(kFillMark)) return;
     Ink fill = state.fill;
     // A style sheet may say another colour, but no text is without one.
     if (fill.kind == Ink::Kind::kUnset) fill.kind = Ink::Kind::kColor;
@@ -378,9 +418,12 @@ class PartFinder {
     }
     // A mark: what it does not say itself, what it uses may say.
     const Ink unknown{Ink::Kind::kUnknown, {}};
+    const bool drawsText = !isMarked && bareTexts_.count(targetOf(node)) > 0;
+    if (drawsText) addTextPaint(node, state);
     Inherited own = state;
-    own.fill = isMarked ? unknown : inkOf(properties.get("fill"), unknown);
-    own.stroke = inkOf(properties.get("stroke"), unknown);
+    own.fill = isMarked || drawsText ? unknown
+                                     : settled(inkOf(properties.get("fill"), unknown), state.color);
+    own.stroke = settled(inkOf(properties.get("stroke"), unknown), state.color);
     addShape(node, own, SvgShape());
   }
 
@@ -495,6 +538,9 @@ class PartFinder {
   Rgb paper_{255, 255, 255};
   SvgSheet sheet_;
   std::unordered_map<std::string_view, pugi::xml_node> identified_;
+  std::unordered_set<std::string_view> used_;       ///< identifiers
+  std::unordered_set<std::string_view> bareTexts_;  ///< those with a text that says no fill
+  std::vector<pugi::xml_node> textNodes_;
   std::unordered_map<std::uint32_t, int> series_;
   int seriesCount_ = 0;
   std::vector<Rgb> seriesColors_;  ///< in the order of their numbers, where nothing is marked

@@ -57,7 +57,7 @@ bool isBlankText(pugi::xml_node node) {
 
 void dropBlanksBesideElements(pugi::xml_document& document) {
   // Without recursion: how deep a foreign element is, is not known here.
-  pugi::xml_node node = document;
+  pugi::xml_node node = document.root();
   while (node) {
     pugi::xml_node next = node.first_child();
     bool hasElement = false;

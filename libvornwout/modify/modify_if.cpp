@@ -188,7 +188,10 @@ bool ModifyIf::readLabels(const ParamObj& labels, const ParserMessage& messages)
     std::vector<std::string> texts;
     qualifier.getLiteralList(texts);
     for (const auto& [name, list] : lists) {
-      if (AreStringsEqualCase(qualifier.getParamName(), name)) addTo(*list, std::move(texts));
+      if (AreStringsEqualCase(qualifier.getParamName(), name)) {
+        addTo(*list, std::move(texts));
+        break;
+      }
     }
   }
   return known;

@@ -22,14 +22,14 @@ std::size_t characterCount(std::string_view utf8) {
       std::count_if(utf8.begin(), utf8.end(), [](char c) { return !isContinuation(c); }));
 }
 
-std::string_view headOf(std::string_view text) {
+std::string_view headOf(std::string_view text, int columns) {
   std::size_t end = std::min(text.size(), kMostBytes);
   while (end > 0 && end < text.size() && isContinuation(text[end])) --end;
   int width = 0;
   std::size_t length = 0;
-  forEachCluster(text.substr(0, end), [&](std::string_view cluster, int columns) {
-    width += columns;
-    if (width <= kColumnsPerEnd) length += cluster.size();
+  forEachCluster(text.substr(0, end), [&](std::string_view cluster, int clusterColumns) {
+    width += clusterColumns;
+    if (width <= columns) length += cluster.size();
   });
   return text.substr(0, length);
 }
@@ -57,11 +57,16 @@ std::string shortenedText(std::string_view utf8) {
   // No character takes more columns than bytes.
   if (utf8.size() <= static_cast<std::size_t>(kMostColumns)) return std::string(utf8);
   if (utf8.size() <= kMostBytes && displayWidth(utf8) <= kMostColumns) return std::string(utf8);
-  const std::string_view head = headOf(utf8);
+  const std::string_view head = headOf(utf8, kColumnsPerEnd);
   const std::string_view tail = tailOf(utf8);
   const std::size_t left =
       characterCount(utf8.substr(head.size(), utf8.size() - head.size() - tail.size()));
   return std::string(head) + " … " + std::to_string(left) + " characters … " + std::string(tail);
+}
+
+std::string textHead(std::string_view utf8, int columns) {
+  if (utf8.size() <= kMostBytes && displayWidth(utf8) <= columns) return std::string(utf8);
+  return std::string(headOf(utf8, columns - 1)) + "…";
 }
 
 }  // namespace vornwout

@@ -11,4 +11,8 @@ namespace vornwout {
 /// is that of counting its characters.
 std::string shortenedText(std::string_view utf8);
 
+/// The UTF-8 text itself where it takes at most `columns`, at least 1; otherwise its beginning with
+/// "…", which together take no more.
+std::string textHead(std::string_view utf8, int columns);
+
 }  // namespace vornwout

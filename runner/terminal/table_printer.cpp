@@ -330,9 +330,10 @@ void printCaptions(std::ostream& out, const TableGrid& grid, const TerminalStyle
     printText(out, withMarks(grid.title, grid.titleNotes, grid), styleCodes(look, style.depth),
               style);
   }
+  const std::string layerCodes = styleCodes(grid.layersLook.get(), style.depth);
   for (const LayerCaption& layer : grid.layers) {
     const bool hasBoth = !layer.dimension.empty() && !layer.category.empty();
-    printText(out, layer.dimension + (hasBoth ? ": " : "") + layer.category, {}, style);
+    printText(out, layer.dimension + (hasBoth ? ": " : "") + layer.category, layerCodes, style);
   }
 }
 

@@ -121,6 +121,21 @@ TEST(CellChanges, EveryPartThatIsSelectedGetsTheLook) {
   for (const PivotCell& cell : table.cells) EXPECT_EQ(cell.look.get(), bold);
 }
 
+TEST(CellChanges, TitleThatIsReplacedIsShown) {
+  PivotTable table = smallTable();
+  table.titleHidden = true;
+  CellsChange change;
+  change.title = true;
+  change.bold = true;
+  EXPECT_TRUE(changed(table, change));
+  EXPECT_TRUE(table.titleHidden);
+  change.replacement = "New";
+  EXPECT_TRUE(changed(table, change));
+  EXPECT_FALSE(table.titleHidden);
+  table.titleHidden = true;
+  EXPECT_TRUE(changed(table, change)) << "the same text again shows it, too";
+}
+
 TEST(CellChanges, CellsOfOneLookShareTheNewOne) {
   PivotTable table = smallTable();
   // Equal looks that were read from a file apart from each other, and one that differs.

@@ -198,9 +198,36 @@ INSTANTIATE_TEST_SUITE_P(
         SelectionCase{"NothingIsMissing",
                       [](CellsChange& c) { c.body = true, c.conditions = {"missing"}; }, ""},
         SelectionCase{
-            "HeadersHaveNone",
+            "HeadersOfNoCell",
             [](CellsChange& c) { c.headers = true, c.dimension = kRows, c.conditions = {"x>1e6"}; },
-            "North a b Total"}),
+            ""},
+        SelectionCase{"HeadersOfAnyCell",
+                      [](CellsChange& c) { c.headers = true, c.conditions = {"x=20"}; },
+                      "North b Count | Count"},
+        SelectionCase{"HeadersOfTheNamedCells",
+                      [](CellsChange& c) {
+                        c.headers = c.significance = true, c.conditions = {"x<0.05", "x=20"};
+                      },
+                      "4 7 North b Total Tests Sig | Sig"},
+        SelectionCase{
+            "HeadersOfNamedCellsThatAreNotThere",
+            [](CellsChange& c) { c.headers = true, c.labels = {"None"}, c.conditions = {"x=20"}; },
+            ""},
+        SelectionCase{
+            "ColumnsOfHeadersOfAnyCell",
+            [](CellsChange& c) { c.headers = true, c.conditions = {"x=20"}, c.applyTo = "COLUMN"; },
+            "0 3 6 Count | Count"},
+        SelectionCase{
+            "HeadersWithAll",
+            [](CellsChange& c) { c.headers = true, c.dimension = kRows, c.conditions = {"all"}; },
+            "North a b Total"},
+        SelectionCase{"TextsMeetNone",
+                      [](CellsChange& c) {
+                        c.title = c.caption = c.footnotes = true, c.conditions = {"x<>0"};
+                      },
+                      ""},
+        SelectionCase{"TextsWithAll",
+                      [](CellsChange& c) { c.title = true, c.conditions = {"all"}; }, "(title)"}),
     nameOf);
 
 INSTANTIATE_TEST_SUITE_P(
@@ -344,6 +371,35 @@ TEST(CellSelection, OnlyTheLayerThatIsShownIsMeant) {
   EXPECT_GE(top.cells[0], 8U);
 }
 
+TEST(CellSelection, HeadersWithAConditionAreThoseOfTheLayerThatIsShown) {
+  PivotTable table = nestedTable();
+  table.dimensions[1].shownLeaf = 1;
+  const auto headers = [&](const char* condition) {
+    return selected(table, [&](CellsChange& c) { c.headers = true, c.conditions = {condition}; });
+  };
+  EXPECT_EQ(headers("x=0"), "");
+  EXPECT_EQ(headers("x=8"), "n Y1 a | n pct");
+}
+
+TEST(CellSelection, LabelThatHoldsTheSignIsTheLongestThatTheTableHas) {
+  PivotTable table;
+  table.dimensions = {
+      makeDimension("Row", PivotPlace::kRows, 1, {"a", "b", "a;b", "a;b;c", "c", "c;", "d"})};
+  for (int row = 0; row < 7; ++row) addCell(table, {row}, numberCell(row));
+  const auto rows = [&](std::vector<std::string> labels) {
+    return selected(table, [&](CellsChange& c) { c.labels = std::move(labels); });
+  };
+  EXPECT_EQ(rows({"a"}), "0");
+  EXPECT_EQ(rows({"a", "b"}), "2");
+  EXPECT_EQ(rows({"b", "a"}), "0 1");
+  EXPECT_EQ(rows({"a", "b", "c"}), "3");
+  EXPECT_EQ(rows({"a", "b", "d"}), "2 6");
+  EXPECT_EQ(rows({"a", "b", "d", "a", "b", "c", "c"}), "2 3 4 6");
+  EXPECT_EQ(rows({"d", "c", ""}), "5 6");
+  EXPECT_EQ(rows({"d", "c"}), "4 6");
+  EXPECT_EQ(rows({"x", "a"}), "0");
+}
+
 TEST(CellSelection, KindOfAGroupIsThatOfWhatStandsBelow) {
   PivotTable table = simpleTable();
   table.dimensions[1].categories[1].statistic = StatisticKind::kCorrelation;
@@ -465,14 +521,14 @@ INSTANTIATE_TEST_SUITE_P(
     CellSelection, RefusedSelectionTest,
     testing::Values(
         RefusedCase{"Condition", [](PivotTable&, CellsChange& c) { c.conditions = {"x>"}; },
-                    "the condition \"x>\" ends too early"},
+                    "at its end the condition is incomplete: \"x>\""},
         RefusedCase{
             "ConditionOfAnEmptyTable",
             [](PivotTable& pivot, CellsChange& c) { pivot = PivotTable(), c.conditions = {"y"}; },
-            "the condition \"y\" is not understood from character 1"},
+            "at character 1 the condition is not understood: \"y\""},
         RefusedCase{"TopOfNoNumber",
                     [](PivotTable&, CellsChange& c) { c.conditions = {"top(-1)"}; },
-                    "the condition \"top(-1)\" is not understood from character 1"},
+                    "at character 1 the condition is not understood: \"top(-1)\""},
         RefusedCase{"ApplyTo", [](PivotTable&, CellsChange& c) { c.applyTo = "TABLE"; },
                     "cells have no \"TABLE\" to apply a change to"},
         RefusedCase{"TooFewCoordinates",

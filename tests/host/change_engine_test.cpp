@@ -202,8 +202,23 @@ TEST(ChangeEngine, NotesNameWhatCouldNotBeUsed) {
                                    "<tableCells body=\"true\" selectColumns=\"both\" "
                                    "font=\"Nowhere\" bold=\"true\"/>"
                                    "<modifyText fontFamily=\"Nowhere\"/>")),
-            "6 2 0 Invalid font (Nowhere) Invalid format (Q9)");
+            "6 2 0 Invalid format (Q9) Invalid font (Nowhere)");
   EXPECT_EQ(tableAt(document, 0).cells[0].look->bold, true) << "the rest is in force";
+}
+
+TEST(ChangeEngine, MistakesAreSaidAlsoWhenNothingIsSelectedThatTheyConcern) {
+  Document document = makeDocument();
+  EXPECT_EQ(change(document, event("logs=\"true\"",
+                                   "<modifyTable format=\"Q1\"/>"
+                                   "<tableCells format=\"Q2\" font=\"Nowhere\"/>")),
+            "1 0 0 Invalid format (Q1) Invalid format (Q2) Invalid font (Nowhere)");
+  EXPECT_EQ(change(document, event("", "<modifyText fontFamily=\"Nowhere\"/>")),
+            "0 0 0 Invalid font (Nowhere)");
+  for (const char* const mistake :
+       {"<modifyTable><tableLook><tableProperties><a/></tableProperties></tableLook></modifyTable>",
+        "<tableCells selectCondition=\"x>\"/>", "<tableCells applyTo=\"TABLE\"/>"}) {
+    EXPECT_THROW(change(document, event("logs=\"true\"", mistake)), ChangeError) << mistake;
+  }
 }
 
 TEST(ChangeEngine, ARefusedRequestChangesNoDocument) {

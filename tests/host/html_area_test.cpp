@@ -74,6 +74,39 @@ TEST(HtmlArea, MarginsAlignmentAndWidthsAreTheAreas) {
   EXPECT_THAT(areaCss(grid, 2, 1, 1, 1), Not(HasSubstr("width:50pt")));
 }
 
+TEST(HtmlArea, WhatStandsAroundTheCellsHasTheBoxOfItsArea) {
+  EXPECT_EQ(boxCss(makeGrid({}), LookArea::kTitle), "");
+  EXPECT_EQ(footnoteCss(makeGrid({}), false), "");
+  for (const LookArea area :
+       {LookArea::kTitle, LookArea::kLayers, LookArea::kCaption, LookArea::kFootnotes}) {
+    TableLook look;
+    look.area(area).horizontal = LookHorizontal::kCenter;
+    look.area(area).margins = {1, 2, 3, 4};
+    look.area(area).borders.bottom = {LookLineStyle::kSolid, 2, "#112233"};
+    look.area(area).borders.rows = {LookLineStyle::kDotted, 1, "#445566"};
+    TableGrid grid = makeGrid(look);
+    SharedLook& text = area == LookArea::kTitle     ? grid.titleLook
+                       : area == LookArea::kLayers  ? grid.layersLook
+                       : area == LookArea::kCaption ? grid.captionLook
+                                                    : grid.footnoteLook;
+    text.edit([](TextLook& own) { own.backgroundColor = "#abcdef"; });
+    EXPECT_EQ(boxCss(grid, area),
+              "text-align:center;padding:1pt 2pt 3pt 4pt;border-top:0;"
+              "border-bottom:2pt solid #112233;border-left:0;border-right:0;background:#abcdef;");
+    if (area != LookArea::kFootnotes) continue;
+    EXPECT_EQ(footnoteCss(grid, true), "justify-content:center;");
+    EXPECT_EQ(footnoteCss(grid, false), "justify-content:center;border-top:1pt dotted #445566;");
+  }
+}
+
+TEST(HtmlArea, TextsAroundTheCellsStandLeftUnlessTheLookSaysElse) {
+  TableLook look;
+  look.name = "x";
+  EXPECT_THAT(boxCss(makeGrid(look), LookArea::kTitle), HasSubstr("text-align:left;"));
+  look.area(LookArea::kTitle).horizontal = LookHorizontal::kRight;
+  EXPECT_THAT(boxCss(makeGrid(look), LookArea::kTitle), HasSubstr("text-align:right;"));
+}
+
 TEST(HtmlArea, AColourThatIsNoneIsNotWritten) {
   TableLook look;
   look.area(LookArea::kData).borders.top = {LookLineStyle::kSolid, 1, "red;background:url(//evil)"};

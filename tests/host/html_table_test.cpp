@@ -153,6 +153,36 @@ TEST(HtmlTable, LooksAreStylesOfWhatTheyAreAbout) {
   EXPECT_THAT(html, HasSubstr("<td class=\"n\" style=\"font-family:&#39;Noto Sans&#39;;\""));
 }
 
+TEST(HtmlTable, TitleLayersCaptionAndFootnotesStandInTheBoxesOfTheirAreas) {
+  PivotTable table = simpleTable();
+  table.caption = textCell("Below.");
+  table.footnotes = {textCell("note")};
+  TableLook look;
+  for (const LookArea area :
+       {LookArea::kTitle, LookArea::kLayers, LookArea::kCaption, LookArea::kFootnotes}) {
+    look.area(area).horizontal = LookHorizontal::kRight;
+    look.area(area).margins.top = static_cast<double>(area) + 1;
+  }
+  look.area(LookArea::kLayers).text.bold = true;
+  table.tableLook = Shared<TableLook>(look);
+  TableGrid grid = layoutTable(table).at(0);
+  grid.layersLook.edit([](TextLook& own) { own.bold = true; });
+  grid.layers = {{"Sex", "Male"}};
+  const std::string html = htmlOf(grid);
+  EXPECT_THAT(html, HasSubstr("<caption id=\"tc\" style=\"text-align:right;padding:1pt "));
+  EXPECT_THAT(html, HasSubstr("<p class=\"caption\" style=\"text-align:right;padding:7pt "));
+  EXPECT_THAT(html, HasSubstr("<dl class=\"notes\" style=\"text-align:right;padding:8pt "));
+  EXPECT_THAT(html, HasSubstr("id=\"tna\" style=\"justify-content:flex-end;\""));
+  std::string heading;
+  HtmlWriter writer(heading);
+  writeLayerHeading(writer, grid, 3);
+  EXPECT_THAT(heading, HasSubstr("<h3 class=\"layer\" style=\"text-align:right;padding:2pt "));
+  EXPECT_THAT(heading, HasSubstr("<span style=\"font-weight:bold;\">Sex: Male</span></h3>"));
+  grid.title.clear();
+  EXPECT_THAT(htmlOf(grid, {"t", "Label"}), HasSubstr("<caption id=\"tc\"><span"))
+      << "what is not seen has no box";
+}
+
 TEST(HtmlTable, GivenWidthsAreThoseOfTheColumns) {
   PivotTable table = simpleTable();
   EXPECT_THAT(htmlOf(table), Not(HasSubstr("<col")));

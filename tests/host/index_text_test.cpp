@@ -37,6 +37,8 @@ TEST(IndexText, EachStyleHasItsWriting) {
       {Style::kCapitalRoman, 1994, "MCMXCIV"},
       {Style::kCapitalRoman, 3888, "MMMDCCCLXXXVIII"},
       {Style::kCapitalRoman, 3999, "MMMCMXCIX"},
+      {Style::kRoman, 4000, "mmmm"},
+      {Style::kCapitalRoman, 4999, "MMMMCMXCIX"},
   };
   for (const auto& [style, number, text] : kCases) EXPECT_EQ(indexText(style, number), text);
 }
@@ -48,8 +50,8 @@ TEST(IndexText, NumberWithoutAWritingIsDecimal) {
     EXPECT_EQ(indexText(style, -7), "-7");
     EXPECT_EQ(indexText(style, std::numeric_limits<int>::min()), "-2147483648");
   }
-  EXPECT_EQ(indexText(Style::kRoman, 4000), "4000");
-  EXPECT_EQ(indexText(Style::kCapitalRoman, 4000), "4000");
+  EXPECT_EQ(indexText(Style::kRoman, 5000), "5000");
+  EXPECT_EQ(indexText(Style::kCapitalRoman, 5000), "5000");
 }
 
 TEST(IndexText, NoTwoNumbersHaveOneText) {

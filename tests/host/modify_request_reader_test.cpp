@@ -91,7 +91,7 @@ TEST(ModifyRequestReader, ChangesOfObjectsAreRead) {
   const ModifyEvent event = eventOf(
       "<indexObject type=\"romanCap\" indexStart=\"510\"/><deleteObject/>"
       "<modifyGraph styleSheet=\"calm\"><chartTemplate><template a=\"1\"/></chartTemplate>"
-      "<chartTemplate></chartTemplate></modifyGraph>"
+      "<chartTemplate><template b='\"&lt;&#233;'>x &amp; y</template></chartTemplate></modifyGraph>"
       "<objectProperties visible=\"no\" sizeWidth=\"85.0394\" sizeHeightPCT=\"50\" "
       "label=\"x &lt; y\"/>"
       "<modifyText expression=\"t\" fontFamily=\"Noto Sans\" textRed=\"255\" textGreen=\"0\" "
@@ -100,7 +100,9 @@ TEST(ModifyRequestReader, ChangesOfObjectsAreRead) {
   EXPECT_EQ(event.index->start, 510);
   EXPECT_TRUE(event.deletes);
   EXPECT_EQ(event.graph->styleSheet, "calm");
-  EXPECT_THAT(event.graph->chartTemplates, ElementsAre("<template a=\"1\"/>", ""));
+  EXPECT_THAT(
+      event.graph->chartTemplates,
+      ElementsAre("<template a=\"1\"/>", "<template b=\"&quot;&lt;&#233;\">x &amp; y</template>"));
   EXPECT_EQ(event.properties->visible, false);
   EXPECT_DOUBLE_EQ(*event.properties->width, 85.0394);
   EXPECT_FALSE(event.properties->height.has_value());
@@ -155,8 +157,7 @@ TEST(ModifyRequestReader, ChangesOfCellsAreRead) {
   const CellsChange& cells = event.cells[0];
   EXPECT_TRUE(cells.mean && cells.significance && cells.title);
   EXPECT_FALSE(cells.median || cells.body || cells.headers);
-  // The sign that parts labels may belong to one, so the whole text is looked for as well.
-  EXPECT_THAT(cells.labels, ElementsAre("Total", "n & N", "Total;n & N"));
+  EXPECT_THAT(cells.labels, ElementsAre("Total", "n & N"));
   EXPECT_THAT(cells.positions, ElementsAre(1, 3));
   EXPECT_EQ(cells.dimension, CellsChange::Dimension::kRows);
   EXPECT_THAT(cells.conditions, ElementsAre("top(3)", "bottom(2)"));
@@ -201,12 +202,13 @@ TEST(ModifyRequestReader, WhatCannotBeReadIsRefusedWithItsPlace) {
       {"x", "byte 1"},
       {"<other/>", "no modify document"},
       {inRoot("<modifyEvent>"), "byte "},
-      {inRoot("<modifyEvent><subtype subtype=\"a\"b\"/></modifyEvent>"), "quotation mark"},
+      {inRoot("<modifyEvent><subtype subtype=\"a\"b\"/></modifyEvent>"), "stray quote"},
       {inRoot("<other/>"), "modifyOutputObject holds an element other"},
       {inRoot("text"), "modifyOutputObject holds a text"},
       {inRoot("<modifyEvent><other/></modifyEvent>"), "modifyEvent holds an element other"},
       {inRoot("<modifyEvent kind=\"true\"/>"), "modifyEvent has an attribute kind"},
-      {inRoot("<modifyEvent tables=\"yes\"/>"), "tables of modifyEvent, \"yes\", is neither"},
+      {inRoot("<modifyEvent tables=\"yes\"/>"),
+       "tables of modifyEvent is neither true nor false: \"yes\""},
       {inRoot("<modifyEvent all=\"false\"/>"), "is not true"},
       {inRoot("<modifyEvent><command instance=\"0\"/></modifyEvent>"), "is no integer"},
       {inRoot("<modifyEvent><command instance=\"99999999999\"/></modifyEvent>"), "is no integer"},
@@ -216,12 +218,149 @@ TEST(ModifyRequestReader, WhatCannotBeReadIsRefusedWithItsPlace) {
       {inRoot("<modifyEvent><tableCells selectPosition=\"1;x\"/></modifyEvent>"), "no list"},
       {inRoot("<modifyEvent><tableCells textRed=\"256\"/></modifyEvent>"), "is no integer"},
       {inRoot("<modifyEvent><tableCells textPink=\"2\"/></modifyEvent>"), "not known"},
+      {inRoot("<modifyEvent><tableCells columnWidth=\"2001\"/></modifyEvent>"), "is no integer"},
+      {inRoot("<modifyEvent><subtype subtype=\"\xF6\"/></modifyEvent>"), "is not UTF-8"},
+      {inRoot("<modifyEvent><deleteObject a=\"1\"/></modifyEvent>"), "an attribute a"},
       {inRoot("<modifyEvent><deleteObject><a/></deleteObject></modifyEvent>"),
        "deleteObject holds an element a"},
   };
   for (const Case& test : cases) {
     EXPECT_THAT(refusalOf(test.xml), HasSubstr(test.place)) << test.xml;
   }
+}
+
+TEST(ModifyRequestReader, EncodingGoesByTheAttributeAndNotByItsBytes) {
+  // Both are valid in either encoding.
+  const ScopedEncoding encoding(Encoding::find("windows-1252"));
+  const std::string utf8 = "\xC3\xB6";             // an o with two dots
+  const std::string doubled = "\xC3\x83\xC2\xB6";  // what its bytes are in the job's encoding
+  const ModifyEvent event =
+      eventOf("<command commandName=\"" + utf8 + "\"/><subtype subtype=\"" + utf8 +
+              "\"/><label expression=\"" + utf8 + "\" exact=\"true\"/><modifyGraph styleSheet=\"" +
+              utf8 + "\"/><objectProperties label=\"" + utf8 + "\"/><modifyTable title=\"" + utf8 +
+              "\" summary=\"" + utf8 + "\" sortLabel=\"" + utf8 + "\" format=\"" + utf8 +
+              "\"><layer layer=\"" + utf8 + "\" category=\"" + utf8 +
+              "\"/></modifyTable><tableCells selectExpression=\"" + utf8 + "\" selectCondition=\"" +
+              utf8 + "\" format=\"" + utf8 + "\" font=\"" + utf8 + "\" replace=\"" + utf8 +
+              "\"/><modifyText expression=\"" + utf8 + "\" fontFamily=\"" + utf8 + "\"/>");
+  for (const std::string& text : {event.conditions.commands[0].name, event.conditions.subtypes[0],
+                                  event.conditions.labels[0].text, event.graph->styleSheet,
+                                  *event.properties->label, *event.text->text, event.text->font}) {
+    EXPECT_EQ(text, utf8);
+  }
+  const CellsChange& cells = event.cells[0];
+  for (const std::string& text :
+       {*event.table->title, *event.table->summary, *event.table->sort->label, event.table->format,
+        *event.table->layers[0].layer, *event.table->layers[0].category, cells.labels[0],
+        cells.conditions[0], cells.format, cells.font, *cells.replacement}) {
+    EXPECT_EQ(text, doubled);
+  }
+}
+
+TEST(ModifyRequestReader, EscapesAreResolvedWhereTheyAreWritten) {
+  const std::string raw = "&amp;lt;&#65;&x;'";
+  const ModifyRequest request = readModifyRequest(
+      "<modifyOutputObject documentName=\"" + raw + "\"><modifyEvent><command commandName=\"" +
+      raw + "\"/><subtype subtype=\"" + raw + "\"/><label expression=\"" + raw +
+      "\" exact=\"true\"/><modifyGraph styleSheet=\"" + raw + "\"/><objectProperties label=\"" +
+      raw + "\"/><modifyTable title=\"" + raw + "\" summary=\"" + raw + "\" sortLabel=\"" + raw +
+      "\" format=\"" + raw + "\"><layer layer=\"" + raw + "\" category=\"" + raw +
+      "\"/></modifyTable><tableCells selectExpression=\"a&gt;&quot;&apos;\" selectCondition=\"" +
+      raw + "\" format=\"" + raw + "\" font=\"" + raw + "\" replace=\"" + raw +
+      "\"/><modifyText expression=\"" + raw + "\" fontFamily=\"" + raw +
+      "\"/></modifyEvent></modifyOutputObject>");
+  const ModifyEvent& event = request.events[0];
+  const CellsChange& cells = event.cells[0];
+  for (const std::string& text :
+       {event.conditions.commands[0].name, event.conditions.subtypes[0],
+        event.conditions.labels[0].text, event.graph->styleSheet, event.text->font,
+        event.table->format, cells.format, cells.font, *cells.replacement}) {
+    EXPECT_EQ(text, raw);
+  }
+  for (const std::string& text :
+       {request.documentName, *event.properties->label, *event.text->text, *event.table->title,
+        *event.table->summary, *event.table->sort->label, *event.table->layers[0].layer,
+        *event.table->layers[0].category, cells.conditions[0]}) {
+    EXPECT_EQ(text, "&lt;&#65;&x;'");
+  }
+  EXPECT_EQ(cells.labels[0], "a>\"'");
+}
+
+TEST(ModifyRequestReader, WhatNoCommandWritesIsRefused) {
+  const std::string look = "<tableProperties></tableProperties>";
+  const struct {
+    std::string event;
+    const char* reason;
+  } cases[] = {
+      // A look that ends its element, goes on with another change, and begins its element again.
+      {"<modifyTable><tableLook>" + look +
+           "</tableLook></modifyTable><deleteObject/><modifyTable>"
+           "<tableLook>" +
+           look + "</tableLook></modifyTable>",
+       "deleteObject is out of its order"},
+      {"<modifyTable/><tableCells/><modifyTable/>", "modifyTable is out of its order"},
+      {"<modifyTable/><modifyTable/>", "modifyTable is out of its order or once too often"},
+      {"<modifyGraph/><modifyGraph/>", "modifyGraph is out of its order or once too often"},
+      {"<deleteObject/><deleteObject/>", "once too often"},
+      {"<indexObject/><indexObject/>", "once too often"},
+      {"<objectProperties/><objectProperties/>", "once too often"},
+      {"<modifyText/><modifyText/>", "once too often"},
+      {"<modifyText/><tableCells/>", "tableCells is out of its order"},
+      {"<subtype/><command/>", "command is out of its order"},
+      {"<modifyTable><tableLook>" + look + look + "</tableLook></modifyTable>",
+       "tableLook holds not just one element"},
+      {"<modifyTable><tableLook>" + look + "x</tableLook></modifyTable>", "not just one element"},
+      {"<modifyTable><tableLook></tableLook></modifyTable>", "not just one element"},
+      {"<modifyTable><tableLook a=\"1\">" + look + "</tableLook></modifyTable>", "not known"},
+      {"<modifyTable><tableLook>" + look + "</tableLook><layer/></modifyTable>",
+       "an element layer"},
+      {"<modifyTable><tableLook>" + look + "</tableLook><tableLook>" + look +
+           "</tableLook></modifyTable>",
+       "an element tableLook"},
+      {"<modifyGraph><chartTemplate><template/><template/></chartTemplate></modifyGraph>",
+       "chartTemplate holds not just one element"},
+      {"<subtype subtype=\"a\" subtype=\"b\"/>", "a second time"},
+      {"<tableCells bold=\"true\" bold=\"true\"/>", "a second time"},
+      {"<objectProperties visible=\"no\" visible=\"yes\"/>", "a second time"},
+      {"<label expression=\"a\"/>", "just one way to match"},
+      {"<label expression=\"a\" exact=\"true\" ends=\"true\"/>", "just one way to match"},
+  };
+  for (const auto& test : cases) {
+    EXPECT_THAT(refusalOf(inRoot("<modifyEvent>" + test.event + "</modifyEvent>")),
+                HasSubstr(test.reason))
+        << test.event;
+  }
+  EXPECT_THAT(refusalOf(inRoot("<modifyEvent tables=\"true\" tables=\"true\"/>")),
+              HasSubstr("a second time"));
+  EXPECT_THAT(refusalOf("<modifyOutputObject documentName=\"a\" documentName=\"b\"/>"),
+              HasSubstr("a second time"));
+  // Around the element of a file there may be what says nothing.
+  EXPECT_EQ(eventOf("<modifyTable><tableLook>\n<?xml version=\"1.0\"?><!-- a -->" + look +
+                    "\n<!-- b --></tableLook></modifyTable>")
+                .table->look,
+            "<tableProperties/>");
+}
+
+TEST(ModifyRequestReader, PlaceOfAnErrorComesFirstAndTheMessageIsShort) {
+  const std::string longText(300, 'x');
+  const std::string broken = inRoot("<modifyEvent><subtype subtype=\"" + longText + "\"" +
+                                    longText + "\"/></modifyEvent>");
+  const std::string cases[] = {
+      broken,
+      inRoot("<modifyEvent tables=\"" + longText + "\"/>"),
+      inRoot("<modifyEvent " + longText + "=\"true\"/>"),
+      inRoot("<modifyEvent><" + longText + "/></modifyEvent>"),
+  };
+  for (const std::string& xml : cases) {
+    const std::string reason = refusalOf(xml);
+    EXPECT_TRUE(reason.starts_with("at byte ")) << reason;
+    EXPECT_LE(reason.size(), 110U) << reason;
+    EXPECT_LE(reason.find(" of the modify document, "), 12U) << reason;
+  }
+  EXPECT_LE(refusalOf(broken).size(), 72U) << "the end is seen, too";
+  EXPECT_THAT(refusalOf(inRoot("<modifyEvent><subtype subtype=\"\"ä表表表\"/></modifyEvent>")),
+              HasSubstr("near \"ype=\"\"ä表\""))
+      << "no character is cut";
 }
 
 }  // namespace

@@ -126,6 +126,25 @@ TEST(ObjectSelection, NamesBeyondAsciiAreComparedWithoutCaseToo) {
               ElementsAre("a"));
 }
 
+TEST(ObjectSelection, WhatNoCommandMadeMeetsNoCondition) {
+  DocumentObject root = makeTree();
+  for (const char* const command : {"<command  last=\"true\"/>", "<command />"}) {
+    EXPECT_THAT(labelsOf(selectObjects(root, eventOf(" texts=\"true\"", command), {})), IsEmpty())
+        << command;
+  }
+}
+
+TEST(ObjectSelection, LastRunIsThatOfTheNameInAnyCase) {
+  DocumentObject root;
+  root.children = {object(ObjectType::kTable, "Means", 1, "", "first"),
+                   object(ObjectType::kTable, "MEANS", 2, "", "second"),
+                   object(ObjectType::kTable, "M\xC3\x84NNER", 2, "", "third"),
+                   object(ObjectType::kTable, "m\xC3\xA4nner", 1, "", "fourth")};
+  EXPECT_THAT(
+      labelsOf(selectObjects(root, eventOf(" tables=\"true\"", "<command  last=\"true\"/>"), {})),
+      ElementsAre("second", "third"));
+}
+
 TEST(ObjectSelection, WhatIsGoneIsNotSelectedNorCounted) {
   DocumentObject root = makeTree();
   const ObjectSet gone = {&root.children[0], &root.children[3]};

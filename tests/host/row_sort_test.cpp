@@ -208,10 +208,25 @@ TEST(RowSort, LabelMeansTheFirstColumnThatHasCells) {
   EXPECT_EQ(sortedRows(table, byPosition(2)), "abc") << "the empty column is shown and counts";
 }
 
-TEST(RowSort, GroupLabelIsNoColumn) {
-  PivotTable table = columnOf({2.0, 1.0});
-  addGroup(table.dimensions[1], "group");
-  EXPECT_EQ(sortedRows(table, byLabel("group")), "ab");
+TEST(RowSort, GroupLabelMeansTheFirstColumnBelowIt) {
+  PivotTable table;
+  PivotDimension columns = makeDimension("columns", PivotPlace::kColumns, 1, {"x"});
+  const int outer = addGroup(columns, "outer");
+  const int inner = addGroup(columns, "inner", outer);
+  addLeaf(columns, "y", inner);
+  addLeaf(columns, "z", inner);
+  addGroup(columns, "empty");
+  table.dimensions = {makeDimension("rows", PivotPlace::kRows, 1, {"a", "b", "c"}), columns};
+  const int values[3][3] = {{1, 2, 3}, {2, 3, 2}, {3, 1, 1}};
+  for (int row = 0; row < 3; ++row) {
+    for (int column = 0; column < 3; ++column) {
+      addCell(table, {row, column}, numberCell(values[row][column]));
+    }
+  }
+  EXPECT_EQ(sortedRows(table, byLabel("inner")), "cab");
+  EXPECT_EQ(sortedRows(table, byLabel("outer")), "cab");
+  EXPECT_EQ(sortedRows(table, byLabel("z")), "cba");
+  EXPECT_EQ(sortedRows(table, byLabel("empty")), "abc");
 }
 
 TEST(RowSort, EmptyColumnsOfATooLargeTableDoNotCount) {

@@ -165,8 +165,28 @@ TEST(SvgRestyle, EachPartIsToldFromWhatIsDrawn) {
       // What is not drawn, or not in a colour, stays.
       {"<clipPath id=\"c\"><rect width=\"9\" height=\"9\"/></clipPath>",
        "<clipPath id=\"c\"><rect width=\"9\" height=\"9\"/></clipPath>"},
-      {"<circle r=\"5\" fill=\"url(#g)\" stroke=\"currentColor\"/>",
-       "<circle r=\"5\" fill=\"url(#g)\" stroke=\"currentColor\"/>"},
+      {"<circle r=\"5\" fill=\"url(#g)\" stroke=\"none\"/>",
+       "<circle r=\"5\" fill=\"url(#g)\" stroke=\"none\"/>"},
+      // The current color is that of where it is drawn, and black at first.
+      {"<line x2=\"9\" stroke=\"currentColor\"/>",
+       "<line x2=\"9\" style=\"stroke:#000003\" data-stroke-part=\"axis\"/>"},
+      {"<g color=\"red\"><circle r=\"5\" fill=\"CurrentColor\"/></g>",
+       "<g color=\"red\"><circle r=\"5\" style=\"fill:#0000f1\" "
+       "data-fill-part=\"series-1\"/></g>"},
+      {"<g fill=\"currentColor\" color=\"red\"><circle r=\"5\" color=\"currentColor\"/>"
+       "<circle r=\"5\" style=\"color:blue\"/></g>",
+       "<g fill=\"currentColor\" color=\"red\"><circle r=\"5\" color=\"currentColor\" "
+       "style=\"fill:#0000f1\" data-fill-part=\"series-1\"/><circle r=\"5\" "
+       "style=\"color:blue;fill:#0000f2\" data-fill-part=\"series-2\"/></g>"},
+      {"<style>circle:hover { color: red }</style><circle r=\"5\" fill=\"currentColor\"/>",
+       "<style>circle:hover { color: red }</style><circle r=\"5\" fill=\"currentColor\"/>"},
+      // A text that is drawn by a use is in the colour of the use, or in its own.
+      {"<defs><g id=\"g\"><text>a</text></g><text>unused</text></defs><use href=\"#g\"/>",
+       "<defs><g id=\"g\"><text>a</text></g><text>unused</text></defs>"
+       "<use href=\"#g\" style=\"fill:#000001\" data-fill-part=\"text\"/>"},
+      {"<defs><text id=\"t\" fill=\"#111\">a</text></defs><use href=\"#t\"/>",
+       "<defs><text id=\"t\" style=\"fill:#000001\" data-fill-part=\"text\">a</text></defs>"
+       "<use href=\"#t\"/>"},
       {"<circle r=\"5\" fill-opacity=\"0\"/>", "<circle r=\"5\" fill-opacity=\"0\"/>"},
       {"<style>circle:hover { fill: red }</style><circle r=\"5\"/>",
        "<style>circle:hover { fill: red }</style><circle r=\"5\"/>"},

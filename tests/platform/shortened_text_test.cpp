@@ -44,6 +44,16 @@ TEST(ShortenedText, IsNeverWiderThanEightyColumns) {
   }
 }
 
+TEST(TextHead, TakesNoMoreThanItsColumns) {
+  EXPECT_EQ(textHead("", 1), "");
+  EXPECT_EQ(textHead("abc", 3), "abc");
+  EXPECT_EQ(textHead("abcd", 3), "ab…");
+  EXPECT_EQ(textHead("表表", 4), "表表");
+  EXPECT_EQ(textHead("表表表", 4), "表…");
+  EXPECT_EQ(textHead(repeat("e\u0301", 5), 4), repeat("e\u0301", 3) + "…");
+  EXPECT_EQ(textHead(std::string(kHostileSize, 'a'), 5), "aaaa…");
+}
+
 TEST(ShortenedText, OfAMillionCharactersOrMarksIsShortAndQuick) {
   const auto start = std::chrono::steady_clock::now();
   const std::string letters = shortenedText(std::string(kHostileSize, 'a'));

@@ -379,6 +379,17 @@ TEST(TablePrinter, LooksOfLabelsAndTextsAreShownWhereColoursAre) {
   EXPECT_THAT(print(table, kTrueColor), testing::StartsWith("\x1b[1;3mTitle")) << "still bold";
 }
 
+TEST(TablePrinter, LayersHaveTheirLook) {
+  PivotTable table = matrix({"r"}, {"c"});
+  table.dimensions.push_back(makeDimension("Sex", PivotPlace::kLayers, 1, {"Male"}));
+  addCell(table, {0, 0, 0}, textCell("x"));
+  EXPECT_THAT(print(table, kTrueColor), HasSubstr("\nSex: Male\n"));
+  TableLook look;
+  look.area(LookArea::kLayers).text.italic = true;
+  table.tableLook = Shared<TableLook>(look);
+  EXPECT_THAT(print(table, kTrueColor), HasSubstr("\x1b[3mSex: Male\x1b[0m\n"));
+}
+
 TEST(TablePrinter, GivenWidthOfAColumnComesBeforeTheLimits) {
   PivotTable table = matrix({"r"}, {"c", "d"});
   addCell(table, {0, 0}, textCell("one two"));

@@ -82,10 +82,7 @@ void ContentWriter::operator()(const TableContent& table) const {
   const ProgressStep writing(2, kTableSteps);
   for (std::size_t i = 0; i < grids.size(); ++i) {
     const ProgressStep step(i, grids.size());
-    if (const std::string layers = layerHeading(grids[i]); !layers.empty()) {
-      html_.element(fmt::format("h{}", headingLevel_), layers, "layer");
-      html_.newLine();
-    }
+    writeLayerHeading(html_, grids[i], headingLevel_);
     writeHtmlTable(html_, grids[i], {fmt::format("t{}x{}", entry_.number, i + 1), object_.label});
   }
 }

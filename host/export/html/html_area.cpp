@@ -43,6 +43,24 @@ const char* verticalName(LookVertical vertical) {
   return "bottom";
 }
 
+std::string marginCss(const LookMargins& margins) {
+  return fmt::format("padding:{:.6g}pt {:.6g}pt {:.6g}pt {:.6g}pt;", margins.top, margins.right,
+                     margins.bottom, margins.left);
+}
+
+const SharedLook& textLookOf(const TableGrid& grid, LookArea area) {
+  switch (area) {
+    case LookArea::kTitle:
+      return grid.titleLook;
+    case LookArea::kLayers:
+      return grid.layersLook;
+    case LookArea::kCaption:
+      return grid.captionLook;
+    default:
+      return grid.footnoteLook;
+  }
+}
+
 /// The area of a place and how far it reaches.
 struct Extent {
   LookArea area;
@@ -68,9 +86,8 @@ std::string areaCss(const TableGrid& grid, int row, int column, int rowSpan, int
   const Extent extent = extentAt(grid, row, column);
   const AreaLook& look = grid.tableLook->area(extent.area);
   const LookBorders& lines = look.borders;
-  std::string css = fmt::format("padding:{:.6g}pt {:.6g}pt {:.6g}pt {:.6g}pt;vertical-align:{};",
-                                look.margins.top, look.margins.right, look.margins.bottom,
-                                look.margins.left, verticalName(look.vertical));
+  std::string css = marginCss(look.margins);
+  css += fmt::format("vertical-align:{};", verticalName(look.vertical));
   css += lineCss("top", row == extent.firstRow ? lines.top : lines.rows);
   css += lineCss("bottom", row + rowSpan >= extent.endRow ? lines.bottom : lines.rows);
   css += lineCss("left", column == extent.firstColumn ? lines.left : lines.columns);
@@ -81,6 +98,30 @@ std::string areaCss(const TableGrid& grid, int row, int column, int rowSpan, int
     if (widths.max > 0) css += fmt::format("max-width:{}pt;", widths.max);
   }
   return css;
+}
+
+std::string boxCss(const TableGrid& grid, LookArea area) {
+  if (grid.tableLook.empty()) return {};
+  const AreaLook& look = grid.tableLook->area(area);
+  const char* side = look.horizontal == LookHorizontal::kCenter  ? "center"
+                     : look.horizontal == LookHorizontal::kRight ? "right"
+                                                                 : "left";
+  std::string css = fmt::format("text-align:{};", side) + marginCss(look.margins);
+  css += lineCss("top", look.borders.top) + lineCss("bottom", look.borders.bottom) +
+         lineCss("left", look.borders.left) + lineCss("right", look.borders.right);
+  const auto ground = parseCellColor(textLookOf(grid, area)->backgroundColor);
+  if (ground) css += "background:" + htmlColor(*ground) + ";";
+  return css;
+}
+
+std::string footnoteCss(const TableGrid& grid, bool isFirst) {
+  if (grid.tableLook.empty()) return {};
+  const AreaLook& look = grid.tableLook->area(LookArea::kFootnotes);
+  const char* side = look.horizontal == LookHorizontal::kCenter  ? "center"
+                     : look.horizontal == LookHorizontal::kRight ? "flex-end"
+                                                                 : "flex-start";
+  return fmt::format("justify-content:{};", side) +
+         (isFirst ? std::string() : lineCss("top", look.borders.rows));
 }
 
 }  // namespace vornwout

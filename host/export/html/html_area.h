@@ -1,4 +1,5 @@
-// The lines, margins and alignment that a table's look gives its cells, as style attributes.
+// The lines, margins and alignment that a table's look gives its cells and what stands around them,
+// as style attributes.
 //
 // Every line is written out, those that are not there as well: a page has lines of its own. Where
 // two cells meet the browser draws the wider line, as looks have it.
@@ -12,5 +13,11 @@ namespace vornwout {
 
 /// The style of what covers these places; empty for a table without a look of its own.
 std::string areaCss(const TableGrid& grid, int row, int column, int rowSpan, int columnSpan);
+
+/// The style of what an area beside the cells stands in: the title, the layers, the caption or the
+/// footnotes. Empty for a table without a look of its own.
+std::string boxCss(const TableGrid& grid, LookArea area);
+/// The line above every footnote but the first one, and where on its line it stands.
+std::string footnoteCss(const TableGrid& grid, bool isFirst);
 
 }  // namespace vornwout

@@ -238,10 +238,12 @@ void writeFootnotes(HtmlWriter& html, const TableGrid& grid, const HtmlTableOpti
   const LookCss look = lookCss(grid.footnoteLook.get());
   html.start("dl");
   html.attribute("class", "notes");
+  html.optionalAttribute("style", boxCss(grid, LookArea::kFootnotes));
   html.newLine();
   for (const Footnote& footnote : grid.footnotes) {
     html.start("div");
     html.attribute("id", options.idPrefix + "n" + footnote.mark);
+    html.optionalAttribute("style", footnoteCss(grid, &footnote == &grid.footnotes.front()));
     html.element("dt", footnote.mark);
     html.start("dd");
     writeLooked(html, footnote.text, look);
@@ -259,6 +261,7 @@ void writeTitle(HtmlWriter& html, const TableGrid& grid, const HtmlTableOptions&
   if (title.empty() && layers.empty()) return;
   html.start("caption");
   html.attribute("id", options.idPrefix + "c");
+  if (!grid.title.empty()) html.optionalAttribute("style", boxCss(grid, LookArea::kTitle));
   if (!title.empty()) {
     html.start("span");
     if (grid.title.empty()) {
@@ -311,6 +314,18 @@ std::string layerHeading(const TableGrid& grid) {
   return heading;
 }
 
+void writeLayerHeading(HtmlWriter& html, const TableGrid& grid, int level) {
+  const std::string layers = layerHeading(grid);
+  if (layers.empty()) return;
+  const std::string name = fmt::format("h{}", level);
+  html.start(name);
+  html.attribute("class", "layer");
+  html.optionalAttribute("style", boxCss(grid, LookArea::kLayers));
+  writeLooked(html, layers, lookCss(grid.layersLook.get()));
+  html.end(name);
+  html.newLine();
+}
+
 void writeHtmlTable(HtmlWriter& html, const TableGrid& grid, const HtmlTableOptions& options) {
   // A table that is wider than the screen scrolls by itself, also by keyboard.
   html.start("div");
@@ -345,6 +360,7 @@ void writeHtmlTable(HtmlWriter& html, const TableGrid& grid, const HtmlTableOpti
   if (!grid.caption.empty()) {
     html.start("p");
     html.attribute("class", "caption");
+    html.optionalAttribute("style", boxCss(grid, LookArea::kCaption));
     writeLooked(html, grid.caption, lookCss(grid.captionLook.get()));
     html.end("p");
     html.newLine();

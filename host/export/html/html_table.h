@@ -26,4 +26,8 @@ void writeHtmlTable(HtmlWriter& html, const TableGrid& grid, const HtmlTableOpti
 /// "Sex: Male, Age: Adult", the combination of layers that a grid shows; empty without layers.
 std::string layerHeading(const TableGrid& grid);
 
+/// Writes the combination as a heading of this level, in the look of the layers; nothing without
+/// layers.
+void writeLayerHeading(HtmlWriter& html, const TableGrid& grid, int level);
+
 }  // namespace vornwout
