@@ -2,7 +2,7 @@
 # make check    install what is needed, build, and pass all tests
 # The other targets expect what these two installed.
 
-.PHONY: demo check build install bench fuzz tidy format docs coverage clean
+.PHONY: demo check test build install bench fuzz tidy format docs coverage clean
 
 PREFIX ?= /usr/local
 FUZZ_SECONDS ?= 3600
@@ -15,6 +15,11 @@ demo:
 check:
 	@cmake/install-dependencies.sh check
 	@tests/check.sh
+
+# The unit tests without sanitizers, as optimised code meets them.
+test:
+	@cmake/build.sh release -DVORN_TESTS=ON -DVORN_UNIT_TESTS=ON
+	@ctest --test-dir build/release --output-on-failure
 
 build:
 	@cmake/build.sh release

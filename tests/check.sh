@@ -1,8 +1,8 @@
 #!/bin/bash
 # Runs every ring of the tests and closes with the sum: "N passed, N failed".
 #
-#   release build: unit, repository and job tests, benchmarks once, the installed package
-#   clang build with AddressSanitizer and UBSan: the unit and job tests again, fuzzing for 60 seconds
+#   release build (gcc): repository, fault and job tests, examples, benchmarks once, the installed package
+#   clang build with AddressSanitizer and UBSan: the unit tests, and the others again, fuzzing for 60 seconds
 #   gates: format, naming and tidy checks, headers that compile alone
 set -u
 cd "$(dirname "$0")/.."
@@ -50,9 +50,10 @@ judge() {
   fi
 }
 
-# Runs the test programs of a build, as many at a time as there are processors.
+# Runs test programs of a build, as many at a time as there are processors.
 suites() {
-  local programs=("$1"/tests/*_tests) program name running=0
+  local programs=("${@:2}") program name running=0
+  programs=("${programs[@]/#/$1/tests/}")
   for program in "${programs[@]}"; do
     name=$(basename "$program")
     {
@@ -74,7 +75,7 @@ suites() {
 
 build() {
   # A demo may have configured the same folder without tests.
-  cmake/build.sh "$1" -DVORN_TESTS=ON >"$log/build" 2>&1 && return
+  cmake/build.sh "$@" -DVORN_TESTS=ON >"$log/build" 2>&1 && return
   grep -A 20 -E 'rror|FAILED' "$log/build" | head -n 100
   return 1
 }
@@ -88,9 +89,9 @@ finish() {
 stage gates
 step "format" tests/format.sh --dry-run -Werror
 stage "release build"
-step "build (gcc)" build release || finish
+step "build (gcc)" build release -DVORN_UNIT_TESTS=OFF || finish
 stage "release tests"
-suites build/release
+suites build/release fault_tests job_tests repository_tests
 step "benchmarks run" bench/run.sh build/release/bench --smoke
 step "installed package serves an outside host" tests/installed_package.sh build/release
 step "the restyled example is as expected" tests/restyled_example.sh build/release/runner/vornwout
@@ -101,7 +102,7 @@ if step "build (clang, AddressSanitizer, UBSan, libFuzzer)" build fuzzing; then
   stage "tests with sanitizers"
   # A smaller quarantine of freed memory: the leak check after each test walks all of it.
   export ASAN_OPTIONS=quarantine_size_mb=8:thread_local_quarantine_size_kb=128
-  suites build/fuzzing
+  suites build/fuzzing host_tests platform_tests runner_tests libvornwout_tests fault_tests job_tests repository_tests
   unset ASAN_OPTIONS
   stage fuzzing
   step "fuzzing for 60 seconds" fuzz/run.sh 60

@@ -208,7 +208,7 @@ INSTANTIATE_TEST_SUITE_P(
                       [](CellsChange& c) {
                         c.headers = c.significance = true, c.conditions = {"x<0.05", "x=20"};
                       },
-                      "4 7 North b Total Tests Sig | Sig"},
+                      "4 7 North b Total Tests Sig | Sig Mean"},
         SelectionCase{
             "HeadersOfNamedCellsThatAreNotThere",
             [](CellsChange& c) { c.headers = true, c.labels = {"None"}, c.conditions = {"x=20"}; },
