@@ -629,8 +629,7 @@ class EventOrder {
                                            [&](const auto& one) { return one.name == name; });
     if (known == kEventElements.end()) refuseElement(element, child);
     if (known < next_) {
-      throw ChangeError(
-          fmt::format("{}, {} is out of its order or once too often", placeOf(child), name));
+      throw ChangeError(fmt::format("{}, {} is out of order or doubled", placeOf(child), name));
     }
     next_ = known->mayRepeat ? known : known + 1;
   }

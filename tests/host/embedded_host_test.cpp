@@ -58,6 +58,8 @@ TEST(EmbeddedHost, WhatCannotBeDoneIsRefusedInWords) {
   EXPECT_EQ(modify("*"), "because no output document is open");
   EXPECT_EQ(modify(""), "because no output document is open");
   EXPECT_EQ(modify("a &amp; b"), "because there is no open output document named a & b");
+  EXPECT_EQ(modify(std::string(100, 'x')),
+            "because there is no open output document named " + std::string(23, 'x') + "…");
   EXPECT_EQ(textOf([&] { host.ExportOutput("<x/>"); }),
             "This version cannot export output documents.");
 }
