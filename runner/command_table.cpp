@@ -63,7 +63,9 @@ constexpr const char* kModifyDetails =
     "commas, of any of its words, of\nlabels in quotes and of POSITION(1 2). SELECTCONDITION is "
     "also an "
     "expression over the value x in square\nbrackets, [x>5 and x<10]; APPLYTO leads from the "
-    "chosen cells to others.\n";
+    "chosen cells to others.\nSIZE takes a width and a height, each a number or PROPORTIONAL, and "
+    "the "
+    "unit: SIZE=2 1 INCHES, or\nPERCENT(50 50).\n";
 
 constexpr std::array kCommands = {
     Command{"OUTPUT NEW", "outnew_", outnew_,

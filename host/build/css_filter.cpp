@@ -72,8 +72,9 @@ bool loadsSomething(const std::string& css) {
                      [&](std::string_view what) { return css.find(what) != std::string::npos; });
 }
 
-/// End of the rule that starts at `at`: behind its semicolon, which quotes and brackets may hide.
-std::size_t endOfImport(std::string_view css, std::size_t at) {
+}  // namespace
+
+std::size_t endOfDeclaration(std::string_view css, std::size_t at) {
   char quote = 0;
   int brackets = 0;
   for (; at < css.size(); ++at) {
@@ -87,13 +88,11 @@ std::size_t endOfImport(std::string_view css, std::size_t at) {
     } else if (c == ')') {
       --brackets;
     } else if (c == ';' && brackets <= 0) {
-      return at + 1;
+      break;
     }
   }
-  return css.size();
+  return at;
 }
-
-}  // namespace
 
 std::string asciiLowered(std::string_view text) {
   std::string result(text);
@@ -141,7 +140,7 @@ std::string filteredCss(std::string_view css) {
   for (std::size_t at = 0; at < plain->size();) {
     const std::string_view rest = std::string_view(lowerPlain).substr(at);
     if (rest.starts_with("@import")) {
-      at = endOfImport(lowerPlain, at);
+      at = std::min(endOfDeclaration(lowerPlain, at) + 1, lowerPlain.size());
     } else if (rest.starts_with("url(")) {
       const std::size_t end = lowerPlain.find(')', at);
       if (end == std::string::npos) return {};

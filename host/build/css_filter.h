@@ -1,6 +1,7 @@
 // Style sheets and style attributes of a chart without what would load something.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,10 @@ namespace vornwout {
 /// when it cannot be judged: escapes that hide such a thing, an address without an end, functions
 /// that load.
 std::string filteredCss(std::string_view css);
+
+/// Where the declaration or rule that starts at `at` ends: at a semicolon outside of quotes and
+/// brackets, or with the style.
+std::size_t endOfDeclaration(std::string_view css, std::size_t at);
 
 /// ASCII letters in lower case, everything else as it is.
 std::string asciiLowered(std::string_view text);

@@ -723,6 +723,8 @@ CellSelection Selector::run() {
     takesData = true;
   }
   if (takesData) {
+    // Columns and rows that headers lead to reach through all layers.
+    leaveHiddenLayers();
     for (std::size_t i = 0; i < reasons_.size(); ++i) {
       if (reasons_[i] != 0) selection_.cells.push_back(static_cast<std::uint32_t>(i));
     }

@@ -84,19 +84,9 @@ constexpr double kMaxPercent = 400;
 constexpr double kMaxFontSize = 1000;
 constexpr int kMostNumber = std::numeric_limits<int>::max();
 
-bool isUtf8(std::string_view text) {
-  for (text.remove_prefix(asciiPrefixLength(text)); !text.empty();
-       text.remove_prefix(asciiPrefixLength(text))) {
-    const int length = validUtf8Length(text);
-    if (length == 0) return false;
-    text.remove_prefix(static_cast<std::size_t>(length));
-  }
-  return true;
-}
-
 /// For messages, which show whatever came.
 std::string asUtf8(std::string_view text) {
-  return isUtf8(text) ? std::string(text) : currentToUtf8(text);
+  return isValidUtf8(text) ? std::string(text) : currentToUtf8(text);
 }
 
 /// Resolves the five entities that the writers make, once; nothing else is one.
@@ -142,7 +132,7 @@ class Attribute {
 
   /// A text in UTF-8 that is as its user wrote it.
   std::string plainText() const {
-    if (!isUtf8(value())) refuse("is not UTF-8");
+    if (!isValidUtf8(value())) refuse("is not UTF-8");
     return std::string(value());
   }
   std::string escapedText() const { return withoutEscapes(plainText()); }

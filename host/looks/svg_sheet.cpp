@@ -19,27 +19,6 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
 }
 
-/// Where the declaration that starts at `at` ends: at a semicolon outside of quotes and brackets.
-std::size_t endOfDeclaration(std::string_view style, std::size_t at) {
-  char quote = 0;
-  int brackets = 0;
-  for (; at < style.size(); ++at) {
-    const char c = style[at];
-    if (quote != 0) {
-      if (c == quote) quote = 0;
-    } else if (c == '"' || c == '\'') {
-      quote = c;
-    } else if (c == '(') {
-      ++brackets;
-    } else if (c == ')') {
-      --brackets;
-    } else if (c == ';' && brackets <= 0) {
-      return at;
-    }
-  }
-  return at;
-}
-
 /// Behind the brace that closes the one at `open`.
 std::size_t endOfBlock(std::string_view css, std::size_t open) {
   int depth = 0;

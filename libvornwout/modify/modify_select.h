@@ -4,7 +4,7 @@
 // The constructor declares the grammar of a group; populateSpecification walks the groups that were
 // parsed and writes one modify event for each.
 //
-// A new modifier is a class of its own and a line in the list of modify_select.cpp: the line's
+// A new modifier is a class of its own, included and listed in modify_select.cpp: the line's
 // place is that of its declaration, its turn that of its element. The element takes the same place
 // in docs/modify-document.md and its schema, and a host must know it.
 #pragma once

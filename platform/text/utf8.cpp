@@ -37,6 +37,16 @@ int validUtf8Length(std::string_view text) {
   return static_cast<int>(length);
 }
 
+bool isValidUtf8(std::string_view text) {
+  for (text.remove_prefix(asciiPrefixLength(text)); !text.empty();
+       text.remove_prefix(asciiPrefixLength(text))) {
+    const int length = validUtf8Length(text);
+    if (length == 0) return false;
+    text.remove_prefix(static_cast<std::size_t>(length));
+  }
+  return true;
+}
+
 std::size_t asciiPrefixLength(std::string_view text) {
   constexpr std::uint64_t kHighBits = 0x8080808080808080U;
   std::size_t at = 0;

@@ -15,6 +15,9 @@ namespace vornwout {
 /// empty.
 int validUtf8Length(std::string_view text);
 
+/// True when all of it is valid UTF-8.
+bool isValidUtf8(std::string_view text);
+
 /// Number of bytes before the first one that is not ASCII.
 std::size_t asciiPrefixLength(std::string_view text);
 

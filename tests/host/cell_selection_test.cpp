@@ -359,6 +359,11 @@ TEST(CellSelection, OnlyTheLayerThatIsShownIsMeant) {
   const std::string shown = selected(table, body);
   EXPECT_EQ(all.rfind("0 1 2", 0), 0U);
   EXPECT_EQ(shown.rfind("8 9 10", 0), 0U) << shown;
+  const Edit headersData = [](CellsChange& change) {
+    change.headers = true;
+    change.applyTo = "COLUMNDATA";
+  };
+  EXPECT_EQ(selected(table, headersData).rfind("8 9 10", 0), 0U);
   // The largest of what is seen, not of what is hidden.
   for (PivotCell& cell : table.cells) cell.value.number = cell.at[3] == 0 ? 1000 : cell.at[0];
   const auto top = selectCells(table, [] {

@@ -77,14 +77,7 @@ void replaceAll(std::string& text, std::string_view token, const std::string& re
 
 /// True for valid UTF-8 without a zero byte, at which the conversion would end.
 bool isPlainUtf8(const std::string& text) {
-  std::string_view rest = text;
-  for (rest.remove_prefix(asciiPrefixLength(rest)); !rest.empty();
-       rest.remove_prefix(asciiPrefixLength(rest))) {
-    const int length = validUtf8Length(rest);
-    if (length == 0) return false;
-    rest.remove_prefix(static_cast<std::size_t>(length));
-  }
-  return text.find('\0') == std::string::npos;
+  return isValidUtf8(text) && text.find('\0') == std::string::npos;
 }
 
 /// False for a text without any token, which most are: reading the clock for it would cost more
