@@ -10,6 +10,7 @@
 #include <pugixml.hpp>
 
 #include "host/build/css_filter.h"
+#include "host/build/string_xml_writer.h"
 #include "platform/text/encoding.h"
 #include "platform/text/utf8.h"
 
@@ -465,17 +466,6 @@ class Cleaner {
   std::vector<std::size_t> marks_;
 };
 
-class StringWriter : public pugi::xml_writer {
- public:
-  explicit StringWriter(std::string& out) : out_(out) {}
-  void write(const void* data, std::size_t size) override {
-    out_.append(static_cast<const char*>(data), size);
-  }
-
- private:
-  std::string& out_;
-};
-
 }  // namespace
 
 std::string sanitizeSvg(std::string_view svg) {
@@ -496,7 +486,7 @@ std::string sanitizeSvg(std::string_view svg) {
   const pugi::xml_node root = document.document_element();
   Cleaner().clean(root);
   std::string clean;
-  StringWriter writer(clean);
+  StringXmlWriter writer(clean);
   root.print(writer, "", pugi::format_raw, pugi::encoding_utf8);
   return clean;
 }

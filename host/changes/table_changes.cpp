@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/changes/replace_value.h"
 #include "host/changes/row_sort.h"
 #include "host/layout/table_axis.h"
 #include "host/looks/look_element.h"
@@ -19,19 +20,11 @@
 namespace vornwout {
 namespace {
 
-/// Whether `value` was another one before.
-template <typename Value>
-bool replace(Value& value, const Value& wanted) {
-  if (value == wanted) return false;
-  value = wanted;
-  return true;
-}
-
 bool changeTitle(PivotTable& table, const std::string& text) {
   CellText title;
   title.text = text;
   const bool wasHidden = std::exchange(table.titleHidden, false);
-  return replace(table.title, title) || wasHidden;
+  return replaceValue(table.title, title) || wasHidden;
 }
 
 bool transpose(PivotTable& table) {
@@ -127,7 +120,7 @@ bool changeFormat(PivotTable& table, DisplayFormat format) {
   bool changed = false;
   for (PivotCell& cell : table.cells) {
     if (cell.value.kind != CellText::Kind::kNumber) continue;
-    changed |= replace(cell.value.format.display, std::optional(format));
+    changed |= replaceValue(cell.value.format.display, std::optional(format));
   }
   return changed;
 }
@@ -152,11 +145,11 @@ void checkTableChange(const TableChange& change, ChangeNotes& notes) {
 bool changeTable(PivotTable& table, const TableChange& change, ChangeNotes& notes) {
   bool changed = false;
   if (change.title) changed |= changeTitle(table, *change.title);
-  if (change.summary) changed |= replace(table.summary, *change.summary);
+  if (change.summary) changed |= replaceValue(table.summary, *change.summary);
   if (change.usesDefaultLook)
-    changed |= replace(table.tableLook, Shared<TableLook>(defaultTableLook()));
+    changed |= replaceValue(table.tableLook, Shared<TableLook>(defaultTableLook()));
   if (!change.look.empty()) {
-    changed |= replace(table.tableLook, Shared<TableLook>(lookOf(change.look)));
+    changed |= replaceValue(table.tableLook, Shared<TableLook>(lookOf(change.look)));
   }
   if (change.transposes) changed |= transpose(table);
   changed |= chooseLayers(table, change.layers);

@@ -5,16 +5,10 @@
 #include <utility>
 #include <vector>
 
+#include "host/changes/replace_value.h"
+
 namespace vornwout {
 namespace {
-
-/// Whether `value` was another one before.
-template <typename Value>
-bool replace(Value& value, const Value& wanted) {
-  if (value == wanted) return false;
-  value = wanted;
-  return true;
-}
 
 /// The lines of a text, which end with "\n", "\r\n" or "\r"; at least one.
 std::vector<std::string_view> linesOf(std::string_view text) {
@@ -54,12 +48,12 @@ TextContent newText(std::string_view text, const TextContent& old) {
 
 bool changeStyle(TextStyle& style, const TextChange& change, bool changesFont) {
   bool changed = false;
-  if (changesFont) changed |= replace(style.font, change.font);
-  if (change.fontSize > 0) changed |= replace(style.size, change.fontSize);
-  if (change.bold) changed |= replace(style.bold, *change.bold);
-  if (change.italic) changed |= replace(style.italic, *change.italic);
-  if (change.underline) changed |= replace(style.underlined, *change.underline);
-  if (!change.color.empty()) changed |= replace(style.color, change.color);
+  if (changesFont) changed |= replaceValue(style.font, change.font);
+  if (change.fontSize > 0) changed |= replaceValue(style.size, change.fontSize);
+  if (change.bold) changed |= replaceValue(style.bold, *change.bold);
+  if (change.italic) changed |= replaceValue(style.italic, *change.italic);
+  if (change.underline) changed |= replaceValue(style.underlined, *change.underline);
+  if (!change.color.empty()) changed |= replaceValue(style.color, change.color);
   return changed;
 }
 
@@ -68,7 +62,7 @@ bool changeStyle(TextStyle& style, const TextChange& change, bool changesFont) {
 bool changeText(TextContent& text, const TextChange& change, ChangeNotes& notes,
                 const FontCheck& isFont) {
   bool changed = false;
-  if (change.text) changed |= replace(text, newText(*change.text, text));
+  if (change.text) changed |= replaceValue(text, newText(*change.text, text));
   const bool changesFont = !change.font.empty() && (!isFont || isFont(change.font));
   if (!change.font.empty() && !changesFont) notes.invalidFont(change.font);
   for (TextParagraph& paragraph : text.paragraphs) {

@@ -7,23 +7,13 @@
 #include <fmt/format.h>
 
 #include "host/build/css_filter.h"
+#include "host/build/string_xml_writer.h"
 #include "host/build/svg_sanitizer.h"
 #include "host/looks/svg_parts.h"
 #include "host/looks/svg_style.h"
 
 namespace vornwout {
 namespace {
-
-class StringWriter : public pugi::xml_writer {
- public:
-  explicit StringWriter(std::string& out) : out_(out) {}
-  void write(const void* data, std::size_t size) override {
-    out_.append(static_cast<const char*>(data), size);
-  }
-
- private:
-  std::string& out_;
-};
 
 class Restyler {
  public:
@@ -224,7 +214,7 @@ std::string restyleSvg(const std::string& svg, const ChartStyle& style) {
   const pugi::xml_node root = document.document_element();
   Restyler(root, style).restyle();
   std::string restyled;
-  StringWriter writer(restyled);
+  StringXmlWriter writer(restyled);
   root.print(writer, "", pugi::format_raw, pugi::encoding_utf8);
   if (restyled.size() > kMaxSvgBytes) throw SvgError("The chart is larger than 64 MiB.");
   return restyled;

@@ -107,7 +107,8 @@ void warnOfValues(const ModifyResult& result) {
 }
 
 void writeSummary(BpProcedure& procedure, const ModifyResult& result) {
-  FacSTDictionary dictionary(PathFactory::getPathInstance(3).getStringTableLocation());
+  FacSTDictionary dictionary(
+      PathFactory::getPathInstance(PathFactory::kInstallation).getStringTableLocation());
   dictionary.SetProcedure(kTitle);
   BpPivotTable table = procedure.PivotTable(BpString("Output Modify Summary Table", true),
                                             BpString("Output Modify Summary", true));

@@ -45,9 +45,6 @@ constexpr std::array kColors = {
 
 bool isComponent(int value) { return value >= 0 && value <= 255; }
 
-constexpr int kInstallationPaths = 3;
-constexpr int kUserPaths = 0;
-
 std::string lookPath(int pathKind, const std::string& name, const char* extension) {
   return PathFactory::getPathInstance(pathKind).getDirectory() + "/Looks/" + name + extension;
 }
@@ -164,7 +161,7 @@ std::string XMLUtilities::escapeHTML(const std::string& text) {
 bool XMLUtilities::getFilePath(std::string& name, const char* extension) {
   if (!FetchFile::fetch(name, true, true).empty()) return true;
   if (extension == nullptr) return true;
-  for (const int pathKind : {kInstallationPaths, kUserPaths}) {
+  for (const int pathKind : {PathFactory::kInstallation, PathFactory::kUserDirectory}) {
     std::string path = lookPath(pathKind, name, extension);
     if (FetchFile::fetch(path, true, true).empty()) continue;
     name = std::move(path);
@@ -182,7 +179,7 @@ std::string XMLUtilities::insertDateTime(const std::string& text) {
 std::string XMLUtilities::insertDateTime(const std::string& text, const std::tm& instant) {
   if (!mayHoldDateTime(text)) return text;
   FacSTDictionary dictionary(
-      PathFactory::getPathInstance(kInstallationPaths).getStringTableLocation());
+      PathFactory::getPathInstance(PathFactory::kInstallation).getStringTableLocation());
   dictionary.SetProcedure("Output Modify");
 
   const std::string day = std::to_string(instant.tm_mday);
