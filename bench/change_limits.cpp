@@ -76,8 +76,8 @@ void growth(const Effort& effort, std::vector<LimitResult>& results) {
       visible = !visible;
       request.events.push_back(hidingEvent(visible));
     }
-    ChangeEngine engine({});
-    engine.apply(request, *document);
+    ChangeEngine engine(request, {});
+    engine.apply(*document);
     if (engine.counts().modified != static_cast<std::size_t>(objects / 100)) {
       throw std::runtime_error("the objects were not changed");
     }

@@ -1,15 +1,12 @@
 #include "host/changes/cell_changes.h"
 
 #include <functional>
-#include <optional>
-#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
-#include "host/changes/cell_selection.h"
-#include "platform/pivot/display_format.h"
+#include "host/changes/usable_values.h"
 
 namespace vornwout {
 namespace {
@@ -32,8 +29,7 @@ struct LookHash {
 class LookChanger {
  public:
   /// `font` is empty when it is to stay.
-  LookChanger(const CellsChange& change, std::string font)
-      : change_(change), font_(std::move(font)) {}
+  LookChanger(const CellsChange& change, const std::string& font) : change_(change), font_(font) {}
 
   bool apply(SharedLook& look) {
     // Cells that follow each other mostly share their look.
@@ -71,17 +67,18 @@ class LookChanger {
   }
 
   const CellsChange& change_;
-  std::string font_;
+  const std::string& font_;
   std::unordered_map<TextLook, Outcome, LookHash> known_;
   SharedLook lastLook_;  ///< keeps its address from being used again
   const Outcome* last_ = nullptr;
 };
 
-class CellChanger {
+/// The changes in one table.
+class TableCells {
  public:
-  CellChanger(PivotTable& table, const CellsChange& change, std::optional<DisplayFormat> format,
-              std::string font)
-      : table_(table), change_(change), format_(format), looks_(change, std::move(font)) {
+  TableCells(PivotTable& table, const CellsChange& change, std::optional<DisplayFormat> format,
+             const std::string& font)
+      : table_(table), change_(change), format_(format), looks_(change, font) {
     if (change.replacement) {
       replacement_ = CellText();
       replacement_->text = *change.replacement;
@@ -92,7 +89,7 @@ class CellChanger {
     }
   }
 
-  bool run(const CellSelection& selection);
+  bool change(const CellSelection& selection);
 
  private:
   bool applyTo(CellText& text) const;
@@ -113,7 +110,7 @@ class CellChanger {
 
 bool isSameNumber(double a, double b) { return a == b || (a != a && b != b); }
 
-bool CellChanger::applyTo(CellText& text) const {
+bool TableCells::applyTo(CellText& text) const {
   bool isOther = false;
   if (replacement_ && text != *replacement_) {
     text = *replacement_;
@@ -135,7 +132,7 @@ bool CellChanger::applyTo(CellText& text) const {
   return isOther;
 }
 
-bool CellChanger::applyToFootnotes() {
+bool TableCells::applyToFootnotes() {
   bool isOther = looks_.apply(table_.footnoteLook);
   if (!replacement_ && !number_ && !format_) return isOther;
   for (CellText& note : table_.footnotes) isOther = applyTo(note) || isOther;
@@ -146,13 +143,13 @@ bool CellChanger::applyToFootnotes() {
   return isOther;
 }
 
-bool CellChanger::setWidth(PivotCategory& leaf) const {
+bool TableCells::setWidth(PivotCategory& leaf) const {
   int width = change_.revertsToDefault ? 0 : leaf.width;
   if (change_.columnWidth > 0) width = change_.columnWidth;
   return std::exchange(leaf.width, width) != width;
 }
 
-bool CellChanger::run(const CellSelection& selection) {
+bool TableCells::change(const CellSelection& selection) {
   bool isOther = false;
   const auto category = [&](const CellSelection::Label& label) -> PivotCategory& {
     return table_.dimensions[label.dimension].categories[label.category];
@@ -178,32 +175,16 @@ bool CellChanger::run(const CellSelection& selection) {
   return isOther;
 }
 
-std::optional<DisplayFormat> usableFormat(const CellsChange& change, ChangeNotes& notes) {
-  if (change.format.empty()) return std::nullopt;
-  const std::optional<DisplayFormat> format = parseDisplayFormat(change.format);
-  if (!format) notes.invalidFormat(change.format);
-  return format;
-}
-
-std::string usableFont(const CellsChange& change, ChangeNotes& notes, const FontCheck& isFont) {
-  if (change.font.empty() || !isFont || isFont(change.font)) return change.font;
-  notes.invalidFont(change.font);
-  return {};
-}
-
 }  // namespace
 
-void checkCellsChange(const CellsChange& change, ChangeNotes& notes, const FontCheck& isFont) {
-  checkCellSelection(change);
-  static_cast<void>(usableFormat(change, notes));
-  static_cast<void>(usableFont(change, notes, isFont));
-}
+CellsChanger::CellsChanger(const CellsChange& change, ChangeNotes& notes, const FontCheck& isFont)
+    : change_(change),
+      selector_(change),
+      format_(usableFormat(change.format, notes)),
+      font_(usableFont(change.font, notes, isFont)) {}
 
-bool changeCells(PivotTable& table, const CellsChange& change, ChangeNotes& notes,
-                 const FontCheck& isFont) {
-  const CellSelection selection = selectCells(table, change);
-  const std::optional<DisplayFormat> format = usableFormat(change, notes);
-  return CellChanger(table, change, format, usableFont(change, notes, isFont)).run(selection);
+bool CellsChanger::apply(PivotTable& table) const {
+  return TableCells(table, change_, format_, font_).change(selector_.select(table));
 }
 
 }  // namespace vornwout

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cmath>
 #include <limits>
 #include <optional>
 #include <stdexcept>
@@ -15,7 +13,6 @@
 
 #include <fmt/format.h>
 
-#include "host/changes/cell_expression.h"
 #include "host/changes/change_notes.h"
 #include "host/layout/table_axis.h"
 #include "host/layout/table_grid.h"
@@ -24,8 +21,6 @@
 namespace vornwout {
 namespace {
 
-/// Values that are collected before an expression judges them.
-constexpr std::size_t kValuesAtOnce = 4096;
 /// Combinations up to which a set of them has a bit for each, whatever the size of the table.
 constexpr std::uint64_t kFewCombinations = 1U << 20U;
 
@@ -39,135 +34,6 @@ constexpr std::uint8_t kByRowLabel = 4;
 // What is known about a category, its own or from a group above it.
 constexpr std::uint8_t kHasStatistic = 1;
 constexpr std::uint8_t kHasLabel = 2;
-
-std::string lowered(std::string_view text) {
-  std::string result(text);
-  for (char& c : result) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return result;
-}
-
-/// The number of a cell, not finite for one that is missing or none.
-double valueOf(const PivotCell& cell) {
-  return cell.value.kind == CellText::Kind::kNumber ? cell.value.number
-                                                    : std::numeric_limits<double>::quiet_NaN();
-}
-
-/// The conditions of one change, alternatives.
-class Conditions {
- public:
-  explicit Conditions(const std::vector<std::string>& texts);
-
-  bool areAllMet() const { return areAllMet_; }
-  /// Clears the reasons of those cells that meet no condition.
-  void narrow(const PivotTable& table, std::vector<std::uint8_t>& reasons) const;
-
- private:
-  struct Extreme {
-    bool isTop;
-    std::size_t count;
-  };
-
-  static std::optional<Extreme> extreme(const std::string& text);
-  void markExtreme(const Extreme& wanted, const PivotTable& table,
-                   const std::vector<std::uint8_t>& reasons, std::vector<std::uint8_t>& met) const;
-  void markFulfilled(const PivotTable& table, const std::vector<std::uint8_t>& reasons,
-                     std::vector<std::uint8_t>& met) const;
-
-  bool areAllMet_ = false;
-  bool takesMissing_ = false;
-  std::vector<Extreme> extremes_;
-  std::vector<CellExpression> expressions_;
-};
-
-Conditions::Conditions(const std::vector<std::string>& texts) : areAllMet_(texts.empty()) {
-  for (const std::string& text : texts) {
-    const std::string word = lowered(text);
-    if (word == "all") {
-      areAllMet_ = true;
-    } else if (word == "missing") {
-      takesMissing_ = true;
-    } else if (const auto wanted = extreme(word)) {
-      extremes_.push_back(*wanted);
-    } else {
-      expressions_.push_back(CellExpression::compile(text));
-    }
-  }
-}
-
-std::optional<Conditions::Extreme> Conditions::extreme(const std::string& text) {
-  for (const auto& [name, isTop] : {std::pair("top(", true), std::pair("bottom(", false)}) {
-    const std::string_view start(name);
-    if (text.compare(0, start.size(), start) != 0 || text.back() != ')') continue;
-    const char* const first = text.data() + start.size();
-    const char* const last = text.data() + text.size() - 1;
-    std::size_t count = 0;
-    const auto [end, error] = std::from_chars(first, last, count);
-    if (end != last || error == std::errc::invalid_argument) continue;
-    // More than can be counted is more than there are.
-    if (error != std::errc()) count = std::numeric_limits<std::size_t>::max();
-    return Extreme{isTop, count};
-  }
-  return std::nullopt;
-}
-
-void Conditions::narrow(const PivotTable& table, std::vector<std::uint8_t>& reasons) const {
-  if (areAllMet_) return;
-  std::vector<std::uint8_t> met(reasons.size());
-  if (takesMissing_) {
-    for (std::size_t i = 0; i < met.size(); ++i) {
-      const CellText& value = table.cells[i].value;
-      if (value.kind == CellText::Kind::kNumber && !std::isfinite(value.number)) met[i] = 1;
-    }
-  }
-  for (const Extreme& wanted : extremes_) markExtreme(wanted, table, reasons, met);
-  if (!expressions_.empty()) markFulfilled(table, reasons, met);
-  for (std::size_t i = 0; i < met.size(); ++i) {
-    if (met[i] == 0) reasons[i] = 0;
-  }
-}
-
-void Conditions::markExtreme(const Extreme& wanted, const PivotTable& table,
-                             const std::vector<std::uint8_t>& reasons,
-                             std::vector<std::uint8_t>& met) const {
-  // The smaller the first, the better; of equal ones the earlier cell is.
-  std::vector<std::pair<double, std::uint32_t>> numbers;
-  for (std::size_t i = 0; i < reasons.size(); ++i) {
-    if (reasons[i] == 0) continue;
-    const double value = valueOf(table.cells[i]);
-    if (!std::isfinite(value)) continue;
-    numbers.emplace_back(wanted.isTop ? -value : value, static_cast<std::uint32_t>(i));
-  }
-  const std::size_t count = std::min(wanted.count, numbers.size());
-  std::nth_element(numbers.begin(), numbers.begin() + static_cast<std::ptrdiff_t>(count),
-                   numbers.end());
-  for (std::size_t i = 0; i < count; ++i) met[numbers[i].second] = 1;
-}
-
-void Conditions::markFulfilled(const PivotTable& table, const std::vector<std::uint8_t>& reasons,
-                               std::vector<std::uint8_t>& met) const {
-  std::vector<double> values;
-  std::vector<std::uint32_t> cells;
-  values.reserve(kValuesAtOnce);
-  cells.reserve(kValuesAtOnce);
-  std::vector<std::uint8_t> results(kValuesAtOnce);
-  const auto judge = [&] {
-    for (const CellExpression& expression : expressions_) {
-      expression.evaluate(values, std::span(results).first(values.size()));
-      for (std::size_t i = 0; i < cells.size(); ++i) met[cells[i]] |= results[i];
-    }
-    values.clear();
-    cells.clear();
-  };
-  for (std::size_t i = 0; i < reasons.size(); ++i) {
-    if (reasons[i] == 0) continue;
-    values.push_back(valueOf(table.cells[i]));
-    cells.push_back(static_cast<std::uint32_t>(i));
-    if (values.size() == kValuesAtOnce) judge();
-  }
-  judge();
-}
 
 /// Columns or rows, each of one layer.
 class LineSet {
@@ -221,36 +87,37 @@ struct Side {
   int innermost = -1;        ///< index of the dimension next to the data, -1 without any
 };
 
-/// What APPLYTO leads to.
-struct ApplyTarget {
-  std::string_view name;
-  int side;  ///< -1 for neither
-  bool data;
-  bool labels;
-};
-
 ApplyTarget targetOf(const CellsChange& change) {
-  constexpr std::array<ApplyTarget, 8> kTargets = {{{"", -1, false, false},
-                                                    {"CELL", -1, false, false},
-                                                    {"COLUMN", 0, true, true},
-                                                    {"ROW", 1, true, true},
-                                                    {"COLUMNDATA", 0, true, false},
-                                                    {"ROWDATA", 1, true, false},
-                                                    {"COLUMNHEADER", 0, false, true},
-                                                    {"ROWHEADER", 1, false, true}}};
-  const auto* const target =
-      std::find_if(kTargets.begin(), kTargets.end(),
-                   [&](const ApplyTarget& known) { return known.name == change.applyTo; });
+  constexpr std::array<std::pair<std::string_view, ApplyTarget>, 8> kTargets = {
+      {{"", {-1, false, false}},
+       {"CELL", {-1, false, false}},
+       {"COLUMN", {0, true, true}},
+       {"ROW", {1, true, true}},
+       {"COLUMNDATA", {0, true, false}},
+       {"ROWDATA", {1, true, false}},
+       {"COLUMNHEADER", {0, false, true}},
+       {"ROWHEADER", {1, false, true}}}};
+  const auto* const target = std::find_if(kTargets.begin(), kTargets.end(), [&](const auto& known) {
+    return known.first == change.applyTo;
+  });
   if (target == kTargets.end()) {
     throw ChangeError(fmt::format("cells have no \"{}\" to apply a change to", change.applyTo));
   }
-  return *target;
+  return target->second;
 }
 
+/// The selection in one table.
 class Selector {
  public:
-  Selector(const PivotTable& table, const CellsChange& change)
-      : table_(table), change_(change), conditions_(change.conditions) {}
+  Selector(const PivotTable& table, const CellsChange& change, const CellConditions& conditions,
+           const ApplyTarget& target)
+      : table_(table), change_(change), conditions_(conditions) {
+    appliesToSelf_ = target.side < 0;
+    if (!appliesToSelf_) {
+      sides_[at(target.side)].wantsData = target.data;
+      sides_[at(target.side)].wantsLabels = target.labels;
+    }
+  }
 
   CellSelection run();
 
@@ -268,7 +135,6 @@ class Selector {
     bool matters = false;                ///< some category is known to be something
   };
 
-  void readApplyTo();
   std::unordered_set<std::string> wholeLabels() const;
   bool namesCells() const;
   void readDimension(std::size_t index);
@@ -285,13 +151,12 @@ class Selector {
   void selectLabels();
   void extend(const Side& side);
   void markColumns();
-
-  const PivotTable& table_;
-  const CellsChange& change_;
   /// Of a layer that is chosen, the others are not meant.
   void leaveHiddenLayers();
 
-  Conditions conditions_;
+  const PivotTable& table_;
+  const CellsChange& change_;
+  const CellConditions& conditions_;
   std::array<Side, 2> sides_ = {Side{PivotPlace::kColumns}, Side{PivotPlace::kRows}};
   bool appliesToSelf_ = false;
   std::unordered_set<std::string> labels_;
@@ -302,15 +167,6 @@ class Selector {
   std::optional<Axes> axes_;
   CellSelection selection_;
 };
-
-void Selector::readApplyTo() {
-  const ApplyTarget target = targetOf(change_);
-  appliesToSelf_ = target.side < 0;
-  if (!appliesToSelf_) {
-    sides_[at(target.side)].wantsData = target.data;
-    sides_[at(target.side)].wantsLabels = target.labels;
-  }
-}
 
 bool Selector::isNamed(PivotPlace place) const {
   switch (change_.dimension) {
@@ -695,7 +551,6 @@ void Selector::leaveHiddenLayers() {
 }
 
 CellSelection Selector::run() {
-  readApplyTo();
   checkCells();
   labels_ = wholeLabels();
   dimensions_.resize(table_.dimensions.size());
@@ -743,13 +598,11 @@ CellSelection Selector::run() {
 
 }  // namespace
 
-void checkCellSelection(const CellsChange& change) {
-  static_cast<void>(Conditions(change.conditions));
-  static_cast<void>(targetOf(change));
-}
+CellSelector::CellSelector(const CellsChange& change)
+    : change_(change), conditions_(change.conditions), target_(targetOf(change)) {}
 
-CellSelection selectCells(const PivotTable& table, const CellsChange& change) {
-  return Selector(table, change).run();
+CellSelection CellSelector::select(const PivotTable& table) const {
+  return Selector(table, change_, conditions_, target_).run();
 }
 
 }  // namespace vornwout

@@ -1,20 +1,18 @@
 // Which parts of a pivot table TABLECELLS of OUTPUT MODIFY means.
 //
-// selectCells() goes three steps. First it takes the data cells that SELECT names: by the kind of
-// statistic that one of their categories or a group above it has, by the label of a category or
-// group that they stand below, by the number of their column or row, or all (BODY). SELECTDIMENSION
-// says whether kinds, labels, numbers and HEADERS are those of columns, of rows or of both; with
-// both, a kind may be that of a layer, too. Columns and rows are counted from 1 as they are shown,
-// one for each combination of categories; of a table so large that combinations without cells are
-// not shown, they are counted in each layer.
+// CellSelector::select() goes three steps. First it takes the data cells that SELECT names: by the
+// kind of statistic that one of their categories or a group above it has, by the label of a
+// category or group that they stand below, by the number of their column or row, or all (BODY).
+// SELECTDIMENSION says whether kinds, labels, numbers and HEADERS are those of columns, of rows or
+// of both; with both, a kind may be that of a layer, too. Columns and rows are counted from 1 as
+// they are shown, one for each combination of categories; of a table so large that combinations
+// without cells are not shown, they are counted in each layer.
 //
 // Where a layer was chosen only its cells are meant: nobody sees the others.
 //
-// Then conditions narrow these cells; several are alternatives. Only numbers fulfil any but "all".
-// A number that is not finite is what is missing. Of equal numbers top(n) and bottom(n) prefer the
-// one that stands first in PivotTable::cells. With a condition HEADERS are the labels above and
-// beside those of the named cells that fulfil it, or of any cell where no cells are named; title,
-// caption and footnotes fulfil none.
+// Then conditions narrow these cells (see cell_conditions.h). With a condition HEADERS are the
+// labels above and beside those of the named cells that fulfil it, or of any cell where no cells
+// are named; title, caption and footnotes fulfil none.
 //
 // Last, APPLYTO leads from there to whole columns or rows of the same layer, to their data, or to
 // their headers. The header of a cell is the label that stands next to the data, that of the
@@ -30,6 +28,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "host/changes/cell_conditions.h"
 #include "host/changes/modify_request.h"
 #include "platform/pivot/pivot_table.h"
 
@@ -58,12 +57,28 @@ struct CellSelection {
   friend bool operator==(const CellSelection&, const CellSelection&) = default;
 };
 
-/// Throws ChangeError for a condition that cannot be read and an APPLYTO that does not exist.
-void checkCellSelection(const CellsChange& change);
+/// What APPLYTO leads to.
+struct ApplyTarget {
+  int side = -1;        ///< 0 columns, 1 rows, -1 neither
+  bool data = false;    ///< of whole columns or rows
+  bool labels = false;  ///< of their headers
+};
 
-/// Costs time in proportion to the cells, the categories and the conditions, with a logarithm where
-/// a table is nearly empty. Throws ChangeError for a condition that cannot be read, an APPLYTO that
-/// does not exist, and a table whose cells or categories do not fit together.
-CellSelection selectCells(const PivotTable& table, const CellsChange& change);
+class CellSelector {
+ public:
+  /// Keeps a reference to `change`. Throws ChangeError for a condition that cannot be read and an
+  /// APPLYTO that does not exist.
+  explicit CellSelector(const CellsChange& change);
+
+  /// Costs time in proportion to the cells, the categories and the conditions, with a logarithm
+  /// where a table is nearly empty. Throws ChangeError for a table whose cells or categories do not
+  /// fit together.
+  CellSelection select(const PivotTable& table) const;
+
+ private:
+  const CellsChange& change_;
+  CellConditions conditions_;
+  ApplyTarget target_;
+};
 
 }  // namespace vornwout

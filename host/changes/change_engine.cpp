@@ -5,11 +5,7 @@
 #include <utility>
 #include <variant>
 
-#include "host/changes/cell_changes.h"
-#include "host/changes/chart_changes.h"
 #include "host/changes/index_text.h"
-#include "host/changes/table_changes.h"
-#include "host/changes/text_changes.h"
 #include "host/document/content_view.h"
 
 namespace vornwout {
@@ -44,22 +40,25 @@ int nextIndex(int number) {
 
 }  // namespace
 
-void ChangeEngine::apply(const ModifyRequest& request, Document& document) {
+ChangeEngine::Task::Task(const ModifyEvent& group, ChangeNotes& notes, const FontCheck& isFont)
+    : event(group) {
+  if (event.table) table.emplace(*event.table, notes);
+  for (const CellsChange& change : event.cells) cells.emplace_back(change, notes, isFont);
+  if (event.text) text.emplace(*event.text, notes, isFont);
+  if (event.graph) chart.emplace(*event.graph);
+}
+
+ChangeEngine::ChangeEngine(const ModifyRequest& request, const FontCheck& isFont) {
+  for (const ModifyEvent& event : request.events) tasks_.emplace_back(event, notes_, isFont);
+}
+
+void ChangeEngine::apply(Document& document) {
   ChangeLog& log = logs_.emplace_back(document);
-  for (const ModifyEvent& event : request.events) applyEvent(event, log);
+  for (const Task& task : tasks_) carryOut(task, log);
 }
 
-void ChangeEngine::check(const ModifyEvent& event) {
-  if (event.table) checkTableChange(*event.table, notes_);
-  for (const CellsChange& cells : event.cells) checkCellsChange(cells, notes_, isFont_);
-  if (event.text && !event.text->font.empty() && isFont_ && !isFont_(event.text->font)) {
-    notes_.invalidFont(event.text->font);
-  }
-}
-
-void ChangeEngine::applyEvent(const ModifyEvent& event, ChangeLog& log) {
-  check(event);
-  const Task task{event, event.graph ? chartStyles(*event.graph) : std::vector<ChartStyle>()};
+void ChangeEngine::carryOut(const Task& task, ChangeLog& log) {
+  const ModifyEvent& event = task.event;
   int index = event.index ? event.index->start : 0;
   for (DocumentObject* object : selectObjects(log.document().root(), event, log.gone())) {
     selected_.insert(object);
@@ -80,11 +79,11 @@ void ChangeEngine::applyEvent(const ModifyEvent& event, ChangeLog& log) {
 }
 
 void ChangeEngine::changeObject(const Task& task, DocumentObject& object, ChangeLog& log) {
-  const ModifyEvent& event = task.event;
-  if (event.properties) changeProperties(*event.properties, object, log);
-  const bool wantsTable = event.table || !event.cells.empty();
-  if ((wantsTable && mayHoldTable(object.type)) || (event.text && mayHoldText(object.type)) ||
-      (!task.chartStyles.empty() && object.type == ObjectType::kChart)) {
+  if (task.event.properties) changeProperties(*task.event.properties, object, log);
+  const bool wantsTable = task.table || !task.cells.empty();
+  const bool wantsChart = task.chart && task.chart->changesCharts();
+  if ((wantsTable && mayHoldTable(object.type)) || (task.text && mayHoldText(object.type)) ||
+      (wantsChart && object.type == ObjectType::kChart)) {
     changeContent(task, object, log);
   }
 }
@@ -116,21 +115,18 @@ void ChangeEngine::changeContent(const Task& task, DocumentObject& object, Chang
 
 std::optional<ObjectContent> ChangeEngine::changedContent(const Task& task,
                                                           const ObjectContent& content) {
-  const ModifyEvent& event = task.event;
   if (const auto* table = std::get_if<TableContent>(&content)) {
-    if (!event.table && event.cells.empty()) return std::nullopt;
+    if (!task.table && task.cells.empty()) return std::nullopt;
     auto copy = std::make_shared<PivotTable>(**table);
-    bool isChanged = event.table && changeTable(*copy, *event.table, notes_);
-    for (const CellsChange& cells : event.cells) {
-      isChanged = changeCells(*copy, cells, notes_, isFont_) || isChanged;
-    }
+    bool isChanged = task.table && task.table->apply(*copy);
+    for (const CellsChanger& cells : task.cells) isChanged = cells.apply(*copy) || isChanged;
     if (isChanged) return TableContent(std::move(copy));
   } else if (const auto* text = std::get_if<TextContent>(&content)) {
     TextContent copy = *text;
-    if (event.text && changeText(copy, *event.text, notes_, isFont_)) return copy;
+    if (task.text && task.text->apply(copy)) return copy;
   } else if (const auto* chart = std::get_if<MediaContent>(&content)) {
     MediaContent copy = *chart;
-    if (changeChart(copy, task.chartStyles)) return copy;
+    if (task.chart && task.chart->apply(copy)) return copy;
   }
   return std::nullopt;
 }

@@ -1,7 +1,8 @@
 // Carries out a modify request on documents: ChangeEngine::apply() for each, then commit().
 //
-// The groups act in their order, each on what those before it have left. Everything is taken back
-// when an error passes, in every document: nothing is final before commit().
+// The groups act in their order, each on what those before it have left. What they ask for is read
+// once, for all documents. Everything is taken back when an error passes, in every document:
+// nothing is final before commit().
 #pragma once
 
 #include <cstddef>
@@ -11,12 +12,15 @@
 #include <unordered_set>
 #include <vector>
 
+#include "host/changes/cell_changes.h"
 #include "host/changes/change_log.h"
 #include "host/changes/change_notes.h"
+#include "host/changes/chart_changes.h"
 #include "host/changes/font_check.h"
 #include "host/changes/modify_request.h"
+#include "host/changes/table_changes.h"
+#include "host/changes/text_changes.h"
 #include "host/document/document.h"
-#include "host/looks/chart_template.h"
 
 namespace vornwout {
 
@@ -29,12 +33,14 @@ struct ChangeCounts {
 
 class ChangeEngine {
  public:
-  /// `isFont` says which font families the system has.
-  explicit ChangeEngine(FontCheck isFont) : isFont_(std::move(isFont)) {}
+  /// Keeps a reference to `request`. `isFont` says which font families the system has. What is
+  /// wrong with a group is said also when it will meet nothing that it could change: notes formats
+  /// and fonts that cannot be used, throws ChangeError for what else cannot be read.
+  ChangeEngine(const ModifyRequest& request, const FontCheck& isFont);
 
   /// Throws ChangeError, and StoreError for a content that cannot be read; nothing has changed
   /// then, once the engine is gone.
-  void apply(const ModifyRequest& request, Document& document);
+  void apply(Document& document);
 
   ChangeCounts counts() const;
   const std::vector<std::string>& notes() const { return notes_.notes(); }
@@ -47,25 +53,30 @@ class ChangeEngine {
   std::vector<Removed> commit();
 
  private:
-  void applyEvent(const ModifyEvent& event, ChangeLog& log);
-  /// What is wrong with a group is said also when it meets nothing that it could change.
-  void check(const ModifyEvent& event);
-  /// What a group asks for, with what is read once for all its objects.
+  /// What a group asks for, read.
   struct Task {
+    Task(const ModifyEvent& group, ChangeNotes& notes, const FontCheck& isFont);
+
     const ModifyEvent& event;
-    std::vector<ChartStyle> chartStyles;
+    std::optional<TableChanger> table;
+    std::vector<CellsChanger> cells;
+    std::optional<TextChanger> text;
+    std::optional<ChartChanger> chart;
   };
 
-  void changeObject(const Task& task, DocumentObject& object, ChangeLog& log);
-  void changeProperties(const PropertiesChange& change, DocumentObject& object, ChangeLog& log);
-  void changeContent(const Task& task, DocumentObject& object, ChangeLog& log);
+  void carryOut(const Task& task, ChangeLog& log);
+  static void changeObject(const Task& task, DocumentObject& object, ChangeLog& log);
+  static void changeProperties(const PropertiesChange& change, DocumentObject& object,
+                               ChangeLog& log);
+  static void changeContent(const Task& task, DocumentObject& object, ChangeLog& log);
   /// The content with the changes, or nothing when it stays as it is.
-  std::optional<ObjectContent> changedContent(const Task& task, const ObjectContent& content);
+  static std::optional<ObjectContent> changedContent(const Task& task,
+                                                     const ObjectContent& content);
 
-  FontCheck isFont_;
+  ChangeNotes notes_;
+  std::vector<Task> tasks_;
   std::deque<ChangeLog> logs_;  ///< one for each document
   std::unordered_set<const DocumentObject*> selected_;
-  ChangeNotes notes_;
 };
 
 }  // namespace vornwout

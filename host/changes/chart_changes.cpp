@@ -35,8 +35,7 @@ std::string fetchStyleSheet(const std::string& name) {
 
 }  // namespace
 
-std::vector<ChartStyle> chartStyles(const GraphChange& change) {
-  std::vector<ChartStyle> styles;
+ChartChanger::ChartChanger(const GraphChange& change) {
   try {
     if (!change.styleSheet.empty()) {
       const std::string sheet = fetchStyleSheet(change.styleSheet);
@@ -44,22 +43,21 @@ std::vector<ChartStyle> chartStyles(const GraphChange& change) {
         throw ChangeError(fmt::format("there is no style sheet {} in the Looks folder",
                                       textHead(change.styleSheet, kShownColumns)));
       }
-      styles.push_back(parseChartStyleSheet(sheet));
+      styles_.push_back(parseChartStyleSheet(sheet));
     }
     for (const std::string& chartTemplate : change.chartTemplates) {
-      styles.push_back(parseChartTemplate(chartTemplate));
+      styles_.push_back(parseChartTemplate(chartTemplate));
     }
   } catch (const LookError& error) {
     throw ChangeError(fmt::format("in the chart's style, {}", error.what()));
   }
-  return styles;
 }
 
-bool changeChart(MediaContent& chart, const std::vector<ChartStyle>& styles) {
+bool ChartChanger::apply(MediaContent& chart) const {
   if (chart.mediaType != kSvgMediaType || chart.bytes == nullptr) return false;
   std::string svg = *chart.bytes;
   try {
-    for (const ChartStyle& style : styles) svg = restyleSvg(svg, style);
+    for (const ChartStyle& style : styles_) svg = restyleSvg(svg, style);
   } catch (const SvgError& error) {
     throw ChangeError(fmt::format("a chart cannot be restyled: {}", error.what()));
   }

@@ -11,11 +11,11 @@
 
 #include "host/changes/replace_value.h"
 #include "host/changes/row_sort.h"
+#include "host/changes/usable_values.h"
 #include "host/layout/table_axis.h"
 #include "host/looks/look_element.h"
 #include "host/looks/table_look_xml.h"
 #include "platform/pivot/cell_text.h"
-#include "platform/pivot/display_format.h"
 
 namespace vornwout {
 namespace {
@@ -125,40 +125,31 @@ bool changeFormat(PivotTable& table, DisplayFormat format) {
   return changed;
 }
 
-TableLook lookOf(const std::string& xml) {
+/// The look that tables get; nothing when they keep theirs.
+std::optional<Shared<TableLook>> lookOf(const TableChange& change) {
   try {
-    return parseTableLook(xml);
+    if (!change.look.empty()) return Shared<TableLook>(parseTableLook(change.look));
   } catch (const LookError& error) {
     throw ChangeError(std::string("in the table look, ") + error.what());
   }
+  if (change.usesDefaultLook) return Shared<TableLook>(defaultTableLook());
+  return std::nullopt;
 }
 
 }  // namespace
 
-void checkTableChange(const TableChange& change, ChangeNotes& notes) {
-  if (!change.look.empty()) static_cast<void>(lookOf(change.look));
-  if (!change.format.empty() && !parseDisplayFormat(change.format)) {
-    notes.invalidFormat(change.format);
-  }
-}
+TableChanger::TableChanger(const TableChange& change, ChangeNotes& notes)
+    : change_(change), format_(usableFormat(change.format, notes)), look_(lookOf(change)) {}
 
-bool changeTable(PivotTable& table, const TableChange& change, ChangeNotes& notes) {
+bool TableChanger::apply(PivotTable& table) const {
   bool changed = false;
-  if (change.title) changed |= changeTitle(table, *change.title);
-  if (change.summary) changed |= replaceValue(table.summary, *change.summary);
-  if (change.usesDefaultLook)
-    changed |= replaceValue(table.tableLook, Shared<TableLook>(defaultTableLook()));
-  if (!change.look.empty()) {
-    changed |= replaceValue(table.tableLook, Shared<TableLook>(lookOf(change.look)));
-  }
-  if (change.transposes) changed |= transpose(table);
-  changed |= chooseLayers(table, change.layers);
-  if (change.sort) changed |= sortRows(table, *change.sort);
-  if (!change.format.empty()) {
-    const std::optional<DisplayFormat> format = parseDisplayFormat(change.format);
-    if (!format) notes.invalidFormat(change.format);
-    if (format) changed |= changeFormat(table, *format);
-  }
+  if (change_.title) changed |= changeTitle(table, *change_.title);
+  if (change_.summary) changed |= replaceValue(table.summary, *change_.summary);
+  if (look_) changed |= replaceValue(table.tableLook, *look_);
+  if (change_.transposes) changed |= transpose(table);
+  changed |= chooseLayers(table, change_.layers);
+  if (change_.sort) changed |= sortRows(table, *change_.sort);
+  if (format_) changed |= changeFormat(table, *format_);
   return changed;
 }
 

@@ -1,11 +1,11 @@
 #include "host/changes/text_changes.h"
 
-#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "host/changes/replace_value.h"
+#include "host/changes/usable_values.h"
 
 namespace vornwout {
 namespace {
@@ -46,9 +46,9 @@ TextContent newText(std::string_view text, const TextContent& old) {
   return content;
 }
 
-bool changeStyle(TextStyle& style, const TextChange& change, bool changesFont) {
+bool changeStyle(TextStyle& style, const TextChange& change, const std::string& font) {
   bool changed = false;
-  if (changesFont) changed |= replaceValue(style.font, change.font);
+  if (!font.empty()) changed |= replaceValue(style.font, font);
   if (change.fontSize > 0) changed |= replaceValue(style.size, change.fontSize);
   if (change.bold) changed |= replaceValue(style.bold, *change.bold);
   if (change.italic) changed |= replaceValue(style.italic, *change.italic);
@@ -59,14 +59,14 @@ bool changeStyle(TextStyle& style, const TextChange& change, bool changesFont) {
 
 }  // namespace
 
-bool changeText(TextContent& text, const TextChange& change, ChangeNotes& notes,
-                const FontCheck& isFont) {
+TextChanger::TextChanger(const TextChange& change, ChangeNotes& notes, const FontCheck& isFont)
+    : change_(change), font_(usableFont(change.font, notes, isFont)) {}
+
+bool TextChanger::apply(TextContent& text) const {
   bool changed = false;
-  if (change.text) changed |= replaceValue(text, newText(*change.text, text));
-  const bool changesFont = !change.font.empty() && (!isFont || isFont(change.font));
-  if (!change.font.empty() && !changesFont) notes.invalidFont(change.font);
+  if (change_.text) changed |= replaceValue(text, newText(*change_.text, text));
   for (TextParagraph& paragraph : text.paragraphs) {
-    for (TextRun& run : paragraph.runs) changed |= changeStyle(run.style, change, changesFont);
+    for (TextRun& run : paragraph.runs) changed |= changeStyle(run.style, change_, font_);
   }
   return changed;
 }

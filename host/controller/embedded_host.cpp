@@ -42,8 +42,8 @@ std::string EmbeddedHost::modify(const ModifyRequest& request) {
                                    textHead(request.documentName, kShownColumns)
                              : "no output document is open");
   }
-  ChangeEngine engine(isFontInstalled);
-  for (Document* document : documents) engine.apply(request, *document);
+  ChangeEngine engine(request, isFontInstalled);
+  for (Document* document : documents) engine.apply(*document);
   const ChangeCounts counts = engine.counts();
   // The counts come first: the first parentheses of the answer are theirs.
   std::string answer = fmt::format("({},{},{})", counts.selected, counts.modified, counts.deleted);

@@ -47,7 +47,7 @@ CellsChange everythingChange() {
 
 bool changed(PivotTable& table, const CellsChange& change) {
   ChangeNotes notes;
-  const bool result = changeCells(table, change, notes);
+  const bool result = CellsChanger(change, notes).apply(table);
   EXPECT_TRUE(notes.notes().empty());
   return result;
 }
@@ -226,14 +226,14 @@ TEST(CellChanges, FormatAndFontThatCannotBeUsedAreNotedAndTheRestIsDone) {
   change.bold = true;
   ChangeNotes notes;
   const FontCheck isFont = [](const std::string& font) { return font == "SERIF"; };
-  EXPECT_TRUE(changeCells(table, change, notes, isFont));
+  EXPECT_TRUE(CellsChanger(change, notes, isFont).apply(table));
   EXPECT_EQ(notes.notes(),
             (std::vector<std::string>{"Invalid format (Q99)", "Invalid font (NOWHERE)"}));
   EXPECT_EQ(table.cells[0].look.get(), TextLook{.bold = true});
   EXPECT_EQ(table.cells[0].value, numberCell(1));
-  EXPECT_FALSE(changeCells(table, change, notes, isFont));
+  EXPECT_FALSE(CellsChanger(change, notes, isFont).apply(table));
   change.font = "SERIF";
-  EXPECT_TRUE(changeCells(table, change, notes, isFont));
+  EXPECT_TRUE(CellsChanger(change, notes, isFont).apply(table));
   EXPECT_EQ(table.cells[0].look->font, "SERIF");
 }
 
@@ -305,7 +305,7 @@ TEST(CellChanges, ConditionThatCannotBeReadChangesNothing) {
   change.bold = true;
   change.conditions = {"x>1", "x>"};
   ChangeNotes notes;
-  EXPECT_THROW(changeCells(table, change, notes), ChangeError);
+  EXPECT_THROW(CellsChanger(change, notes).apply(table), ChangeError);
   EXPECT_EQ(table, before);
 }
 
@@ -408,7 +408,7 @@ TEST(CellChanges, ChangeOfNothingSelectedIsNone) {
     random.addLooks(change);
     random.addValues(change);
     change.revertsToDefault = random.flip();
-    const bool isEmpty = selectCells(table, change).empty();
+    const bool isEmpty = CellSelector(change).select(table).empty();
     const bool isOther = changed(table, change);
     ASSERT_EQ(isOther, table != before) << seed;
     if (!isEmpty) continue;

@@ -40,7 +40,7 @@ std::string drawn(const PivotTable& table, const CellSelection& selection) {
 std::string selected(const PivotTable& table, const Edit& edit) {
   CellsChange change;
   edit(change);
-  return drawn(table, selectCells(table, change));
+  return drawn(table, CellSelector(change).select(table));
 }
 
 /// Rows North (a, b) and Total, columns Count and Tests (Sig, Mean): cells 0 to 8 in reading order.
@@ -366,12 +366,10 @@ TEST(CellSelection, OnlyTheLayerThatIsShownIsMeant) {
   EXPECT_EQ(selected(table, headersData).rfind("8 9 10", 0), 0U);
   // The largest of what is seen, not of what is hidden.
   for (PivotCell& cell : table.cells) cell.value.number = cell.at[3] == 0 ? 1000 : cell.at[0];
-  const auto top = selectCells(table, [] {
-    CellsChange change;
-    change.body = true;
-    change.conditions = {"top(1)"};
-    return change;
-  }());
+  CellsChange largest;
+  largest.body = true;
+  largest.conditions = {"top(1)"};
+  const CellSelection top = CellSelector(largest).select(table);
   ASSERT_EQ(top.cells.size(), 1U);
   EXPECT_GE(top.cells[0], 8U);
 }
@@ -452,9 +450,9 @@ TEST(CellSelection, HeaderOfAPositionWithoutCellsIsSelectedUnlessThereIsAConditi
   change.positions = {4};
   change.dimension = kColumns;
   change.applyTo = "COLUMNHEADER";
-  EXPECT_EQ(drawn(table, selectCells(table, change)), "Empty | Empty");
+  EXPECT_EQ(drawn(table, CellSelector(change).select(table)), "Empty | Empty");
   change.conditions = {"x<0"};
-  EXPECT_EQ(drawn(table, selectCells(table, change)), "");
+  EXPECT_EQ(drawn(table, CellSelector(change).select(table)), "");
 }
 
 TEST(CellSelection, PositionsOfAHugeTableCountWhatHasCellsInEachLayer) {
@@ -505,7 +503,7 @@ TEST_P(RefusedSelectionTest, ReasonIsSaid) {
   change.body = true;
   GetParam().edit(table, change);
   try {
-    selectCells(table, change);
+    CellSelector(change).select(table);
     FAIL() << "selected";
   } catch (const ChangeError& error) {
     EXPECT_STREQ(error.what(), GetParam().message);
@@ -598,7 +596,7 @@ TEST(CellSelection, TopSelectsAsManyNumbersAsAskedForTheFirstOfEqualOnes) {
       CellsChange change;
       change.body = true;
       change.conditions = {(isTop ? "top(" : "bottom(") + std::to_string(wanted) + ")"};
-      const CellSelection selection = selectCells(table, change);
+      const CellSelection selection = CellSelector(change).select(table);
       ASSERT_EQ(selection.cells.size(), std::min(wanted, numbers.size()));
       const std::set<std::size_t> expected(
           numbers.begin(), numbers.begin() + static_cast<std::ptrdiff_t>(selection.cells.size()));

@@ -12,7 +12,7 @@ namespace {
 
 std::string refusalOf(const GraphChange& change) {
   try {
-    chartStyles(change);
+    const ChartChanger changer(change);
   } catch (const ChangeError& error) {
     return error.what();
   }

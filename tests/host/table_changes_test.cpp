@@ -35,10 +35,10 @@ PivotTable changed(const TableChange& change, bool isExpected = true,
                    const PivotTable& table = sample()) {
   PivotTable result = table;
   ChangeNotes notes;
-  EXPECT_EQ(changeTable(result, change, notes), isExpected);
+  EXPECT_EQ(TableChanger(change, notes).apply(result), isExpected);
   EXPECT_EQ(result != table, isExpected);
   const PivotTable once = result;
-  EXPECT_FALSE(changeTable(result, change, notes));
+  EXPECT_FALSE(TableChanger(change, notes).apply(result));
   EXPECT_EQ(result, once);
   return result;
 }
@@ -68,7 +68,7 @@ TEST(TableChanges, LookThatIsNoneIsRefused) {
     change.look = xml;
     ChangeNotes notes;
     try {
-      changeTable(table, change, notes);
+      TableChanger(change, notes).apply(table);
       ADD_FAILURE() << xml;
     } catch (const ChangeError& error) {
       EXPECT_TRUE(std::string(error.what()).starts_with("in the table look, ")) << error.what();
@@ -116,7 +116,7 @@ TEST(TableChanges, TransposingExchangesRowsAndColumnsAndLeavesLayers) {
   TableChange change;
   change.transposes = true;
   ChangeNotes notes;
-  EXPECT_TRUE(changeTable(table, change, notes));
+  EXPECT_TRUE(TableChanger(change, notes).apply(table));
   const TableAxis rows(table, PivotPlace::kRows);
   ASSERT_EQ(rows.dimensions().size(), 1u);
   EXPECT_EQ(rows.dimensions()[0].label().text, "C");
@@ -127,7 +127,7 @@ TEST(TableChanges, TransposingExchangesRowsAndColumnsAndLeavesLayers) {
   EXPECT_EQ(columns.dimensions()[1].label().text, "R2");
   EXPECT_EQ(TableAxis(table, PivotPlace::kLayers).dimensions().size(), 2u);
   EXPECT_EQ(table.cells, before.cells);
-  EXPECT_TRUE(changeTable(table, change, notes));
+  EXPECT_TRUE(TableChanger(change, notes).apply(table));
   EXPECT_EQ(table, before);
 }
 
@@ -137,10 +137,10 @@ TEST(TableChanges, DimensionWithoutAPlaceLiesInRows) {
   TableChange change;
   change.transposes = true;
   ChangeNotes notes;
-  EXPECT_TRUE(changeTable(table, change, notes));
+  EXPECT_TRUE(TableChanger(change, notes).apply(table));
   EXPECT_EQ(table.dimensions[0].place(), PivotPlace::kColumns);
   EXPECT_EQ(table.dimensions[0].position->index, 1);
-  EXPECT_TRUE(changeTable(table, change, notes));
+  EXPECT_TRUE(TableChanger(change, notes).apply(table));
   EXPECT_EQ(table.dimensions[0].place(), PivotPlace::kRows);
 }
 
@@ -165,9 +165,9 @@ TEST(TableChanges, TransposingAnyPlacedTableTwiceIsNothing) {
     change.transposes = true;
     ChangeNotes notes;
     const PivotTable before = table;
-    const bool isChanged = changeTable(table, change, notes);
+    const bool isChanged = TableChanger(change, notes).apply(table);
     EXPECT_EQ(isChanged, table != before);
-    EXPECT_EQ(changeTable(table, change, notes), isChanged);
+    EXPECT_EQ(TableChanger(change, notes).apply(table), isChanged);
     EXPECT_EQ(table, before);
   }
 }
@@ -183,7 +183,7 @@ TEST(TableChanges, RowsAreSortedByTheColumnsAfterTransposing) {
   PivotTable table = sample();
   table.cells[1].value = numberCell(7);
   ChangeNotes notes;
-  EXPECT_TRUE(changeTable(table, change, notes));
+  EXPECT_TRUE(TableChanger(change, notes).apply(table));
   EXPECT_EQ(table.dimensions[1].categories[0].label.text, "c2");
   EXPECT_EQ(table.dimensions[0].categories[0].label.text, "r1");
 }
@@ -216,7 +216,7 @@ TEST(TableChanges, InvalidFormatIsNotedAndTheRestIsDone) {
   change.summary = "About";
   PivotTable table = sample();
   ChangeNotes notes;
-  EXPECT_TRUE(changeTable(table, change, notes));
+  EXPECT_TRUE(TableChanger(change, notes).apply(table));
   EXPECT_THAT(notes.notes(), ElementsAre("Invalid format (F99)"));
   PivotTable expected = sample();
   expected.summary = "About";
@@ -303,7 +303,7 @@ TEST(TableChanges, LayerWhoseCategoriesFormNoTreeIsRefused) {
   TableChange change;
   change.layers = {{"L", 0, "u", 0}};
   ChangeNotes notes;
-  EXPECT_THROW(changeTable(table, change, notes), ChangeError);
+  EXPECT_THROW(TableChanger(change, notes).apply(table), ChangeError);
 }
 
 TEST(TableChanges, SecondTimeOfAnyOtherChangeIsNothing) {
@@ -327,9 +327,9 @@ TEST(TableChanges, SecondTimeOfAnyOtherChangeIsNothing) {
       change.layers.push_back(choice);
     }
     ChangeNotes notes;
-    changeTable(table, change, notes);
+    TableChanger(change, notes).apply(table);
     const PivotTable once = table;
-    EXPECT_FALSE(changeTable(table, change, notes));
+    EXPECT_FALSE(TableChanger(change, notes).apply(table));
     EXPECT_EQ(table, once);
   }
 }

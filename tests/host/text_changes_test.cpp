@@ -50,8 +50,9 @@ bool isNoFont(const std::string& /*name*/) { return false; }
 
 TEST(TextChanges, NothingGivenChangesNothing) {
   TextContent text = sample();
+  const TextChange change;
   ChangeNotes notes;
-  EXPECT_FALSE(changeText(text, TextChange(), notes, isNoFont));
+  EXPECT_FALSE(TextChanger(change, notes, isNoFont).apply(text));
   EXPECT_EQ(text, sample());
   EXPECT_THAT(notes.notes(), IsEmpty());
 }
@@ -78,7 +79,7 @@ TEST(TextChanges, NewTextIsOneParagraphPerLineInTheStyleOfTheFirstRun) {
     TextChange change;
     change.text = newText;
     ChangeNotes notes;
-    EXPECT_TRUE(changeText(text, change, notes, isAnyFont));
+    EXPECT_TRUE(TextChanger(change, notes, isAnyFont).apply(text));
     EXPECT_EQ(text, heading(plain(lines, boldStyle())));
   }
 }
@@ -88,7 +89,7 @@ TEST(TextChanges, NewTextOfATextWithoutRunsHasNoStyle) {
   TextChange change;
   change.text = "new";
   ChangeNotes notes;
-  EXPECT_TRUE(changeText(text, change, notes, isAnyFont));
+  EXPECT_TRUE(TextChanger(change, notes, isAnyFont).apply(text));
   EXPECT_EQ(text, plain({"new"}, TextStyle()));
 }
 
@@ -116,7 +117,7 @@ TEST(TextChanges, EachPropertyGoesToEveryRunAndLeavesTheOthers) {
     for (TextRun& run : expected.paragraphs[1].runs) entry.expect(run.style);
     TextContent text = sample();
     ChangeNotes notes;
-    EXPECT_TRUE(changeText(text, change, notes, isAnyFont));
+    EXPECT_TRUE(TextChanger(change, notes, isAnyFont).apply(text));
     EXPECT_EQ(text, expected);
     EXPECT_THAT(notes.notes(), IsEmpty());
   }
@@ -128,7 +129,7 @@ TEST(TextChanges, NewTextAndStyleAreBothChanged) {
   change.text = "new";
   change.italic = true;
   ChangeNotes notes;
-  EXPECT_TRUE(changeText(text, change, notes, isAnyFont));
+  EXPECT_TRUE(TextChanger(change, notes, isAnyFont).apply(text));
   TextStyle style = boldStyle();
   style.italic = true;
   EXPECT_EQ(text, heading(plain({"new"}, style)));
@@ -141,10 +142,11 @@ TEST(TextChanges, UnknownFontIsNotedAndTheRestIsDone) {
   change.italic = true;
   ChangeNotes notes;
   std::string asked;
-  EXPECT_TRUE(changeText(text, change, notes, [&](const std::string& name) {
+  const TextChanger changer(change, notes, [&](const std::string& name) {
     asked = name;
     return false;
-  }));
+  });
+  EXPECT_TRUE(changer.apply(text));
   EXPECT_EQ(asked, "Nowhere");
   EXPECT_EQ(text.paragraphs[1].runs[0].style.font, "Serif");
   EXPECT_TRUE(text.paragraphs[1].runs[0].style.italic);
@@ -156,7 +158,7 @@ TEST(TextChanges, WithoutACheckEveryFontIsThere) {
   TextChange change;
   change.font = "Nowhere";
   ChangeNotes notes;
-  EXPECT_TRUE(changeText(text, change, notes, FontCheck()));
+  EXPECT_TRUE(TextChanger(change, notes, FontCheck()).apply(text));
   EXPECT_EQ(text.paragraphs[1].runs[0].style.font, "Nowhere");
   EXPECT_THAT(notes.notes(), IsEmpty());
 }
@@ -176,10 +178,10 @@ TEST(TextChanges, SecondTimeOfAnyChangeIsNothing) {
     if (generator.chance()) change.color = "#102030";
     ChangeNotes notes;
     const TextContent before = text;
-    const bool isChanged = changeText(text, change, notes, isAnyFont);
+    const bool isChanged = TextChanger(change, notes, isAnyFont).apply(text);
     EXPECT_EQ(isChanged, text != before);
     const TextContent once = text;
-    EXPECT_FALSE(changeText(text, change, notes, isAnyFont));
+    EXPECT_FALSE(TextChanger(change, notes, isAnyFont).apply(text));
     EXPECT_EQ(text, once);
   }
 }
