@@ -14,8 +14,7 @@ constexpr std::array<std::pair<ChartDash, std::string_view>, 3> kDashes{
 
 std::string readColor(LookElement& element) {
   std::string color = element.requiredColor("color");
-  element.refuseOthers();
-  element.refuseChildren();
+  element.refuseRest();
   return color;
 }
 
@@ -26,8 +25,7 @@ ChartText readText(LookElement& element) {
   text.bold = element.flag("bold");
   text.italic = element.flag("italic");
   text.color = element.color("color");
-  element.refuseOthers();
-  element.refuseChildren();
+  element.refuseRest();
   return text;
 }
 
@@ -36,8 +34,7 @@ ChartLine readLine(LookElement& element) {
   line.color = element.color("color");
   line.width = element.number("width", 0, 0.001, kMaxLine);
   line.dash = element.choice("style", ChartDash::kOwn, kDashes);
-  element.refuseOthers();
-  element.refuseChildren();
+  element.refuseRest();
   return line;
 }
 
@@ -48,8 +45,7 @@ void readSeries(LookElement& element, ChartStyle& style) {
       [&](LookElement& child) {
         if (child.name() != "color") return false;
         style.series.push_back(child.requiredColor("value"));
-        child.refuseOthers();
-        child.refuseChildren();
+        child.refuseRest();
         return true;
       },
       "color");
@@ -79,8 +75,7 @@ bool readPart(LookElement& element, ChartStyle& style) {
   } else if (name == "scale") {
     style.scaleLow = element.requiredColor("low");
     style.scaleHigh = element.requiredColor("high");
-    element.refuseOthers();
-    element.refuseChildren();
+    element.refuseRest();
   } else {
     return false;
   }

@@ -156,7 +156,8 @@ void LookElement::readChildren(const std::function<bool(LookElement&)>& read,
   }
 }
 
-void LookElement::refuseChildren() const {
+void LookElement::refuseRest() const {
+  refuseOthers();
   readChildren([](LookElement&) { return false; });
 }
 

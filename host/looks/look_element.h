@@ -2,10 +2,10 @@
 // written, strictly: what is not asked for is refused.
 //
 // Entry points: parseLook() for the whole text, then LookElement for what stands in it. A reader
-// asks for every attribute that an element may have and calls refuseOthers(); children go through
-// readChildren(), which refuses texts, unknown elements, and an element that stands twice. Values
-// are what docs/table-look.xsd and docs/chart-template.xsd allow. All refusals are LookErrors that
-// name the element.
+// asks for every attribute that an element may have and calls refuseOthers(), or refuseRest() where
+// nothing stands below; children go through readChildren(), which refuses texts, unknown elements,
+// and an element that stands twice. Values are what docs/table-look.xsd and docs/chart-template.xsd
+// allow. All refusals are LookErrors that name the element.
 #pragma once
 
 #include <array>
@@ -69,7 +69,8 @@ class LookElement {
   /// name is `repeated` may stand any number of times, any other once.
   void readChildren(const std::function<bool(LookElement&)>& read,
                     std::string_view repeated = {}) const;
-  void refuseChildren() const;
+  /// Refuses attributes that were not asked for, and children.
+  void refuseRest() const;
 
   /// Where, then what: messages are cut at their end.
   [[noreturn]] void refuse(const std::string& what) const;

@@ -60,8 +60,7 @@ LookLine readLine(LookElement& element) {
   line.style = element.choice("style", line.style, kLineStyles);
   line.width = element.number("width", line.width, 0, kMaxLine);
   line.color = element.color("color");
-  element.refuseOthers();
-  element.refuseChildren();
+  element.refuseRest();
   return line;
 }
 
@@ -85,8 +84,7 @@ LookMargins readMargins(LookElement& element) {
     double& value = margins.*margin.margin;
     value = element.number(margin.name, value, 0, kMaxMargin);
   }
-  element.refuseOthers();
-  element.refuseChildren();
+  element.refuseRest();
   return margins;
 }
 
@@ -119,8 +117,7 @@ LookBanding readBanding(LookElement& element) {
   LookBanding banding;
   banding.fill = element.requiredColor("fill");
   banding.rowLabels = element.flag("rowLabels").value_or(banding.rowLabels);
-  element.refuseOthers();
-  element.refuseChildren();
+  element.refuseRest();
   return banding;
 }
 
@@ -129,8 +126,7 @@ LookWidths readWidths(LookElement& element) {
   widths.min = element.integer("min", 0, 0, kMaxWidth);
   widths.max = element.integer("max", 0, 0, kMaxWidth);
   if (widths.max > 0 && widths.min > widths.max) element.refuse("its min is above its max");
-  element.refuseOthers();
-  element.refuseChildren();
+  element.refuseRest();
   return widths;
 }
 
