@@ -1,17 +1,16 @@
 #include "host/looks/svg_restyle.h"
 
 #include <filesystem>
-#include <fstream>
 #include <random>
 #include <regex>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "host/build/svg_sanitizer.h"
+#include "tests/support/file_content.h"
 
 namespace vornwout {
 namespace {
@@ -49,13 +48,6 @@ ChartStyle colors() {
   return style;
 }
 
-std::string fileContent(const std::string& path) {
-  std::ifstream stream(path, std::ios::binary);
-  std::ostringstream text;
-  text << stream.rdbuf();
-  return text.str();
-}
-
 std::vector<ChartStyle> finishedStyles() {
   return {parseChartTemplate(fileContent(kLooks + "/Calm.qgt")),
           parseChartTemplate(fileContent(kLooks + "/NightChart.qgt")),
@@ -66,7 +58,7 @@ std::vector<ChartStyle> finishedStyles() {
 std::vector<std::string> realCharts() {
   std::vector<std::string> charts;
   for (const auto& entry : std::filesystem::directory_iterator(kExamples)) {
-    if (entry.path().extension() == ".svg") charts.push_back(fileContent(entry.path().string()));
+    if (entry.path().extension() == ".svg") charts.push_back(fileContent(entry.path()));
   }
   return charts;
 }

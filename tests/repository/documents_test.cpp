@@ -1,24 +1,20 @@
 // Generated documents are what the program prints, and what the documents show is what it does.
 #include <array>
 #include <cstdio>
-#include <fstream>
 #include <memory>
 #include <regex>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "runner/help_text.h"
 #include "tests/support/clean_environment.h"
+#include "tests/support/file_content.h"
 
 namespace {
 
 std::string readFile(const std::string& path) {
-  std::ifstream file(VORN_SOURCE_DIR "/" + path);
-  std::ostringstream text;
-  text << file.rdbuf();
-  return text.str();
+  return vornwout::fileContent(VORN_SOURCE_DIR "/" + path);
 }
 
 TEST(Documents, LanguageReferenceIsPrintedFromTheGrammar) {

@@ -1,7 +1,6 @@
 // The shared library shows its entry points and nothing else.
 #include <array>
 #include <cstdio>
-#include <fstream>
 #include <memory>
 #include <regex>
 #include <set>
@@ -11,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "runner/command_table.h"
+#include "tests/support/file_content.h"
 
 namespace {
 
@@ -45,10 +45,8 @@ TEST(Exports, AreTheEntryPointsAlone) {
 }
 
 TEST(Exports, HeaderDeclaresEveryEntryPoint) {
-  std::ifstream file(VORN_SOURCE_DIR "/libvornwout/include/vornwout/entry_points.h");
-  std::ostringstream text;
-  text << file.rdbuf();
-  const std::string header = text.str();
+  const std::string header =
+      vornwout::fileContent(VORN_SOURCE_DIR "/libvornwout/include/vornwout/entry_points.h");
   static const std::regex pattern(R"(void (\w+_)\(void\);)");
   std::set<std::string> declared;
   for (auto it = std::sregex_iterator(header.begin(), header.end(), pattern);

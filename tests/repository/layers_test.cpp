@@ -1,26 +1,19 @@
 // Includes run downward only, and the map of the folders is true.
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <regex>
 #include <set>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/file_content.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
 const fs::path kRoot = VORN_SOURCE_DIR;
-
-std::string readFile(const fs::path& path) {
-  std::ifstream file(path);
-  std::ostringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
 
 /// Which layers each layer may include besides itself: the arrows of docs/architecture.md.
 const std::map<std::string, std::set<std::string>> kAllowed = {
@@ -63,7 +56,7 @@ TEST(Layers, IncludesRunDownwardOnly) {
     for (const auto& entry : fs::recursive_directory_iterator(kRoot / layer)) {
       if (!isSource(entry.path())) continue;
       ++sources;
-      for (const Include& include : includesOf(readFile(entry.path()))) {
+      for (const Include& include : includesOf(vornwout::fileContent(entry.path()))) {
         const std::string target = layerOf(include);
         EXPECT_TRUE(target.empty() || target == layer || allowed.contains(target))
             << entry.path() << " includes " << include.path << ", which is above or beside it";
@@ -79,7 +72,7 @@ TEST(Layers, IncludesNameFilesThatExist) {
   for (const auto& [layer, allowed] : kAllowed) {
     for (const auto& entry : fs::recursive_directory_iterator(kRoot / layer)) {
       if (!isSource(entry.path())) continue;
-      for (const Include& include : includesOf(readFile(entry.path()))) {
+      for (const Include& include : includesOf(vornwout::fileContent(entry.path()))) {
         const std::string target = layerOf(include);
         if (target.empty()) continue;
         const fs::path base = target == "vornwout" ? kRoot / "libvornwout/include" : kRoot;
@@ -101,7 +94,7 @@ TEST(Layers, LinkDownwardOnly) {
   static const std::regex own(
       R"(\b(vornplatform|vornwout_objects|vornwout|vornhost|vornrunner)\b)");
   for (const auto& [layer, allowed] : targets) {
-    const std::string text = readFile(kRoot / layer / "CMakeLists.txt");
+    const std::string text = vornwout::fileContent(kRoot / layer / "CMakeLists.txt");
     for (auto it = std::sregex_iterator(text.begin(), text.end(), links);
          it != std::sregex_iterator(); ++it) {
       const std::string call = (*it)[1];
@@ -115,7 +108,7 @@ TEST(Layers, LinkDownwardOnly) {
 }
 
 TEST(Architecture, NamesEveryFolderOfTheLayers) {
-  const std::string map = readFile(kRoot / "docs/architecture.md");
+  const std::string map = vornwout::fileContent(kRoot / "docs/architecture.md");
   for (const auto& [layer, allowed] : kAllowed) {
     EXPECT_NE(map.find("`" + layer + "/`"), std::string::npos) << layer;
     for (const auto& entry : fs::directory_iterator(kRoot / layer)) {
@@ -128,7 +121,7 @@ TEST(Architecture, NamesEveryFolderOfTheLayers) {
 }
 
 TEST(Architecture, NamesNoFolderThatIsGone) {
-  const std::string map = readFile(kRoot / "docs/architecture.md");
+  const std::string map = vornwout::fileContent(kRoot / "docs/architecture.md");
   static const std::regex pattern(R"(`((?:platform|libvornwout|host|runner)/[a-z_/]*)/`)");
   for (auto it = std::sregex_iterator(map.begin(), map.end(), pattern);
        it != std::sregex_iterator(); ++it) {
@@ -142,7 +135,7 @@ TEST(House, NoFileIsLongerThanTheHouseAllows) {
        {"platform", "libvornwout", "host", "runner", "tests", "bench", "fuzz"}) {
     for (const auto& entry : fs::recursive_directory_iterator(kRoot / folder)) {
       if (!isSource(entry.path())) continue;
-      const std::string text = readFile(entry.path());
+      const std::string text = vornwout::fileContent(entry.path());
       EXPECT_LE(std::count(text.begin(), text.end(), '\n'), kLongest) << entry.path();
     }
   }

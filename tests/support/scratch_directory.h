@@ -5,10 +5,11 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/file_content.h"
 
 namespace vornwout {
 
@@ -37,12 +38,7 @@ class ScratchDirectory {
     return file(name);
   }
 
-  std::string read(const std::string& name) const {
-    std::ifstream stream(file(name), std::ios::binary);
-    std::ostringstream text;
-    text << stream.rdbuf();
-    return text.str();
-  }
+  std::string read(const std::string& name) const { return fileContent(file(name)); }
 
   /// How many entries the directory has, hidden ones too.
   std::size_t entryCount() const {
