@@ -2,11 +2,14 @@
 // over many cells.
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
+#include <malloc.h>
 #include <pugixml.hpp>
 
 #include "bench/limits.h"
@@ -63,49 +66,104 @@ ModifyEvent hidingEvent(bool visible) {
   return event;
 }
 
-void growth(const Effort& effort, std::vector<LimitResult>& results) {
-  const int objects = effort.isSmoke ? 1000 : 100'000;
-  const auto document = makeDocument(objects);
-  const std::string text = xmlOf(objects);
-  pugi::xml_document xml;
-  xml.load_buffer(text.data(), text.size());
-  bool visible = true;
-  const auto apply = [&](int groups) {
+/// A document, and the same as XML, with every hundredth object shown or hidden by turns.
+class Subject {
+ public:
+  explicit Subject(int objects) : objects_(objects), document_(makeDocument(objects)) {
+    const std::string text = xmlOf(objects);
+    xml_.load_buffer(text.data(), text.size());
+  }
+
+  void change(int groups) {
     ModifyRequest request;
     for (int i = 0; i < groups; ++i) {
-      visible = !visible;
-      request.events.push_back(hidingEvent(visible));
+      visible_ = !visible_;
+      request.events.push_back(hidingEvent(visible_));
     }
     ChangeEngine engine(request, {});
-    engine.apply(*document);
-    if (engine.counts().modified != static_cast<std::size_t>(objects / 100)) {
+    engine.apply(*document_);
+    if (engine.counts().modified != static_cast<std::size_t>(objects_ / 100)) {
       throw std::runtime_error("the objects were not changed");
     }
     engine.commit();
-  };
-  const Medians one = mediansInTurn(
-      effort, [&] { apply(1); },
-      [&] {
-        for (pugi::xml_node node : xml.document_element().children()) {
-          if (std::strcmp(node.attribute("type").value(), "table") != 0) continue;
-          if (std::strcmp(node.attribute("subtype").value(), kWanted) != 0) continue;
-          node.attribute("visible").set_value(visible);
-        }
-      });
-  LimitResult loop;
-  loop.name = fmt::format("changing 1 % of {} objects : a pugixml loop", objects);
-  loop.measured = one.first / one.second;
-  loop.limit = 0.1;
-  loop.detail = fmt::format("{:.2f} ms against {:.2f} ms", one.first * 1e3, one.second * 1e3);
-  results.push_back(loop);
+  }
 
-  const Medians groups = mediansInTurn(
-      effort, [&] { apply(11); }, [&] { apply(1); });
-  LimitResult ten;
-  ten.name = "eleven groups : one";
-  ten.measured = groups.first / groups.second;
-  ten.limit = 11.5;
-  results.push_back(ten);
+  /// The first command on a document, and the first one behind it that moved its objects.
+  void changeAsNew() {
+    document_->editRoot();
+    change(1);
+  }
+
+  void changeXml() {
+    for (pugi::xml_node node : xml_.document_element().children()) {
+      if (std::strcmp(node.attribute("type").value(), "table") != 0) continue;
+      if (std::strcmp(node.attribute("subtype").value(), kWanted) != 0) continue;
+      node.attribute("visible").set_value(visible_);
+    }
+  }
+
+ private:
+  int objects_;
+  std::unique_ptr<Document> document_;
+  pugi::xml_document xml_;
+  bool visible_ = true;
+};
+
+LimitResult against(std::string name, const Medians& medians, double limit) {
+  LimitResult result;
+  result.name = std::move(name);
+  result.measured = medians.first / medians.second;
+  result.limit = limit;
+  result.detail =
+      fmt::format("{:.3f} ms against {:.3f} ms", medians.first * 1e3, medians.second * 1e3);
+  return result;
+}
+
+void growth(const Effort& effort, std::vector<LimitResult>& results) {
+  const int most = effort.isSmoke ? 1000 : 100'000;
+  for (const int objects : {most / 100, most / 10, most}) {
+    Subject subject(objects);
+    results.push_back(against(fmt::format("changing 1 % of {} objects : a pugixml loop", objects),
+                              mediansInTurn(
+                                  effort, [&] { subject.change(1); }, [&] { subject.changeXml(); }),
+                              0.1));
+    results.back().isPromised = objects == most;
+    results.push_back(
+        against(fmt::format("the first change of {} objects : a pugixml loop", objects),
+                mediansInTurn(
+                    effort, [&] { subject.changeAsNew(); }, [&] { subject.changeXml(); }),
+                0.1));
+    results.back().isPromised = false;
+    if (objects != most) continue;
+    results.push_back(against("ten groups : one",
+                              mediansInTurn(
+                                  effort, [&] { subject.change(10); }, [&] { subject.change(1); }),
+                              10.5));
+  }
+}
+
+/// Bytes that the heap holds for undoing a change of every hundredth of `objects`.
+double undoBytes(int objects) {
+  const auto document = makeDocument(objects);
+  document->index();
+  ModifyRequest request;
+  request.events.push_back(hidingEvent(false));
+  ChangeEngine engine(request, {});
+  const std::size_t before = mallinfo2().uordblks;
+  engine.apply(*document);
+  return static_cast<double>(mallinfo2().uordblks - before);
+}
+
+void undoMemory(const Effort& effort, std::vector<LimitResult>& results) {
+  const int most = effort.isSmoke ? 1000 : 100'000;
+  LimitResult result;
+  result.name = fmt::format("undo of 1 % of {} objects, bytes per change", most);
+  result.measured = undoBytes(most) / (most / 100);
+  // The state of an object, and where it is found: nothing of the other 99 %.
+  result.limit = 512;
+  result.detail = fmt::format("{:.0f} bytes per change of {} objects",
+                              undoBytes(most / 10) / (most / 1000), most / 10);
+  results.push_back(result);
 }
 
 void conditions(const Effort& effort, std::vector<LimitResult>& results) {
@@ -130,6 +188,7 @@ void conditions(const Effort& effort, std::vector<LimitResult>& results) {
 std::vector<LimitResult> changeLimits(const Effort& effort) {
   std::vector<LimitResult> results;
   growth(effort, results);
+  undoMemory(effort, results);
   conditions(effort, results);
   return results;
 }

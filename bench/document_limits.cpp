@@ -166,7 +166,7 @@ void savingAndReading(const Effort& effort, int tables, const Folder& folder,
                             mediansInTurn(
                                 effort,
                                 [&] {
-                                  forgetFiles(document->root());
+                                  forgetFiles(document->editRoot());
                                   saveDocument(*document, path, options);
                                 },
                                 compressAll)));

@@ -1,10 +1,16 @@
 // Measures every limit and says which hold; exit status 1 when one does not.
 //
-//   limits PROGRAM [--smoke]
+//   limits PROGRAM [--smoke | PART]
+//
+// PART is the first word of a file beside this one: process, command, modify, change, build,
+// document.
 #include "bench/limits.h"
 
 #include <cstdio>
 #include <cstring>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <fmt/format.h>
 
@@ -35,19 +41,29 @@ int report(const std::vector<LimitResult>& results, bool isSmoke) {
 
 int main(int argc, char** argv) {
   if (argc < 2) {
-    std::fputs("usage: limits PROGRAM [--smoke]\n", stderr);
+    std::fputs("usage: limits PROGRAM [--smoke | PART]\n", stderr);
     return 2;
   }
   // As the program does, for what is measured and for the yardsticks alike.
   vornwout::keepFreedMemory();
   vornwout::Effort effort;
-  if (argc > 2 && std::strcmp(argv[2], "--smoke") == 0) effort = {1, true};
+  std::string part;
+  if (argc > 2 && std::strcmp(argv[2], "--smoke") == 0) {
+    effort = {1, true};
+  } else if (argc > 2) {
+    part = argv[2];
+  }
+  std::vector<vornwout::LimitResult> results;
+  const auto measure = [&](const char* name, const auto& limits) {
+    if (!part.empty() && part != name) return;
+    for (auto& result : limits(effort)) results.push_back(std::move(result));
+  };
   // Processes first, while this one is small: a child's memory counts what its parent had.
-  std::vector<vornwout::LimitResult> results = vornwout::processLimits(effort, argv[1]);
-  for (auto& result : vornwout::commandLimits(effort)) results.push_back(result);
-  for (auto& result : vornwout::modifyLimits(effort)) results.push_back(result);
-  for (auto& result : vornwout::changeLimits(effort)) results.push_back(result);
-  for (auto& result : vornwout::buildLimits(effort)) results.push_back(result);
-  for (auto& result : vornwout::documentLimits(effort)) results.push_back(result);
+  measure("process", [&](const auto& e) { return vornwout::processLimits(e, argv[1]); });
+  measure("command", vornwout::commandLimits);
+  measure("modify", vornwout::modifyLimits);
+  measure("change", vornwout::changeLimits);
+  measure("build", vornwout::buildLimits);
+  measure("document", vornwout::documentLimits);
   return vornwout::report(results, effort.isSmoke);
 }

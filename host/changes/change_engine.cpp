@@ -60,7 +60,7 @@ void ChangeEngine::apply(Document& document) {
 void ChangeEngine::carryOut(const Task& task, ChangeLog& log) {
   const ModifyEvent& event = task.event;
   int index = event.index ? event.index->start : 0;
-  for (DocumentObject* object : selectObjects(log.document().root(), event, log.gone())) {
+  for (DocumentObject* object : selectObjects(log.document(), event, log.gone())) {
     selected_.insert(object);
     if (event.index) {
       std::string text = indexText(event.index->style, index);

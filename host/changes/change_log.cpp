@@ -91,7 +91,7 @@ std::vector<std::size_t> ChangeLog::commit() {
     for (std::size_t i = 0; i < top.size(); ++i) {
       if (gone_.contains(&top[i])) positions.push_back(i);
     }
-    dropGone(document_.root(), gone_);
+    dropGone(document_.editRoot(), gone_);
     gone_.clear();
   }
   before_.clear();

@@ -11,6 +11,7 @@ Document::Document(int number, std::string name, bool minimized)
 }
 
 void Document::setContents(DocumentObject root, std::map<std::string, int> runs) {
+  index_.forgetFrom(0);
   root_ = std::move(root);
   runs_ = std::move(runs);
 }

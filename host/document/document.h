@@ -1,8 +1,9 @@
 // An output document in memory: a name, a window state, and a tree of objects below a root.
 //
 // Entry points: append() for objects of the top level, at() to fill a heading that stands there,
-// beginRun() to number the runs of a command. Objects of the top level are addressed by position,
-// which stays right while the document grows; a reference from at() lasts until the next append().
+// beginRun() to number the runs of a command, index() to find objects. Objects of the top level are
+// addressed by position, which stays right while the document grows; a reference from at() lasts
+// until the next append().
 #pragma once
 
 #include <cstddef>
@@ -10,6 +11,7 @@
 #include <string>
 
 #include "host/document/document_object.h"
+#include "host/document/object_index.h"
 
 namespace vornwout {
 
@@ -34,8 +36,20 @@ class Document {
 
   /// The unlabelled heading above all objects.
   const DocumentObject& root() const { return root_; }
-  /// To write to; references from at() end when objects of the top level come or go.
-  DocumentObject& root() { return root_; }
+  /// To write to, objects may come and go; references from at() end when some of the top level do.
+  DocumentObject& editRoot() {
+    index_.forgetFrom(0);
+    return root_;
+  }
+
+  /// The objects as they now stand. Holds until an object comes or goes, or gets another type,
+  /// command, run or subtype; the next call takes in what has come meanwhile.
+  const ObjectIndex& index() {
+    index_.update(root_);
+    return index_;
+  }
+  /// To change what the index does not have: label, visibility, number, size and content.
+  DocumentObject& indexedRoot() { return root_; }
 
   /// Counts a run of `command` in this document and returns its number, from 1. A file can say that
   /// there were as many as can be counted; it stays at that.
@@ -46,8 +60,11 @@ class Document {
   /// Puts an object at the end of the top level and returns its position there.
   std::size_t append(DocumentObject object);
 
-  /// The object at `position` of the top level; throws std::out_of_range.
-  DocumentObject& at(std::size_t position) { return root_.children.at(position); }
+  /// The object at `position` of the top level, to write to; throws std::out_of_range.
+  DocumentObject& at(std::size_t position) {
+    index_.forgetFrom(position);
+    return root_.children.at(position);
+  }
 
  private:
   int number_;
@@ -55,6 +72,7 @@ class Document {
   bool minimized_;
   bool wasEncrypted_ = false;
   DocumentObject root_;
+  ObjectIndex index_;  ///< of those objects that index() has met
   std::map<std::string, int> runs_;
 };
 

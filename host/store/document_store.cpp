@@ -124,7 +124,7 @@ class DocumentSaver {
   void countDone() { reportProgress(progress_, ++done_, total_); }
 
   void collect() {
-    forEachObject(document_.root(), options_.storeModels, [&](DocumentObject& object) {
+    forEachObject(document_.indexedRoot(), options_.storeModels, [&](DocumentObject& object) {
       if (!hasContent(object)) return;
       items_.push_back({&object, 0, object.content.isLoaded()});
       if (old_ == nullptr) {

@@ -51,7 +51,7 @@ TEST(ChangeLog, WhatIsNotCommittedIsTakenBack) {
   const Document before = document;
   {
     ChangeLog log(document);
-    DocumentObject& a = document.root().children[0];
+    DocumentObject& a = document.editRoot().children[0];
     for (int i = 0; i < 2; ++i) {
       log.willChange(a);
       a.visible = false;
@@ -60,7 +60,7 @@ TEST(ChangeLog, WhatIsNotCommittedIsTakenBack) {
       a.index = "iv";
       a.content.set(LogContent{"other"});
     }
-    log.remove(document.root().children[1]);
+    log.remove(document.editRoot().children[1]);
     EXPECT_EQ(log.changedCount(), 1U);
     EXPECT_EQ(log.removedCount(), 6U) << "the heading, b, I, c, d and e";
     EXPECT_FALSE(sameObject(document.root(), before.root()));
@@ -72,10 +72,10 @@ TEST(ChangeLog, CommittedChangesStay) {
   Document document = makeDocument();
   {
     ChangeLog log(document);
-    DocumentObject& f = document.root().children[2];
+    DocumentObject& f = document.editRoot().children[2];
     log.willChange(f);
     f.label = "g";
-    log.remove(document.root().children[0]);
+    log.remove(document.editRoot().children[0]);
     EXPECT_THAT(log.commit(), ElementsAre(0));
   }
   EXPECT_EQ(outline(document.root()), "H(b I(c d) e) g");
@@ -101,7 +101,7 @@ TEST(ChangeLog, ObjectsAtAnyDepthGoTogether) {
     Document document = makeDocument();
     ChangeLog log(document);
     for (const std::vector<std::size_t>& path : test.removed) {
-      DocumentObject* object = &document.root();
+      DocumentObject* object = &document.editRoot();
       for (const std::size_t step : path) object = &object->children[step];
       log.remove(*object);
       log.remove(*object);
@@ -115,9 +115,9 @@ TEST(ChangeLog, ObjectsAtAnyDepthGoTogether) {
 TEST(ChangeLog, WhatIsChangedAndThenGoneCountsAsGoneOnly) {
   Document document = makeDocument();
   ChangeLog log(document);
-  DocumentObject& heading = document.root().children[1];
+  DocumentObject& heading = document.editRoot().children[1];
   log.willChange(heading.children[0]);
-  log.willChange(document.root().children[0]);
+  log.willChange(document.editRoot().children[0]);
   log.remove(heading);
   EXPECT_EQ(log.changedCount(), 1U);
   EXPECT_EQ(log.removedCount(), 6U);
@@ -125,11 +125,11 @@ TEST(ChangeLog, WhatIsChangedAndThenGoneCountsAsGoneOnly) {
 
 TEST(ChangeLog, KeepsContentsByReference) {
   Document document = makeDocument();
-  const ObjectContent* before = &document.root().children[0].content.get();
+  const ObjectContent* before = &document.editRoot().children[0].content.get();
   ChangeLog log(document);
-  log.willChange(document.root().children[0]);
-  document.root().children[0].visible = false;
-  EXPECT_EQ(&document.root().children[0].content.get(), before) << "no content was copied";
+  log.willChange(document.editRoot().children[0]);
+  document.editRoot().children[0].visible = false;
+  EXPECT_EQ(&document.editRoot().children[0].content.get(), before) << "no content was copied";
   EXPECT_THAT(log.commit(), IsEmpty());
 }
 

@@ -108,7 +108,7 @@ TEST_F(DocumentStoreTest, AnyChangeOfAStoredDocumentComesBack) {
     DocumentGenerator generator(seed);
     saveDocument(*generator.document(30), path_, {});
     const auto document = openDocument(path_);
-    auto& children = document->root().children;
+    auto& children = document->editRoot().children;
     for (int changes = generator.upTo(5); changes > 0 && !children.empty(); --changes) {
       const auto at =
           static_cast<std::size_t>(generator.upTo(static_cast<int>(children.size()) - 1));
@@ -163,7 +163,7 @@ TEST_F(DocumentStoreTest, OneChangedObjectRewritesOnePart) {
   saveDocument(made, path_, {});
   const std::vector<std::string> before = memberNames(path_);
   const auto document = openDocument(path_);
-  document->root().children.at(3).content.set(LogContent{"changed"});
+  document->editRoot().children.at(3).content.set(LogContent{"changed"});
   saveDocument(*document, path_, {});
   const std::vector<std::string> after = memberNames(path_);
   std::vector<std::string> gone;
@@ -186,7 +186,7 @@ TEST_F(DocumentStoreTest, AChangedLabelRewritesNoPart) {
   saveDocument(made, path_, {});
   const std::vector<std::string> before = memberNames(path_);
   const auto document = openDocument(path_);
-  document->root().children.at(3).label = "another";
+  document->editRoot().children.at(3).label = "another";
   saveDocument(*document, path_, {});
   EXPECT_EQ(memberNames(path_), before);
   EXPECT_EQ(openDocument(path_)->root().children.at(3).label, "another");
@@ -433,7 +433,7 @@ TEST_F(DocumentStoreTest, AnObjectWithoutASizeThatCanBeReadKeepsItsNaturalOne) {
   for (const double side :
        {-1.0, std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()}) {
     Document document = documentOfLogs(1, 3);
-    document.root().children[0].size = ObjectSize{side, 5, true};
+    document.editRoot().children[0].size = ObjectSize{side, 5, true};
     saveDocument(document, path_, {});
     EXPECT_EQ(openDocument(path_)->root().children[0].size, (ObjectSize{0, 5, true}));
   }
@@ -450,8 +450,8 @@ TEST_F(DocumentStoreTest, MoreObjectsThanMemoryShouldHoldAreRefusedBothWays) {
                "Its part manifest.xml cannot be read: outline: it holds more than 1,000,000 "
                "objects.");
   Document document(1, "", false);
-  document.root().children.resize(kMost);
-  for (DocumentObject& object : document.root().children) object.type = ObjectType::kHeading;
+  document.editRoot().children.resize(kMost);
+  for (DocumentObject& object : document.editRoot().children) object.type = ObjectType::kHeading;
   saveDocument(document, path_, {});
   EXPECT_EQ(openDocument(path_)->root().children.size(), kMost);
   document.append({});

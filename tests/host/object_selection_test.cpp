@@ -27,8 +27,8 @@ DocumentObject object(ObjectType type, const char* command, int run, const char*
 }
 
 /// Two runs of MEANS and one of PLOT, one of the charts hidden and one below a hidden heading.
-DocumentObject makeTree() {
-  DocumentObject root;
+Document makeTree() {
+  Document document(1, "", false);
   DocumentObject first = object(ObjectType::kHeading, "MEANS", 1, "", "Means");
   first.children.push_back(object(ObjectType::kLog, "MEANS", 1, "", "Log"));
   first.children.push_back(object(ObjectType::kTable, "MEANS", 1, "Case Summary", "Cases"));
@@ -37,10 +37,12 @@ DocumentObject makeTree() {
   second.children.push_back(object(ObjectType::kTable, "MEANS", 2, "Report", "Report of sales"));
   DocumentObject third = object(ObjectType::kHeading, "PLOT", 1, "", "Plot", false);
   third.children.push_back(object(ObjectType::kChart, "PLOT", 1, "Bars", "Sales in bars"));
-  root.children = {first, second, third,
-                   object(ObjectType::kChart, "PLOT", 1, "Lines", "Lines", false),
-                   object(ObjectType::kText, "", 0, "", "A word")};
-  return root;
+  document.append(first);
+  document.append(second);
+  document.append(third);
+  document.append(object(ObjectType::kChart, "PLOT", 1, "Lines", "Lines", false));
+  document.append(object(ObjectType::kText, "", 0, "", "A word"));
+  return document;
 }
 
 ModifyEvent eventOf(const std::string& attributes, const std::string& conditions) {
@@ -56,8 +58,8 @@ std::vector<std::string> labelsOf(const std::vector<DocumentObject*>& objects) {
 }
 
 std::vector<std::string> selected(const std::string& attributes, const std::string& conditions) {
-  DocumentObject root = makeTree();
-  return labelsOf(selectObjects(root, eventOf(attributes, conditions), {}));
+  Document document = makeTree();
+  return labelsOf(selectObjects(document, eventOf(attributes, conditions), {}));
 }
 
 TEST(ObjectSelection, TypesAndExceptions) {
@@ -116,9 +118,9 @@ TEST(ObjectSelection, ConditionsOfOneKindAreAlternativesAndKindsMustAllHold) {
 }
 
 TEST(ObjectSelection, NamesBeyondAsciiAreComparedWithoutCaseToo) {
-  DocumentObject root;
-  root.children.push_back(object(ObjectType::kTable, "M\xC3\x84NNER", 1, "Gr\xC3\x96SSE 1", "a"));
-  EXPECT_THAT(labelsOf(selectObjects(root,
+  Document document(1, "", false);
+  document.append(object(ObjectType::kTable, "M\xC3\x84NNER", 1, "Gr\xC3\x96SSE 1", "a"));
+  EXPECT_THAT(labelsOf(selectObjects(document,
                                      eventOf(" tables=\"true\"",
                                              "<command commandName=\"m\xC3\xA4nner\"/>"
                                              "<subtype subtype=\"gr\xC3\xB6sse1\"/>"),
@@ -127,35 +129,45 @@ TEST(ObjectSelection, NamesBeyondAsciiAreComparedWithoutCaseToo) {
 }
 
 TEST(ObjectSelection, WhatNoCommandMadeMeetsNoCondition) {
-  DocumentObject root = makeTree();
+  Document document = makeTree();
   for (const char* const command : {"<command  last=\"true\"/>", "<command />"}) {
-    EXPECT_THAT(labelsOf(selectObjects(root, eventOf(" texts=\"true\"", command), {})), IsEmpty())
+    EXPECT_THAT(labelsOf(selectObjects(document, eventOf(" texts=\"true\"", command), {})),
+                IsEmpty())
         << command;
   }
 }
 
 TEST(ObjectSelection, LastRunIsThatOfTheNameInAnyCase) {
-  DocumentObject root;
-  root.children = {object(ObjectType::kTable, "Means", 1, "", "first"),
-                   object(ObjectType::kTable, "MEANS", 2, "", "second"),
-                   object(ObjectType::kTable, "M\xC3\x84NNER", 2, "", "third"),
-                   object(ObjectType::kTable, "m\xC3\xA4nner", 1, "", "fourth")};
-  EXPECT_THAT(
-      labelsOf(selectObjects(root, eventOf(" tables=\"true\"", "<command  last=\"true\"/>"), {})),
-      ElementsAre("second", "third"));
+  Document document(1, "", false);
+  document.editRoot().children = {object(ObjectType::kTable, "Means", 1, "", "first"),
+                                  object(ObjectType::kTable, "MEANS", 2, "", "second"),
+                                  object(ObjectType::kTable, "M\xC3\x84NNER", 2, "", "third"),
+                                  object(ObjectType::kTable, "m\xC3\xA4nner", 1, "", "fourth")};
+  EXPECT_THAT(labelsOf(selectObjects(document,
+                                     eventOf(" tables=\"true\"", "<command  last=\"true\"/>"), {})),
+              ElementsAre("second", "third"));
 }
 
 TEST(ObjectSelection, WhatIsGoneIsNotSelectedNorCounted) {
-  DocumentObject root = makeTree();
-  const ObjectSet gone = {&root.children[0], &root.children[3]};
-  EXPECT_THAT(labelsOf(selectObjects(root, eventOf(" all=\"true\"", ""), gone)),
+  Document document = makeTree();
+  const ObjectSet gone = {&document.root().children[0], &document.root().children[3]};
+  EXPECT_THAT(labelsOf(selectObjects(document, eventOf(" all=\"true\"", ""), gone)),
               ElementsAre("Means again", "Report of sales", "Plot", "Sales in bars", "A word"));
-  const ObjectSet lastRunGone = {&root.children[1]};
+  const ObjectSet lastRunGone = {&document.root().children[1]};
   EXPECT_THAT(
       labelsOf(selectObjects(
-          root, eventOf(" tables=\"true\"", "<command commandName=\"MEANS\" last=\"true\"/>"),
+          document, eventOf(" tables=\"true\"", "<command commandName=\"MEANS\" last=\"true\"/>"),
           lastRunGone)),
       ElementsAre("Cases", "Report of means"));
+}
+
+TEST(ObjectSelection, WhatHasComeSinceTheLastOneIsSelectedToo) {
+  Document document = makeTree();
+  EXPECT_EQ(selectObjects(document, eventOf(" tables=\"true\"", ""), {}).size(), 3U);
+  document.at(1).children.push_back(object(ObjectType::kTable, "MEANS", 2, "Report", "Later"));
+  document.append(object(ObjectType::kTable, "MEANS", 3, "Report", "Last"));
+  EXPECT_THAT(labelsOf(selectObjects(document, eventOf(" tables=\"true\"", ""), {})),
+              ElementsAre("Cases", "Report of means", "Report of sales", "Later", "Last"));
 }
 
 TEST(ObjectSelection, EverythingExceptedSelectsNothing) {
@@ -166,12 +178,12 @@ TEST(ObjectSelection, EverythingExceptedSelectsNothing) {
   std::string attributes = " all=\"true\"";
   for (const char* name : names) attributes += std::string(" ") + name + "=\"false\"";
   for (int i = 0; i < 50; ++i) {
-    DocumentObject root;
+    Document document(1, "", false);
     for (int j = 0; j < 20; ++j) {
-      root.children.push_back(
+      document.append(
           object(static_cast<ObjectType>(random() % kObjectTypeCount), "A", 1, "", "x"));
     }
-    EXPECT_THAT(selectObjects(root, eventOf(attributes, ""), {}), IsEmpty());
+    EXPECT_THAT(selectObjects(document, eventOf(attributes, ""), {}), IsEmpty());
   }
 }
 
