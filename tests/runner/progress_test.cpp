@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -242,7 +243,10 @@ TEST(ProgressProgram, BuildShowsABarOnceItTakesLong) {
   });
   const auto result =
       runOnTerminal({"build", "--text", quick, "--text", slow, "-o", scratch.file("report.qxv")});
+  // A program that did not come to read would leave the writer waiting for ever.
+  const int reader = open(slow.c_str(), O_RDONLY | O_NONBLOCK);
   writer.join();
+  close(reader);
   ASSERT_TRUE(result.has_value());
   EXPECT_EQ(result->status, 0);
   EXPECT_THAT(result->out, HasSubstr("Building"));

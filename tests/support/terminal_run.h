@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <thread>
@@ -35,7 +36,11 @@ inline std::optional<ProgramResult> runOnTerminal(std::vector<std::string> argum
   argv.push_back(nullptr);
   int master = -1;
   const pid_t child = forkpty(&master, nullptr, nullptr, &size);
-  if (child < 0) return std::nullopt;
+  if (child < 0) {
+    ADD_FAILURE() << "there is no pseudo terminal: " << std::strerror(errno)
+                  << "; a chroot needs one more: mount -t devpts devpts /dev/pts";
+    return std::nullopt;
+  }
   if (child == 0) {
     cleanEnvironment();
     for (const char* name : {"PAGER", "VORNWOUT_PAGER", "LESS"}) unsetenv(name);
