@@ -120,7 +120,7 @@ LimitResult against(std::string name, const Medians& medians, double limit) {
 }
 
 void growth(const Effort& effort, std::vector<LimitResult>& results) {
-  const int most = effort.isSmoke ? 1000 : 100'000;
+  const int most = effort.isSmoke ? 10'000 : 100'000;
   for (const int objects : {most / 100, most / 10, most}) {
     Subject subject(objects);
     results.push_back(against(fmt::format("changing 1 % of {} objects : a pugixml loop", objects),
@@ -155,7 +155,7 @@ double undoBytes(int objects) {
 }
 
 void undoMemory(const Effort& effort, std::vector<LimitResult>& results) {
-  const int most = effort.isSmoke ? 1000 : 100'000;
+  const int most = effort.isSmoke ? 10'000 : 100'000;
   LimitResult result;
   result.name = fmt::format("undo of 1 % of {} objects, bytes per change", most);
   result.measured = undoBytes(most) / (most / 100);

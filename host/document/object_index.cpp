@@ -1,7 +1,6 @@
 #include "host/document/object_index.h"
 
 #include <stdexcept>
-#include <string_view>
 
 namespace vornwout {
 
@@ -28,12 +27,10 @@ void ObjectIndex::add(const DocumentObject& object, std::uint32_t heading, std::
 }
 
 std::uint32_t ObjectIndex::kindOf(const DocumentObject& object) {
-  const std::tuple<ObjectType, std::string_view, std::string_view> key(object.type, object.command,
-                                                                       object.subtype);
-  if (const auto known = known_.find(key); known != known_.end()) return known->second;
+  if (const auto known = known_.find(object); known != known_.end()) return known->second;
   const auto number = static_cast<std::uint32_t>(kinds_.size());
   kinds_.push_back({object.type, object.command, object.subtype});
-  known_.emplace(key, number);
+  known_.emplace(kinds_.back(), number);
   return number;
 }
 

@@ -12,10 +12,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "host/document/document_object.h"
@@ -50,11 +48,22 @@ class ObjectIndex {
   const Place& placeOf(std::size_t object) const { return places_[object]; }
 
  private:
+  /// Finds a kind by an object, so that nothing is copied for one that is known.
+  struct KindOrder {
+    using is_transparent = void;
+    template <typename A, typename B>
+    bool operator()(const A& a, const B& b) const {
+      if (a.type != b.type) return a.type < b.type;
+      const int order = a.command.compare(b.command);
+      return order != 0 ? order < 0 : a.subtype < b.subtype;
+    }
+  };
+
   void add(const DocumentObject& object, std::uint32_t heading, std::size_t position);
   std::uint32_t kindOf(const DocumentObject& object);
 
   std::vector<Kind> kinds_;
-  std::map<std::tuple<ObjectType, std::string, std::string>, std::uint32_t, std::less<>> known_;
+  std::map<Kind, std::uint32_t, KindOrder> known_;
   std::vector<std::uint32_t> kindOfObjects_;
   std::vector<Place> places_;
   std::vector<std::size_t> tops_;  ///< number of each object of the top level
