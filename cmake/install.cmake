@@ -5,9 +5,10 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/vornwout)
 
 # The program and the libraries find each other wherever the prefix is moved to.
 set_target_properties(vornwout_program PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
-set_target_properties(vornwout vornplatform PROPERTIES INSTALL_RPATH "$ORIGIN")
+set_target_properties(vornwout vornplatform vornxml PROPERTIES INSTALL_RPATH "$ORIGIN")
 
 install(TARGETS vornwout_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS vornxml LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS vornplatform vornwout EXPORT vornwout-targets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY platform/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vornwout/platform
@@ -15,8 +16,9 @@ install(DIRECTORY platform/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vornwout/pla
 install(FILES libvornwout/include/vornwout/entry_points.h
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vornwout)
 install(FILES README.md docs/language-reference.md docs/messages.md docs/traces.md
-              docs/file-format.md docs/document.xsd docs/modify-document.md docs/modify-document.xsd
-              docs/looks.md docs/table-look.xsd docs/chart-template.xsd
+              docs/file-format.md docs/document.xsd docs/modify-document.md docs/modify-document.xsd docs/export-documents.md
+              docs/looks.md docs/table-look.xsd docs/chart-template.xsd docs/export-document.xsd
+              docs/export-response.xsd
         DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 install(EXPORT vornwout-targets NAMESPACE vornwout:: DESTINATION ${package_dir})

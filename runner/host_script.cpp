@@ -16,7 +16,7 @@
 
 #include "platform/text/json_locator.h"
 #include "platform/text/strict_json.h"
-#include "runner/response_xml.h"
+#include "platform/exportspec/response_spec.h"
 
 namespace vornwout {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "platform/adapter/go_to_caller.h"
 #include "platform/text/encoding.h"
-#include "runner/response_xml.h"
+#include "platform/exportspec/response_spec.h"
 
 namespace vornwout {
 namespace {
