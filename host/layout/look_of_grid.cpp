@@ -1,7 +1,6 @@
 #include "host/layout/look_of_grid.h"
 
-#include <array>
-#include <map>
+#include <cstddef>
 #include <utility>
 
 namespace vornwout {
@@ -20,25 +19,6 @@ LookArea areaOf(CellRole role) {
   }
   return LookArea::kData;
 }
-
-/// The looks of one area, each made once.
-class AreaLooks {
- public:
-  explicit AreaLooks(TextLook base) : base_(std::move(base)), alone_(base_) {}
-
-  SharedLook merged(const SharedLook& own) {
-    if (own.empty()) return alone_;
-    // Cells of one look share it, so its address tells them; the copy keeps it.
-    const auto [known, isNew] = made_.try_emplace(&own.get());
-    if (isNew) known->second = {own, SharedLook(mergedLook(base_, own.get()))};
-    return known->second.second;
-  }
-
- private:
-  TextLook base_;
-  SharedLook alone_;
-  std::map<const TextLook*, std::pair<SharedLook, SharedLook>> made_;
-};
 
 CellAlignment aligned(LookHorizontal horizontal, CellAlignment byValue) {
   switch (horizontal) {
@@ -81,42 +61,62 @@ TextLook mergedLook(const TextLook& base, const TextLook& own) {
   return merged;
 }
 
-void applyTableLook(TableGrid& grid) {
-  const TableLook& look = grid.tableLook.get();
-  if (grid.tableLook.empty()) return;
-  std::array<AreaLooks, 4> areas = {
-      AreaLooks(textOf(look, LookArea::kCorner)), AreaLooks(textOf(look, LookArea::kColumnLabels)),
-      AreaLooks(textOf(look, LookArea::kRowLabels)), AreaLooks(textOf(look, LookArea::kData))};
-  AreaLooks bandedData(banded(look, LookArea::kData));
-  AreaLooks bandedLabels(banded(look, LookArea::kRowLabels));
-  const bool hasBands = !look.banding.fill.empty();
-  for (GridCell& cell : grid.cells) {
-    const bool isInBand = hasBands && cell.row >= grid.headerRows &&
-                          (cell.row - grid.headerRows) % 2 == 1 && cell.rowSpan == 1;
-    AreaLooks* looks = &areas[static_cast<std::size_t>(cell.role)];
-    if (isInBand && cell.role == CellRole::kData) looks = &bandedData;
-    if (isInBand && cell.role == CellRole::kRowLabel && look.banding.rowLabels) {
-      looks = &bandedLabels;
-    }
-    cell.look = looks->merged(cell.look);
-    cell.alignment = aligned(look.area(areaOf(cell.role)).horizontal, cell.alignment);
+SharedLook GridLooks::AreaLooks::merged(const SharedLook& own) {
+  if (own.empty()) return alone_;
+  // Cells of one look share it, so its address tells them; the copy keeps it.
+  const auto [known, isNew] = made_.try_emplace(&own.get());
+  if (isNew) known->second = {own, SharedLook(mergedLook(base_, own.get()))};
+  return known->second.second;
+}
+
+GridLooks::GridLooks(TableGrid& grid)
+    : look_(grid.tableLook),
+      headerRows_(grid.headerRows),
+      hasBands_(!look_->banding.fill.empty()),
+      areas_{AreaLooks(textOf(look_.get(), LookArea::kCorner)),
+             AreaLooks(textOf(look_.get(), LookArea::kColumnLabels)),
+             AreaLooks(textOf(look_.get(), LookArea::kRowLabels)),
+             AreaLooks(textOf(look_.get(), LookArea::kData))},
+      bandedData_(banded(look_.get(), LookArea::kData)),
+      bandedLabels_(banded(look_.get(), LookArea::kRowLabels)) {
+  if (look_.empty()) return;
+  grid.emptyCornerLook = areas_[static_cast<std::size_t>(CellRole::kCorner)].merged({});
+  grid.emptyDataLook = areas_[static_cast<std::size_t>(CellRole::kData)].merged({});
+  grid.emptyBandLook = hasBands_ ? bandedData_.merged({}) : grid.emptyDataLook;
+  if (look_->dataColumns.min > 0 && !grid.minDataColumnWidth) {
+    grid.minDataColumnWidth = look_->dataColumns.min;
   }
-  grid.emptyCornerLook = areas[static_cast<std::size_t>(CellRole::kCorner)].merged({});
-  grid.emptyDataLook = areas[static_cast<std::size_t>(CellRole::kData)].merged({});
-  grid.emptyBandLook = hasBands ? bandedData.merged({}) : grid.emptyDataLook;
-  if (look.dataColumns.min > 0 && !grid.minDataColumnWidth) {
-    grid.minDataColumnWidth = look.dataColumns.min;
-  }
-  if (look.dataColumns.max > 0 && !grid.maxDataColumnWidth) {
-    grid.maxDataColumnWidth = look.dataColumns.max;
+  if (look_->dataColumns.max > 0 && !grid.maxDataColumnWidth) {
+    grid.maxDataColumnWidth = look_->dataColumns.max;
   }
   const auto merge = [&](SharedLook& own, LookArea area) {
-    own = SharedLook(mergedLook(textOf(look, area), own.get()));
+    own = SharedLook(mergedLook(textOf(look_.get(), area), own.get()));
   };
   merge(grid.titleLook, LookArea::kTitle);
   merge(grid.layersLook, LookArea::kLayers);
   merge(grid.captionLook, LookArea::kCaption);
   merge(grid.footnoteLook, LookArea::kFootnotes);
+}
+
+GridLooks::AreaLooks& GridLooks::looksOf(const GridCell& cell) {
+  const bool isInBand = hasBands_ && cell.row >= headerRows_ && (cell.row - headerRows_) % 2 == 1 &&
+                        cell.rowSpan == 1;
+  if (isInBand && cell.role == CellRole::kData) return bandedData_;
+  if (isInBand && cell.role == CellRole::kRowLabel && look_->banding.rowLabels) {
+    return bandedLabels_;
+  }
+  return areas_[static_cast<std::size_t>(cell.role)];
+}
+
+void GridLooks::apply(GridCell& cell) {
+  if (look_.empty()) return;
+  cell.look = looksOf(cell).merged(cell.look);
+  cell.alignment = aligned(look_->area(areaOf(cell.role)).horizontal, cell.alignment);
+}
+
+void applyTableLook(TableGrid& grid) {
+  GridLooks looks(grid);
+  for (GridCell& cell : grid.cells) looks.apply(cell);
 }
 
 }  // namespace vornwout

@@ -1,11 +1,9 @@
-// A pivot table laid out as a grid of rows and columns, once for every renderer.
+// A pivot table laid out as a grid of rows and columns, for renderers that must see the whole of it
+// before they draw; host/layout/table_layout.h has it row by row.
 //
-// layoutTable() nests the dimensions of rows and columns by their index, renders every text, spans
-// labels over what they stand for, marks the cells that have footnotes, and decides the alignment.
 // Looks are those that the table gives its texts; what is not set in one, such as whether labels
-// are bold, is the renderer's choice. What a renderer has left to do is to measure and to draw. The
-// grid is sparse: a place that no cell covers is empty, so that the cost grows with the labels and
-// the cells and not with their product.
+// are bold, is the renderer's choice. The grid is sparse: a place that no cell covers is empty, so
+// that the cost grows with the labels and the cells and not with their product.
 #pragma once
 
 #include <cstddef>
@@ -65,7 +63,8 @@ struct TableGrid {
   SharedLook layersLook;
   int rowCount = 0;
   int columnCount = 0;
-  int headerRows = 0;                  ///< rows above the data
+  int headerRows = 0;                  ///< rows above the data; the label of a row dimension
+                                       ///< stands there above its categories
   int headerColumns = 0;               ///< columns before the data
   std::vector<GridCell> cells;         ///< in reading order of their upper left places
   std::vector<std::size_t> rowStarts;  ///< index of each row's first cell, and the end
@@ -91,9 +90,15 @@ struct TableGrid {
   int columnWidth(int column) const;
 };
 
+/// Which combinations of the layers' categories are laid out.
+enum class ShownLayers {
+  kAsChosen,  ///< of a dimension with a shown leaf that one, of the others all
+  kAll,       ///< all, whatever leaf is shown
+  kFirst,     ///< the first one that is shown
+};
+
 struct LayoutOptions {
-  /// Lays out only the first combination of the layers' categories.
-  bool firstLayerOnly = false;
+  ShownLayers layers = ShownLayers::kAsChosen;
   /// Rows and columns that a table may have, all layers together, before combinations of categories
   /// without any cell are left out. Nested dimensions multiply, so this bounds cost and memory.
   std::size_t completeLimit = 1'000'000;
@@ -103,14 +108,7 @@ struct LayoutOptions {
   std::uint64_t emptyLimit = 2'000'000;
 };
 
-/// Lays out a table: one grid for each combination of the layers' categories that has cells, in the
-/// order of the categories, and a grid without data for a table without cells. Of a layer dimension
-/// with a shown leaf only that leaf counts. The label of a row dimension stands above its
-/// categories and is hidden with them.
-///
-/// Throws std::invalid_argument when a cell or category refers to something that the table has not,
-/// and std::length_error when the dimensions of one place have 2^63 combinations or more, or the
-/// table is too large to be shown.
+/// Lays out a table whole: the grids of TableLayout, with its exceptions.
 std::vector<TableGrid> layoutTable(const PivotTable& table, const LayoutOptions& options = {});
 
 /// The mark of the footnote with this index: a, b, ..., z, aa, ab, ...

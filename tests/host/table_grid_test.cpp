@@ -337,7 +337,7 @@ TEST(TableGrid, OneGridPerLayerCombinationThatHasCells) {
 
 TEST(TableGrid, FirstLayerOnlyOnRequest) {
   LayoutOptions options;
-  options.firstLayerOnly = true;
+  options.layers = ShownLayers::kFirst;
   EXPECT_EQ(drawn(onlyGrid(layered(), options)), "0:R\n0:r0\n0:r1 1:xb\n");
 }
 

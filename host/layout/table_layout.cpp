@@ -1,0 +1,347 @@
+#include "host/layout/table_layout.h"
+
+#include <algorithm>
+#include <limits>
+#include <numeric>
+#include <stdexcept>
+#include <utility>
+
+#include <fmt/format.h>
+
+#include "platform/adapter/progress_listener.h"
+#include "platform/pivot/cell_text.h"
+
+namespace vornwout {
+namespace {
+
+constexpr std::size_t kRowsPerReport = 1000;
+
+std::size_t at(int index) { return static_cast<std::size_t>(index); }
+
+bool isNumber(const CellText& text) { return text.kind == CellText::Kind::kNumber; }
+
+}  // namespace
+
+TableLayout::TableLayout(const PivotTable& table, const LayoutOptions& options)
+    : table_(table),
+      options_(options),
+      rowAxis_(table, PivotPlace::kRows),
+      columnAxis_(table, PivotPlace::kColumns),
+      layerAxis_(table, PivotPlace::kLayers) {
+  for (const PivotCell& cell : table.cells) {
+    if (cell.at.size() != table.dimensions.size()) {
+      throw std::invalid_argument("a cell of the table does not name one category per dimension");
+    }
+  }
+  // Most tables are filled in reading order and need no sorting.
+  if (!standsInOrder()) sortCells();
+  findLayers();
+  if (options_.layers == ShownLayers::kFirst) layers_.resize(1);
+}
+
+TableLayout::PlacedCell TableLayout::place(const PivotCell& cell) const {
+  return {layerAxis_.keyOf(cell), rowAxis_.keyOf(cell), columnAxis_.keyOf(cell), &cell};
+}
+
+bool TableLayout::standsInOrder() const {
+  std::optional<PlacedCell> last;
+  for (const PivotCell& cell : table_.cells) {
+    if (!isShown(cell)) continue;
+    const PlacedCell placed = place(cell);
+    if (last && !last->isBefore(placed)) return false;
+    last = placed;
+  }
+  return true;
+}
+
+void TableLayout::sortCells() {
+  std::vector<PlacedCell>& cells = sorted_.emplace();
+  cells.reserve(table_.cells.size());
+  for (const PivotCell& cell : table_.cells) {
+    if (isShown(cell)) cells.push_back(place(cell));
+  }
+  std::stable_sort(cells.begin(), cells.end(), [](const PlacedCell& left, const PlacedCell& right) {
+    return left.isBefore(right);
+  });
+  // Of several cells at one place the last one given is the one that counts.
+  const auto kept = std::unique(
+      cells.rbegin(), cells.rend(),
+      [](const PlacedCell& left, const PlacedCell& right) { return left.isAtPlaceOf(right); });
+  cells.erase(cells.begin(), kept.base());
+}
+
+std::optional<TableLayout::PlacedCell> TableLayout::cellAt(std::size_t index) const {
+  if (sorted_) return (*sorted_)[index];
+  const PivotCell& cell = table_.cells[index];
+  return isShown(cell) ? std::optional(place(cell)) : std::nullopt;
+}
+
+void TableLayout::findLayers() {
+  const auto layerOf = [&](std::size_t index) -> std::optional<std::uint64_t> {
+    if (sorted_) return (*sorted_)[index].layer;
+    const PivotCell& cell = table_.cells[index];
+    return isShown(cell) ? std::optional(layerAxis_.keyOf(cell)) : std::nullopt;
+  };
+  for (std::size_t i = 0; i < cellCount(); ++i) {
+    const std::optional<std::uint64_t> key = layerOf(i);
+    if (!key) continue;
+    if (layers_.empty() || layers_.back().key != *key) layers_.push_back({*key, i, i});
+    layers_.back().last = i + 1;
+  }
+  if (layers_.empty()) layers_.push_back({layerAxis_.firstShownKey(), 0, 0});
+}
+
+void TableLayout::countPlaces(std::uint64_t rows, std::uint64_t columns) {
+  constexpr std::uint64_t kMostPlacesPerFilled = 16;
+  places_ += rows * columns;
+  labels_ += rows + columns;
+  if (places_ <= options_.emptyLimit ||
+      places_ / kMostPlacesPerFilled <= table_.cells.size() + labels_) {
+    return;
+  }
+  const std::string layers = layers_.size() > 1 ? fmt::format(" in {} layers", layers_.size()) : "";
+  throw std::length_error(
+      fmt::format("it is too large and nearly empty, with {} rows and {} columns{}; vornwout show "
+                  "--json gives its values",
+                  rows, columns, layers));
+}
+
+std::vector<int> GridRows::FootnoteCollector::numbersOf(const std::vector<CellText>& notes) {
+  std::vector<int> numbers;
+  ++marked_;
+  for (const CellText& note : notes) {
+    const int index = indexOf(renderText(note));
+    if (std::exchange(lastMarked_[at(index)], marked_) != marked_) numbers.push_back(index);
+  }
+  return numbers;
+}
+
+int GridRows::FootnoteCollector::indexOf(const std::string& text) {
+  const auto [known, isNew] = indexes_.try_emplace(text, static_cast<int>(footnotes_.size()));
+  if (isNew) {
+    footnotes_.push_back({footnoteMark(known->second), text});
+    lastMarked_.push_back(0);
+  }
+  return known->second;
+}
+
+std::size_t GridRows::Positions::indexOf(std::uint64_t key) const {
+  if (isComplete) return key;
+  return static_cast<std::size_t>(std::lower_bound(keys.begin(), keys.end(), key) - keys.begin());
+}
+
+GridRows::GridRows(TableLayout& layout, std::size_t index)
+    : layout_(layout),
+      layer_(layout.layers_.at(index)),
+      rows_(positionsOf(layout.rowAxis_, &TableLayout::PlacedCell::row)),
+      columns_(positionsOf(layout.columnAxis_, &TableLayout::PlacedCell::column)),
+      footnotes_(grid_.footnotes),
+      nextCell_(layer_.first) {
+  layout_.countPlaces(rows_.keys.size(), columns_.keys.size());
+  columnLines_ = layout_.columnAxis_.header(columns_.keys, true, false);
+  rowLines_ = layout_.rowAxis_.header(rows_.keys, false, true);
+  nextLabel_.assign(rowLines_.size(), 0);
+  describe();
+  findNumericColumns();
+  looks_.emplace(grid_);
+}
+
+GridRows::Positions GridRows::positionsOf(const TableAxis& axis,
+                                          std::uint64_t TableLayout::PlacedCell::*key) const {
+  const std::uint64_t layerCount = layout_.layers_.size();
+  std::uint64_t bound = layout_.options_.completeLimit;
+  // A single dimension shows every category: the table itself is no smaller.
+  if (layerCount == 1 && axis.dimensions().size() <= 1) bound = axis.combinations();
+  Positions positions;
+  std::vector<std::uint64_t>& keys = positions.keys;
+  if (axis.combinations() <= bound / layerCount) {
+    keys.resize(axis.combinations());
+    std::iota(keys.begin(), keys.end(), std::uint64_t{0});
+  } else {
+    positions.isComplete = false;
+    for (std::size_t i = layer_.first; i < layer_.last; ++i) {
+      const std::optional<TableLayout::PlacedCell> cell = layout_.cellAt(i);
+      if (cell) keys.push_back((*cell).*key);
+    }
+    std::sort(keys.begin(), keys.end());
+    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+  }
+  if (keys.size() > at(std::numeric_limits<int>::max())) {
+    throw std::length_error("the table has too many rows or columns");
+  }
+  return positions;
+}
+
+std::vector<LayerCaption> GridRows::captions(std::uint64_t layer) const {
+  const TableAxis& axis = layout_.layerAxis_;
+  std::vector<LayerCaption> result;
+  if (axis.combinations() == 0) return result;
+  for (std::size_t i = 0; i < axis.dimensions().size(); ++i) {
+    const AxisDimension& dimension = axis.dimensions()[i];
+    LayerCaption caption;
+    if (dimension.isLabelShown()) caption.dimension = renderText(dimension.label());
+    if (dimension.areCategoriesShown()) {
+      const std::uint64_t rank = axis.rankIn(layer, i);
+      for (int level = 0; level < dimension.depth(); ++level) {
+        const int index = dimension.categoryAt(rank, level);
+        if (index < 0) break;
+        if (!caption.category.empty()) caption.category += ", ";
+        caption.category += renderText(dimension.category(index).label);
+      }
+    }
+    if (!caption.dimension.empty() || !caption.category.empty()) result.push_back(caption);
+  }
+  return result;
+}
+
+void GridRows::findNumericColumns() {
+  std::vector<bool> hasOther(columns_.keys.size());
+  isNumeric_.resize(columns_.keys.size());
+  for (std::size_t i = layer_.first; i < layer_.last; ++i) {
+    const std::optional<TableLayout::PlacedCell> cell = layout_.cellAt(i);
+    if (!cell) continue;
+    const std::size_t column = columns_.indexOf(cell->column);
+    (isNumber(cell->cell->value) ? isNumeric_ : hasOther)[column] = true;
+  }
+  for (std::size_t i = 0; i < isNumeric_.size(); ++i) {
+    if (hasOther[i]) isNumeric_[i] = false;
+  }
+}
+
+void GridRows::describe() {
+  const PivotTable& table = layout_.table_;
+  if (!table.titleHidden) grid_.title = renderText(table.title);
+  grid_.layers = captions(layer_.key);
+  grid_.summary = table.summary;
+  grid_.caption = renderText(table.caption);
+  grid_.titleLook = table.titleLook;
+  grid_.captionLook = table.captionLook;
+  grid_.footnoteLook = table.footnoteLook;
+  grid_.tableLook = table.tableLook;
+  grid_.minDataColumnWidth = table.minDataColumnWidth;
+  grid_.maxDataColumnWidth = table.maxDataColumnWidth;
+  grid_.headerColumns = static_cast<int>(rowLines_.size());
+  grid_.headerRows = static_cast<int>(columnLines_.size());
+  const bool hasCornerLabel =
+      std::any_of(rowLines_.begin(), rowLines_.end(), [&](const AxisLine& line) {
+        return layout_.rowAxis_.dimensions()[line.dimension].isLabelShown();
+      });
+  if (hasCornerLabel) grid_.headerRows = std::max(1, grid_.headerRows);
+  grid_.rowCount = grid_.headerRows + static_cast<int>(rows_.keys.size());
+  grid_.columnCount = grid_.headerColumns + static_cast<int>(columns_.keys.size());
+  grid_.columnWidths.assign(at(grid_.headerColumns), 0);
+  for (const std::uint64_t key : columns_.keys) {
+    grid_.columnWidths.push_back(layout_.columnAxis_.widthOf(key));
+  }
+  grid_.titleNotes = footnotes_.numbersOf(table.footnotes);
+
+  const auto isCategories = [](const AxisLine& line) { return !line.isDimensionLabel; };
+  const auto hasSpans = [](const AxisLine& line) {
+    return !line.isDimensionLabel &&
+           std::any_of(line.labels.begin(), line.labels.end(),
+                       [](const AxisLabel& label) { return label.length > 1; });
+  };
+  hasNestedLabels_ = rowLines_.size() > 1 ||
+                     std::count_if(columnLines_.begin(), columnLines_.end(), isCategories) > 1 ||
+                     std::any_of(columnLines_.begin(), columnLines_.end(), hasSpans) ||
+                     std::any_of(rowLines_.begin(), rowLines_.end(), hasSpans);
+}
+
+/// What a cell had from a row before it is used again, its memory above all.
+GridCell& GridRows::addCell(CellRole role, int row, int column) {
+  if (count_ == cells_.size()) cells_.emplace_back();
+  GridCell& cell = cells_[count_++];
+  cell.role = role;
+  cell.row = row;
+  cell.column = column;
+  cell.rowSpan = 1;
+  cell.columnSpan = 1;
+  cell.alignment = CellAlignment::kLeft;
+  cell.look = {};
+  cell.notes.clear();
+  return cell;
+}
+
+GridCell& GridRows::addLabel(CellRole role, int row, int column, const CellText& text) {
+  GridCell& cell = addCell(role, row, column);
+  cell.text = renderText(text);
+  cell.isNumber = isNumber(text);
+  if (cell.isNumber) cell.alignment = CellAlignment::kRight;
+  return cell;
+}
+
+GridCell& GridRows::addLabel(CellRole role, int row, int column, const AxisLabel& label) {
+  GridCell& cell = addLabel(role, row, column, *label.text);
+  if (label.category != nullptr) cell.look = label.category->look;
+  return cell;
+}
+
+bool GridRows::next() {
+  if (row_ + 1 >= grid_.rowCount) return false;
+  ++row_;
+  count_ = 0;
+  if (row_ < grid_.headerRows) {
+    makeHeaderRow();
+  } else {
+    makeDataRow();
+  }
+  for (GridCell& cell : takeCells()) looks_->apply(cell);
+  return true;
+}
+
+void GridRows::addCornerLabels() {
+  for (int column = 0; column < grid_.headerColumns; ++column) {
+    const std::size_t index = rowLines_[at(column)].dimension;
+    const AxisDimension& dimension = layout_.rowAxis_.dimensions()[index];
+    const bool isFirst = column == 0 || rowLines_[at(column - 1)].dimension != index;
+    if (!isFirst || !dimension.isLabelShown()) continue;
+    GridCell& corner = addLabel(CellRole::kCorner, row_, column, dimension.label());
+    corner.columnSpan = std::max(1, dimension.depth());
+  }
+}
+
+void GridRows::makeHeaderRow() {
+  // The label of a row dimension stands above the labels of its categories.
+  if (row_ == grid_.headerRows - 1) addCornerLabels();
+  if (at(row_) >= columnLines_.size()) return;
+  for (const AxisLabel& label : columnLines_[at(row_)].labels) {
+    GridCell& cell =
+        addLabel(CellRole::kColumnLabel, row_, grid_.headerColumns + label.start, label);
+    cell.rowSpan = label.levels;
+    cell.columnSpan = label.length;
+    // A label over one column of numbers stands where the numbers stand.
+    const bool isOverNumbers = label.length == 1 && label.isLeaf && isNumeric_[at(label.start)];
+    cell.alignment = isOverNumbers ? CellAlignment::kRight : CellAlignment::kLeft;
+  }
+}
+
+void GridRows::makeDataRow() {
+  const std::size_t position = at(row_ - grid_.headerRows);
+  for (std::size_t column = 0; column < rowLines_.size(); ++column) {
+    const std::vector<AxisLabel>& labels = rowLines_[column].labels;
+    std::size_t& next = nextLabel_[column];
+    if (next == labels.size() || at(labels[next].start) != position) continue;
+    GridCell& cell = addLabel(CellRole::kRowLabel, row_, static_cast<int>(column), labels[next]);
+    cell.rowSpan = labels[next].length;
+    cell.columnSpan = labels[next].levels;
+    ++next;
+  }
+  if (position % kRowsPerReport == kRowsPerReport - 1) {
+    reportWithinStep(nextCell_, layout_.cellCount());
+  }
+  for (; nextCell_ < layer_.last; ++nextCell_) {
+    const std::optional<TableLayout::PlacedCell> placed = layout_.cellAt(nextCell_);
+    if (!placed) continue;
+    if (placed->row != rows_.keys[position]) break;
+    const int column = grid_.headerColumns + static_cast<int>(columns_.indexOf(placed->column));
+    GridCell& cell = addCell(CellRole::kData, row_, column);
+    const PivotCell& source = *placed->cell;
+    cell.text = renderText(source.value);
+    cell.isNumber = isNumber(source.value);
+    if (cell.isNumber) cell.alignment = CellAlignment::kRight;
+    cell.look = source.look;
+    if (!source.notes.empty()) cell.notes = footnotes_.numbersOf(source.notes);
+  }
+}
+
+}  // namespace vornwout
