@@ -8,7 +8,8 @@
 #include "host/changes/change_engine.h"
 #include "host/changes/installed_fonts.h"
 #include "host/changes/modify_request_reader.h"
-#include "host/store/store_error.h"
+#include "host/export/export_output.h"
+#include "platform/exportspec/export_xml.h"
 #include "platform/text/encoding.h"
 #include "platform/text/shortened_text.h"
 
@@ -19,8 +20,8 @@ constexpr int kShownColumns = 24;  ///< of a name in a message
 
 }  // namespace
 
-std::string EmbeddedHost::ExportOutput(const std::string&) {
-  throw std::runtime_error("This version cannot export output documents.");
+std::string EmbeddedHost::ExportOutput(const std::string& exportXml) {
+  return exportResponseXml(exportOutput(readExportXml(exportXml), controller_));
 }
 
 std::string EmbeddedHost::ModifyOutput(const std::string& modifyXml) {
@@ -28,9 +29,7 @@ std::string EmbeddedHost::ModifyOutput(const std::string& modifyXml) {
   try {
     return modify(readModifyRequest(modifyXml));
   } catch (const ChangeError& error) {
-    throw std::runtime_error(std::string("because ") + error.what());
-  } catch (const StoreError& error) {
-    throw std::runtime_error(std::string("because a content cannot be read: ") + error.what());
+    throw std::runtime_error(currentEncoding().fromUtf8(std::string("because ") + error.what()));
   }
 }
 

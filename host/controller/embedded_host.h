@@ -24,7 +24,8 @@ class EmbeddedHost : public HostAdapter {
 
   bool IsPathExpansionSuppressed() override { return false; }
   OutputControllerInterface* GetOutputController() override { return &controller_; }
-  /// Not available in this version: throws std::runtime_error.
+  /// Makes the files that the export document asks for. Returns the response; throws
+  /// std::runtime_error with the reason for what the response has no code for.
   std::string ExportOutput(const std::string& exportXml) override;
   /// Changes the documents that the modify document names, all of them or none. Returns the counts
   /// and notes; throws std::runtime_error with the reason when it cannot be carried out.

@@ -91,6 +91,14 @@ void TableLayout::findLayers() {
   if (layers_.empty()) layers_.push_back({layerAxis_.firstShownKey(), 0, 0});
 }
 
+std::size_t TableLayout::chosenGrid() const {
+  const auto chosen = std::find_if(layers_.begin(), layers_.end(), [&](const Layer& layer) {
+    if (layer.first == layer.last) return false;
+    return layerAxis_.shows(sorted_ ? *(*sorted_)[layer.first].cell : table_.cells[layer.first]);
+  });
+  return chosen == layers_.end() ? 0 : static_cast<std::size_t>(chosen - layers_.begin());
+}
+
 void TableLayout::countPlaces(std::uint64_t rows, std::uint64_t columns) {
   constexpr std::uint64_t kMostPlacesPerFilled = 16;
   places_ += rows * columns;

@@ -36,6 +36,8 @@ class TableLayout {
   /// categories; one without data for a table without cells. Of a layer dimension with a shown leaf
   /// only that leaf counts, unless all layers are asked for.
   std::size_t gridCount() const { return layers_.size(); }
+  /// The first grid of the layer that the table has chosen; 0 where none of it has cells.
+  std::size_t chosenGrid() const;
 
  private:
   friend class GridRows;

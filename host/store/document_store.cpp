@@ -275,10 +275,8 @@ class DocumentSaver {
   }
 
   void addPage() {
-    PageOptions page;
-    page.withModels = options_.storeModels;
     const ProgressStep step(progress_, done_, total_);
-    writer_.add(kPageMember, checked(renderPage(document_, page), "The page"), true);
+    writer_.add(kPageMember, checked(renderPage(document_, options_.storeModels), "The page"), true);
     countDone();
     // The page needed every content; what was not in memory before need not stay there.
     for (const Item& item : items_) {

@@ -80,7 +80,7 @@ class ExportContentsSpec {
   enum class MODELVIEWS_TYPE { PRINTSETTING, ALL, VISIBLE };
 
   void setExport(EXPORT_TYPE exports) { exports_ = exports; }
-  EXPORT_TYPE getExport() const { return exports_.value_or(EXPORT_TYPE::ALL); }
+  EXPORT_TYPE getExport() const { return exports_.value_or(EXPORT_TYPE::VISIBLE); }
   void setLayers(LAYERS_TYPE layers) { layers_ = layers; }
   LAYERS_TYPE getLayers() const { return layers_.value_or(LAYERS_TYPE::PRINTSETTING); }
   void setModelViews(MODELVIEWS_TYPE modelViews) { modelViews_ = modelViews; }

@@ -50,10 +50,17 @@ std::shared_ptr<PivotTable> smallTable(const std::string& text) {
   return table;
 }
 
+std::string pageOf(const Document& document, const PageOptions& options) {
+  std::string page;
+  writePage(document.name(), outlineOf(document.root()), options,
+            [&](std::string_view html) { page += html; });
+  return page;
+}
+
 std::string pageOf(std::vector<DocumentObject> objects, const PageOptions& options = {}) {
   Document document(1, "doc", false);
   for (DocumentObject& each : objects) document.append(std::move(each));
-  return renderPage(document, options);
+  return pageOf(document, options);
 }
 
 /// The page behind its style sheet.
@@ -247,7 +254,7 @@ std::string pageSaying(const std::string& text) {
       object(ObjectType::kWarning, text, MessageContent{MessageSeverity::kError, text, {}}));
   document.append(object(ObjectType::kChart, text, media("image/png", text)));
   document.append(object(ObjectType::kModel, text, media(text, text)));
-  return bodyOf(renderPage(document, {text, text}));
+  return bodyOf(pageOf(document, {text, text}));
 }
 
 TEST(DocumentPage, NoTextChangesWhatThePageIsMadeOf) {
@@ -295,6 +302,86 @@ TEST(DocumentPage, ElementsNestAndIdsAreUnique) {
     std::istringstream names((*at)[1]);
     for (std::string name; names >> name;) EXPECT_TRUE(ids.contains(name)) << name;
   }
+}
+
+/// A table with two layers.
+DocumentObject layered() {
+  auto table = std::make_shared<PivotTable>();
+  table->title = textCell("Sales");
+  table->dimensions = {makeDimension("Region", PivotPlace::kRows, 1, {"North"}),
+                       makeDimension("Year", PivotPlace::kLayers, 1, {"2023", "2024"})};
+  addCell(*table, {0, 0}, numberCell(1));
+  addCell(*table, {0, 1}, numberCell(2));
+  table->dimensions[1].shownLeaf = 1;
+  return object(ObjectType::kTable, "Sales", TableContent(table));
+}
+
+TEST(DocumentPage, LayersAreTheChosenOneOrAll) {
+  PageOptions options;
+  EXPECT_THAT(pageOf({layered()}, options), Not(HasSubstr(">1</td>")));
+  EXPECT_THAT(pageOf({layered()}, options), HasSubstr(">2</td>"));
+  options.layers = ShownLayers::kAll;
+  const std::string all = pageOf({layered()}, options);
+  EXPECT_THAT(all, HasSubstr(">1</td>"));
+  EXPECT_THAT(all, HasSubstr(">2</td>"));
+  EXPECT_THAT(all, Not(HasSubstr("<input")));
+}
+
+TEST(DocumentPage, LayersArePickedByRadioButtons) {
+  PageOptions options;
+  options.pickLayers = true;
+  const std::string page = pageOf({layered()}, options);
+  EXPECT_THAT(page,
+              HasSubstr("<div class=\"layers\" role=\"group\" aria-label=\"Layers of Sales\">"));
+  EXPECT_THAT(page, HasSubstr("<input type=\"radio\" name=\"l1\" id=\"l1x1\"><label for=\"l1x1\">"
+                              "Year: 2023</label><div class=\"panel\">"));
+  EXPECT_THAT(page, HasSubstr("<input type=\"radio\" name=\"l1\" id=\"l1x2\" checked><label "
+                              "for=\"l1x2\">Year: 2024</label>"))
+      << "the chosen one is seen first";
+  EXPECT_THAT(page, Not(HasSubstr("<script")));
+}
+
+TEST(DocumentPage, WithoutStylesItIsBareElements) {
+  PageOptions options;
+  options.withStyles = false;
+  options.pickLayers = true;
+  const std::string page = pageOf({layered()}, options);
+  EXPECT_THAT(page, Not(HasSubstr("<style")));
+  EXPECT_THAT(page, Not(HasSubstr("class=")));
+  EXPECT_THAT(page, Not(HasSubstr("style=\"")));
+  EXPECT_THAT(page, Not(HasSubstr("<input"))) << "nothing could be picked";
+  EXPECT_THAT(page, HasSubstr("<td>1</td>"));
+  EXPECT_THAT(page, HasSubstr("<td>2</td>"));
+  EXPECT_THAT(page, HasSubstr("Content-Security-Policy"));
+}
+
+TEST(DocumentPage, ChartsMayBeReplacedByImages) {
+  PageOptions options;
+  options.image = [](const DocumentObject& chart, const MediaContent& content) {
+    EXPECT_EQ(chart.label, "Chart");
+    EXPECT_EQ(content.mediaType, "image/svg+xml");
+    return media("image/png", "drawn");
+  };
+  const std::string page =
+      pageOf({object(ObjectType::kChart, "Chart", media("image/svg+xml", "<svg/>"))}, options);
+  EXPECT_THAT(page, HasSubstr("data:image/png;base64,ZHJhd24="));
+  EXPECT_THAT(page, Not(HasSubstr("svg+xml")));
+}
+
+TEST(DocumentPage, LargePageComesInPieces) {
+  auto table = std::make_shared<PivotTable>();
+  table->dimensions = {
+      makeDimension("Row", PivotPlace::kRows, 1, std::vector<std::string>(20'000, "a label"))};
+  Document document(1, "doc", false);
+  document.append(object(ObjectType::kTable, "Long", TableContent(table)));
+  std::size_t pieces = 0;
+  std::size_t largest = 0;
+  writePage("doc", outlineOf(document.root()), {}, [&](std::string_view html) {
+    ++pieces;
+    largest = std::max(largest, html.size());
+  });
+  EXPECT_GT(pieces, 5U);
+  EXPECT_LT(largest, 100'000U);
 }
 
 }  // namespace

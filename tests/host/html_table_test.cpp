@@ -13,15 +13,15 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-std::string htmlOf(const TableGrid& grid, const HtmlTableOptions& options = {}) {
+std::string htmlOf(const PivotTable& table, const HtmlTableOptions& options = {},
+                   bool isPlain = false) {
   std::string out;
   HtmlWriter html(out);
-  writeHtmlTable(html, grid, options);
+  if (isPlain) html.makePlain();
+  TableLayout layout(table);
+  GridRows rows(layout, 0);
+  writeHtmlTable(html, rows, options);
   return out;
-}
-
-std::string htmlOf(const PivotTable& table, const HtmlTableOptions& options = {}) {
-  return htmlOf(layoutTable(table).at(0), options);
 }
 
 int count(const std::string& text, const std::string& part) {
@@ -107,11 +107,16 @@ TEST(HtmlTable, HiddenTitleIsStillSaidToThoseWhoDoNotSee) {
 }
 
 TEST(HtmlTable, LayersAreNamed) {
-  TableGrid grid = layoutTable(simpleTable()).at(0);
-  EXPECT_EQ(layerHeading(grid), "");
-  grid.layers = {{"Sex", "Male"}, {"", "Adult"}, {"Year", ""}};
-  EXPECT_EQ(layerHeading(grid), "Sex: Male, Adult, Year");
-  EXPECT_THAT(htmlOf(grid), HasSubstr("<span class=\"unseen\"> Sex: Male, Adult, Year</span>"));
+  PivotTable table = simpleTable();
+  EXPECT_EQ(layerHeading(layoutTable(table).at(0)), "");
+  table.dimensions.push_back(makeDimension("Sex", PivotPlace::kLayers, 1, {"Male"}));
+  table.dimensions.push_back(makeDimension("Age", PivotPlace::kLayers, 2, {"Adult"}));
+  table.dimensions.back().position->hideLabel = true;
+  table.dimensions.push_back(makeDimension("Year", PivotPlace::kLayers, 3, {"2024"}));
+  table.dimensions.back().position->hideCategories = true;
+  for (PivotCell& cell : table.cells) cell.at = std::vector<int>{cell.at[0], cell.at[1], 0, 0, 0};
+  EXPECT_EQ(layerHeading(layoutTable(table).at(0)), "Sex: Male, Adult, Year");
+  EXPECT_THAT(htmlOf(table), HasSubstr("<span class=\"unseen\"> Sex: Male, Adult, Year</span>"));
 }
 
 TEST(HtmlTable, OnlyColoursThatAreSomeReachTheStyle) {
@@ -148,8 +153,8 @@ TEST(HtmlTable, LooksAreStylesOfWhatTheyAreAbout) {
                         "</p>"));
   EXPECT_THAT(html, HasSubstr("<dd><span class=\"ink\" style=\"color:#ff0000;\">note</span></dd>"));
   EXPECT_THAT(html, HasSubstr("<th style=\"font-weight:normal;text-decoration:underline;\" "
-                              "scope=\"row\" id=\"th5\">a</th>"));
-  EXPECT_THAT(html, HasSubstr("style=\"font-size:14.5pt;\" scope=\"col\" id=\"th4\">y</th>"));
+                              "scope=\"row\">a</th>"));
+  EXPECT_THAT(html, HasSubstr("style=\"font-size:14.5pt;\" scope=\"col\">y</th>"));
   EXPECT_THAT(html, HasSubstr("<td class=\"n\" style=\"font-family:&#39;Noto Sans&#39;;\""));
 }
 
@@ -165,21 +170,20 @@ TEST(HtmlTable, TitleLayersCaptionAndFootnotesStandInTheBoxesOfTheirAreas) {
   }
   look.area(LookArea::kLayers).text.bold = true;
   table.tableLook = Shared<TableLook>(look);
-  TableGrid grid = layoutTable(table).at(0);
-  grid.layersLook.edit([](TextLook& own) { own.bold = true; });
-  grid.layers = {{"Sex", "Male"}};
-  const std::string html = htmlOf(grid);
+  table.dimensions.push_back(makeDimension("Sex", PivotPlace::kLayers, 1, {"Male"}));
+  for (PivotCell& cell : table.cells) cell.at = std::vector<int>{cell.at[0], cell.at[1], 0};
+  const std::string html = htmlOf(table);
   EXPECT_THAT(html, HasSubstr("<caption id=\"tc\" style=\"text-align:right;padding:1pt "));
   EXPECT_THAT(html, HasSubstr("<p class=\"caption\" style=\"text-align:right;padding:7pt "));
   EXPECT_THAT(html, HasSubstr("<dl class=\"notes\" style=\"text-align:right;padding:8pt "));
   EXPECT_THAT(html, HasSubstr("id=\"tna\" style=\"justify-content:flex-end;\""));
   std::string heading;
   HtmlWriter writer(heading);
-  writeLayerHeading(writer, grid, 3);
+  writeLayerHeading(writer, layoutTable(table).at(0), 3);
   EXPECT_THAT(heading, HasSubstr("<h3 class=\"layer\" style=\"text-align:right;padding:2pt "));
   EXPECT_THAT(heading, HasSubstr("<span style=\"font-weight:bold;\">Sex: Male</span></h3>"));
-  grid.title.clear();
-  EXPECT_THAT(htmlOf(grid, {"t", "Label"}), HasSubstr("<caption id=\"tc\"><span"))
+  table.titleHidden = true;
+  EXPECT_THAT(htmlOf(table, {"t", "Label"}), HasSubstr("<caption id=\"tc\"><span"))
       << "what is not seen has no box";
 }
 
@@ -192,11 +196,11 @@ TEST(HtmlTable, GivenWidthsAreThoseOfTheColumns) {
   table.dimensions[1].categories[1].width = 72;
   EXPECT_THAT(htmlOf(table), HasSubstr("<colgroup><col><col span=\"2\" style=\"width:72pt;\">"
                                        "</colgroup>"));
-  TableGrid grid = layoutTable(table).at(0);
-  grid.columnCount = 2500;
-  grid.columnWidths.assign(2500, 0);
-  grid.columnWidths.back() = 9;
-  EXPECT_THAT(htmlOf(grid), HasSubstr("<colgroup><col span=\"1000\"><col span=\"1000\">"
+  PivotTable wide = simpleTable();
+  wide.dimensions[1] =
+      makeDimension("Columns", PivotPlace::kColumns, 1, std::vector<std::string>(2499, "x"));
+  wide.dimensions[1].categories.back().width = 9;
+  EXPECT_THAT(htmlOf(wide), HasSubstr("<colgroup><col span=\"1000\"><col span=\"1000\">"
                                       "<col span=\"499\"><col style=\"width:9pt;\"></colgroup>"));
 }
 
@@ -229,6 +233,34 @@ TEST(HtmlTable, TableWithoutAnythingIsStillATable) {
   const std::string html = htmlOf(PivotTable());
   EXPECT_THAT(html, HasSubstr("<table>"));
   EXPECT_THAT(html, HasSubstr("</table>"));
+}
+
+TEST(HtmlTable, WithoutNotesThereAreNeitherCaptionNorMarks) {
+  PivotTable table = simpleTable();
+  table.caption = textCell("Below.");
+  table.footnotes = {textCell("of all")};
+  table.cells[0].notes.push_back(textCell("of one"));
+  HtmlTableOptions options;
+  EXPECT_THAT(htmlOf(table, options), HasSubstr("Below."));
+  EXPECT_THAT(htmlOf(table, options), HasSubstr("<sup>"));
+  options.withNotes = false;
+  EXPECT_THAT(htmlOf(table, options), Not(HasSubstr("Below.")));
+  EXPECT_THAT(htmlOf(table, options), Not(HasSubstr("<sup>")));
+  EXPECT_THAT(htmlOf(table, options), Not(HasSubstr("of one")));
+}
+
+TEST(HtmlTable, PlainOneHasNoStylesAndNothingThatOnlyStylesHide) {
+  PivotTable table = simpleTable();
+  table.summary = "what it is about";
+  table.titleHidden = true;
+  table.tableLook = Shared<TableLook>(TableLook());
+  table.cells[0].look.edit([](TextLook& look) { look.bold = true; });
+  const std::string html = htmlOf(table, {"t", "Label"}, true);
+  EXPECT_THAT(html, Not(HasSubstr("style=")));
+  EXPECT_THAT(html, Not(HasSubstr("class=")));
+  EXPECT_THAT(html, Not(HasSubstr("what it is about")));
+  EXPECT_THAT(html, Not(HasSubstr("Label")));
+  EXPECT_THAT(html, HasSubstr("<td>1</td>"));
 }
 
 }  // namespace

@@ -242,7 +242,7 @@ TEST(ExportXml, WhatXmlCannotHoldIsReplaced) {
 TEST(ExportXml, DefaultsAreWhatTheDocumentsSay) {
   const ExportSpec spec;
   EXPECT_EQ(spec.global.getPrintOption(), ExportGlobalSpec::PRINT_OPTION::ALWAYS);
-  EXPECT_EQ(spec.contents.getExport(), ExportContentsSpec::EXPORT_TYPE::ALL);
+  EXPECT_EQ(spec.contents.getExport(), ExportContentsSpec::EXPORT_TYPE::VISIBLE);
   EXPECT_EQ(spec.contents.getLayers(), ExportContentsSpec::LAYERS_TYPE::PRINTSETTING);
   EXPECT_EQ(spec.contents.getModelViews(), ExportContentsSpec::MODELVIEWS_TYPE::PRINTSETTING);
   EXPECT_TRUE(spec.doc.getNotesAndCaptions());

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <exception>
+#include <optional>
 #include <stdexcept>
 #include <string_view>
 #include <variant>
@@ -13,12 +15,12 @@
 
 #include "host/document/content_view.h"
 #include "host/document/media_size.h"
-#include "host/document/outline.h"
+#include "host/export/export_scope.h"
 #include "host/export/html/html_style.h"
 #include "host/export/html/html_table.h"
 #include "host/export/html/html_text.h"
 #include "host/export/html/html_writer.h"
-#include "host/layout/table_grid.h"
+#include "host/layout/table_layout.h"
 #include "host/store/xml_writer.h"
 #include "platform/adapter/progress_listener.h"
 
@@ -48,11 +50,22 @@ std::int64_t pixelsOf(double points) {
   return std::max<std::int64_t>(1, std::llround(points / kPointsPerPixel));
 }
 
+/// Throws what making any of a table's grids would throw.
+void checkGrids(const PivotTable& table, const LayoutOptions& options) {
+  TableLayout layout(table, options);
+  for (std::size_t i = 0; i < layout.gridCount(); ++i) GridRows(layout, i);
+}
+
 /// Writes one object's content.
 class ContentWriter {
  public:
-  ContentWriter(HtmlWriter& html, const OutlineEntry& entry, int headingLevel)
-      : html_(html), entry_(entry), object_(*entry.object), headingLevel_(headingLevel) {}
+  ContentWriter(HtmlWriter& html, const OutlineEntry& entry, int headingLevel,
+                const PageOptions& options)
+      : html_(html),
+        entry_(entry),
+        object_(*entry.object),
+        headingLevel_(headingLevel),
+        options_(options) {}
 
   // A content that holds nothing has nothing to show.
   void operator()(const std::monostate&) const {}
@@ -64,27 +77,68 @@ class ContentWriter {
   void operator()(const MediaContent& media) const;
 
  private:
+  void writeGrid(TableLayout& layout, std::size_t index, bool isPicked) const;
+  void writeImage(const MediaContent& media) const;
+
   HtmlWriter& html_;
   const OutlineEntry& entry_;
   const DocumentObject& object_;
   int headingLevel_;
+  const PageOptions& options_;
 };
 
+/// A grid; one that can be picked has its button before it.
+void ContentWriter::writeGrid(TableLayout& layout, std::size_t index, bool isPicked) const {
+  GridRows rows(layout, index);
+  if (isPicked) {
+    const std::string name = fmt::format("l{}", entry_.number);
+    const std::string id = fmt::format("{}x{}", name, index + 1);
+    html_.raw("<input type=\"radio\"");
+    html_.attribute("name", name);
+    html_.attribute("id", id);
+    html_.raw(index == layout.chosenGrid() ? " checked>" : ">");
+    html_.start("label");
+    html_.attribute("for", id);
+    html_.text(layerHeading(rows.grid()));
+    html_.end("label");
+    html_.start("div");
+    html_.attribute("class", "panel");
+    html_.newLine();
+  }
+  writeLayerHeading(html_, rows.grid(), headingLevel_);
+  writeHtmlTable(
+      html_, rows,
+      {fmt::format("t{}x{}", entry_.number, index + 1), object_.label, options_.withNotes});
+  if (isPicked) html_.raw("</div>\n");
+}
+
 void ContentWriter::operator()(const TableContent& table) const {
-  std::vector<TableGrid> grids;
+  // What is wrong with a table shows before the first of its rows is written.
+  std::optional<TableLayout> layout;
   try {
     const ProgressStep step(1, kTableSteps);
-    grids = layoutTable(*table);
+    LayoutOptions wanted;
+    wanted.layers = options_.pickLayers ? ShownLayers::kAll : options_.layers;
+    layout.emplace(*table, wanted);
+    checkGrids(*table, wanted);
   } catch (const std::logic_error& error) {
     html_.element("p", fmt::format("This table cannot be shown: {}.", error.what()), "aside");
     return;
   }
   const ProgressStep writing(2, kTableSteps);
-  for (std::size_t i = 0; i < grids.size(); ++i) {
-    const ProgressStep step(i, grids.size());
-    writeLayerHeading(html_, grids[i], headingLevel_);
-    writeHtmlTable(html_, grids[i], {fmt::format("t{}x{}", entry_.number, i + 1), object_.label});
+  const bool isPicked = options_.pickLayers && options_.withStyles && layout->gridCount() > 1;
+  if (isPicked) {
+    html_.start("div");
+    html_.attribute("class", "layers");
+    html_.attribute("role", "group");
+    html_.attribute("aria-label", "Layers of " + outlineLabel(object_));
+    html_.newLine();
   }
+  for (std::size_t i = 0; i < layout->gridCount(); ++i) {
+    const ProgressStep step(i, layout->gridCount());
+    writeGrid(*layout, i, isPicked);
+  }
+  if (isPicked) html_.raw("</div>\n");
 }
 
 void ContentWriter::operator()(const LogContent& log) const {
@@ -142,10 +196,15 @@ void ContentWriter::operator()(const MediaContent& media) const {
                   "aside");
     return;
   }
+  const bool isChart = object_.type != ObjectType::kModel;
+  writeImage(options_.image && isChart ? options_.image(object_, media) : media);
+}
+
+void ContentWriter::writeImage(const MediaContent& media) const {
   html_.start("figure");
   html_.start("img");
   std::string source = "data:" + media.mediaType + ";base64,";
-  source.reserve(source.size() + size / 3 * 4 + 4);
+  source.reserve(source.size() + media.bytes->size() / 3 * 4 + 4);
   appendBase64(source, *media.bytes);
   html_.attribute("alt", outlineLabel(object_));
   if (const auto shown = shownSize(media, object_.size)) {
@@ -172,44 +231,37 @@ bool saysNoMoreThan(const ObjectContent& content, const std::string& label) {
 /// Writes the page from its first line to its last.
 class PageWriter {
  public:
-  PageWriter(std::string& out, const Document& document, const PageOptions& options)
-      : html_(out), entries_(outlineOf(document.root())), options_(options) {
-    if (!options_.withModels) hideModels();
-    chooseTitle(document);
+  PageWriter(const std::string& documentName, const std::vector<OutlineEntry>& entries,
+             const PageOptions& options, const HtmlReceiver& receive)
+      : html_(out_), entries_(entries), options_(options), receive_(receive) {
+    html_.sendTo(receive);
+    if (!options.withStyles) html_.makePlain();
+    chooseTitle(documentName);
   }
 
   void write();
 
  private:
-  void hideModels();
-  void chooseTitle(const Document& document);
+  void chooseTitle(const std::string& documentName);
   void writeHead();
   void writeNavigation();
-  void writeObjects();
   void writeObject(const OutlineEntry& entry);
   /// Sections whose heading is at `depth` or deeper end.
   void closeSections(int depth);
   int headingLevel(int depth) const { return std::min(depth + 2, 6); }
 
+  std::string out_;
   HtmlWriter html_;
-  std::vector<OutlineEntry> entries_;
+  const std::vector<OutlineEntry>& entries_;
   const PageOptions& options_;
+  const HtmlReceiver& receive_;
   std::string title_;
   const DocumentObject* titleObject_ = nullptr;  ///< the page title that is the page's heading
   int openSections_ = 0;
 };
 
-void PageWriter::hideModels() {
-  int hiddenBelow = -1;  // the depth of the model that is being passed
-  for (OutlineEntry& entry : entries_) {
-    if (hiddenBelow >= 0 && entry.depth <= hiddenBelow) hiddenBelow = -1;
-    if (hiddenBelow < 0 && entry.object->type == ObjectType::kModel) hiddenBelow = entry.depth;
-    if (hiddenBelow >= 0) entry.isShown = false;
-  }
-}
-
-void PageWriter::chooseTitle(const Document& document) {
-  title_ = options_.title.empty() ? document.name() : options_.title;
+void PageWriter::chooseTitle(const std::string& documentName) {
+  title_ = options_.title.empty() ? documentName : options_.title;
   const auto first = std::find_if(entries_.begin(), entries_.end(),
                                   [](const OutlineEntry& entry) { return entry.isShown; });
   if (options_.title.empty() && first != entries_.end() &&
@@ -235,7 +287,12 @@ void PageWriter::writeHead() {
       "<meta name=\"color-scheme\" content=\"light dark\">\n"
       "<meta name=\"generator\" content=\"vornwout\">\n");
   html_.element("title", title_);
-  html_.raw("\n<style>");
+  html_.newLine();
+  if (!options_.withStyles) {
+    html_.raw("</head>\n<body>\n");
+    return;
+  }
+  html_.raw("<style>");
   html_.raw(htmlStyleSheet());
   html_.raw(
       "</style>\n</head>\n<body>\n<a class=\"skip\" href=\"#output\">Skip to the output</a>\n");
@@ -296,9 +353,10 @@ void PageWriter::writeObject(const OutlineEntry& entry) {
   html_.attribute("id", idOf(entry));
   html_.newLine();
   const ContentView content(object.content);
-  std::visit(ContentWriter(html_, entry, headingLevel(entry.depth)), *content);
+  std::visit(ContentWriter(html_, entry, headingLevel(entry.depth), options_), *content);
   html_.newLine();
-  html_.raw("</div>\n");
+  html_.raw("</div>");
+  html_.newLine();
 }
 
 void PageWriter::write() {
@@ -320,13 +378,21 @@ void PageWriter::write() {
   }
   closeSections(0);
   html_.raw("</main>\n</body>\n</html>\n");
+  receive_(out_);
 }
 
 }  // namespace
 
-std::string renderPage(const Document& document, const PageOptions& options) {
+void writePage(const std::string& documentName, const std::vector<OutlineEntry>& entries,
+               const PageOptions& options, const HtmlReceiver& receive) {
+  PageWriter(documentName, entries, options, receive).write();
+}
+
+std::string renderPage(const Document& document, bool withModels) {
+  std::vector<OutlineEntry> entries = outlineOf(document.root());
+  if (!withModels) leaveOutModels(entries);
   std::string page;
-  PageWriter(page, document, options).write();
+  writePage(document.name(), entries, {}, [&](std::string_view html) { page += html; });
   return page;
 }
 

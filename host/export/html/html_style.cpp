@@ -74,6 +74,15 @@ max-width:44rem}
 .warning{border-color:var(--warn);background:var(--warn-back)}
 .error{border-color:var(--err);background:var(--err-back)}
 .aside{color:var(--quiet);font-style:italic}
+.layers{display:flex;flex-wrap:wrap;gap:.4rem}
+.layers>input{position:absolute;opacity:0;width:1px;height:1px}
+.layers>label{border:1px solid var(--line);border-radius:99px;padding:.15rem .8rem;font-size:.9rem;cursor:pointer}
+.layers>label:hover{background:var(--soft)}
+.layers>input:checked+label{background:var(--accent);border-color:var(--accent);color:var(--paper)}
+.layers>input:focus-visible+label{outline:2px solid var(--accent);outline-offset:2px}
+.layers>.panel{display:none;order:1;width:100%;margin-top:.6rem}
+.layers>input:checked+label+.panel{display:block}
+.panel>.layer{display:none}
 nav{background:var(--side);border-bottom:1px solid var(--line);padding:.7rem 1.25rem;font-size:.9rem}
 nav summary{cursor:pointer;font-weight:650;padding:.25rem 0}
 nav ul{list-style:none;margin:0;padding:0 0 0 .9rem}
@@ -92,7 +101,8 @@ img{filter:brightness(.92)}}
 @media print{:root{color-scheme:light;--paper:#fff;--text:#000;--quiet:#333;--line:#bbb;--soft:#fff;--head:#fff;
 --accent:#000}
 body{display:block;font-size:10pt}
-nav,.skip{display:none}
+nav,.skip,.layers>input,.layers>label{display:none}
+.layers,.layers>.panel,.panel>.layer{display:block}
 main{max-width:none;padding:0}
 .wide{overflow:visible}
 table{font-size:8.5pt}

@@ -9,7 +9,6 @@
 
 #include "host/export/html/html_area.h"
 #include "host/export/html/html_look.h"
-#include "platform/adapter/progress_listener.h"
 
 namespace vornwout {
 namespace {
@@ -17,20 +16,21 @@ namespace {
 // More than this a browser does not count.
 constexpr int kMostColumnsSpanned = 1000;
 constexpr int kMostRowsSpanned = 65'534;
-constexpr int kRowsPerReport = 1000;
 
 std::size_t at(int index) { return static_cast<std::size_t>(index); }
 
 /// Writes the rows of one grid.
 class GridWriter {
  public:
-  GridWriter(HtmlWriter& html, const TableGrid& grid, const HtmlTableOptions& options)
+  GridWriter(HtmlWriter& html, GridRows& rows, const HtmlTableOptions& options)
       : html_(html),
-        grid_(grid),
+        rows_(rows),
+        grid_(rows.grid()),
         options_(options),
-        coveredUntil_(at(grid.columnCount), 0),
-        columnHeaders_(at(grid.columnCount)),
-        rowHeaders_(at(grid.headerColumns)) {}
+        isNested_(rows.hasNestedLabels()),
+        coveredUntil_(at(grid_.columnCount), 0),
+        columnHeaders_(at(grid_.columnCount)),
+        rowHeaders_(at(grid_.headerColumns)) {}
 
   void write();
 
@@ -41,9 +41,8 @@ class GridWriter {
     int untilRow = 0;
   };
 
-  bool isNested() const;
   bool isHeader(const GridCell& cell) const { return cell.role != CellRole::kData; }
-  void writeRow(int row);
+  void writeRow();
   void writeGap(int row, int from, int to);
   void writeCell(const GridCell& cell, int column, int columnSpan);
   void writeHeaderAttributes(const GridCell& cell, int column, int columnSpan);
@@ -52,9 +51,10 @@ class GridWriter {
   std::string headersOf(int row, int column) const;
 
   HtmlWriter& html_;
+  GridRows& rows_;
   const TableGrid& grid_;
   const HtmlTableOptions& options_;
-  bool isNested_ = false;
+  bool isNested_;
   std::vector<int> coveredUntil_;                        ///< by column: the first row that is free
   std::vector<std::vector<std::string>> columnHeaders_;  ///< by column: ids, outermost first
   std::vector<ActiveHeader> rowHeaders_;                 ///< by header column
@@ -79,26 +79,12 @@ void writeMarks(HtmlWriter& html, const std::vector<int>& notes, const TableGrid
   html.end("sup");
 }
 
-bool GridWriter::isNested() const {
-  if (grid_.headerRows > 1 || grid_.headerColumns > 1) return true;
-  return std::any_of(grid_.cells.begin(), grid_.cells.end(), [&](const GridCell& cell) {
-    return isHeader(cell) && (cell.rowSpan > 1 || cell.columnSpan > 1);
-  });
-}
-
 void GridWriter::write() {
-  isNested_ = isNested();
   const auto section = [&](const char* name, int from, int to) {
     if (from == to) return;
     html_.start(name);
     html_.newLine();
-    for (int row = from; row < to; ++row) {
-      if (row % kRowsPerReport == kRowsPerReport - 1) {
-        reportWithinStep(static_cast<std::uint64_t>(row),
-                         static_cast<std::uint64_t>(grid_.rowCount));
-      }
-      writeRow(row);
-    }
+    for (int row = from; row < to && rows_.next(); ++row) writeRow();
     html_.end(name);
     html_.newLine();
   };
@@ -106,10 +92,11 @@ void GridWriter::write() {
   section("tbody", grid_.headerRows, grid_.rowCount);
 }
 
-void GridWriter::writeRow(int row) {
+void GridWriter::writeRow() {
+  const int row = rows_.row();
   html_.start("tr");
   int column = 0;
-  for (const GridCell& cell : grid_.row(row)) {
+  for (const GridCell& cell : rows_.cells()) {
     writeGap(row, column, cell.column);
     column = cell.column;
     const int end = cell.column + cell.columnSpan;
@@ -148,7 +135,8 @@ void GridWriter::writeScope(const GridCell& cell, int columnSpan) {
   if (isRow) {
     html_.attribute("scope", cell.rowSpan > 1 ? "rowgroup" : "row");
   } else {
-    html_.attribute("scope", columnSpan > 1 ? "colgroup" : "col");
+    // One label over everything is no group.
+    html_.attribute("scope", isNested_ && columnSpan > 1 ? "colgroup" : "col");
   }
 }
 
@@ -212,7 +200,7 @@ void GridWriter::writeCell(const GridCell& cell, int column, int columnSpan) {
     html_.optionalAttribute("headers", headersOf(cell.row, column));
   }
   html_.text(cell.text);
-  writeMarks(html_, cell.notes, grid_, options_);
+  if (options_.withNotes) writeMarks(html_, cell.notes, grid_, options_);
   html_.end(name);
   for (int i = 0; i < columnSpan; ++i) coveredUntil_[at(column + i)] = cell.row + rowSpan;
 }
@@ -256,8 +244,9 @@ void writeFootnotes(HtmlWriter& html, const TableGrid& grid, const HtmlTableOpti
 }
 
 void writeTitle(HtmlWriter& html, const TableGrid& grid, const HtmlTableOptions& options) {
-  const std::string layers = layerHeading(grid);
-  const std::string& title = grid.title.empty() ? options.label : grid.title;
+  // Without styles nothing is unseen.
+  const std::string layers = html.isPlain() ? std::string() : layerHeading(grid);
+  const std::string& title = grid.title.empty() && !html.isPlain() ? options.label : grid.title;
   if (title.empty() && layers.empty()) return;
   html.start("caption");
   html.attribute("id", options.idPrefix + "c");
@@ -270,7 +259,9 @@ void writeTitle(HtmlWriter& html, const TableGrid& grid, const HtmlTableOptions&
       writeLookAttributes(html, lookCss(grid.titleLook.get()));
     }
     html.text(title);
-    if (!grid.title.empty()) writeMarks(html, grid.titleNotes, grid, options);
+    if (!grid.title.empty() && options.withNotes) {
+      writeMarks(html, grid.titleNotes, grid, options);
+    }
     html.end("span");
   }
   // The heading above says it to the eye; a list of tables has the captions alone.
@@ -326,20 +317,23 @@ void writeLayerHeading(HtmlWriter& html, const TableGrid& grid, int level) {
   html.newLine();
 }
 
-void writeHtmlTable(HtmlWriter& html, const TableGrid& grid, const HtmlTableOptions& options) {
+void writeHtmlTable(HtmlWriter& html, GridRows& rows, const HtmlTableOptions& options) {
+  const TableGrid& grid = rows.grid();
   // A table that is wider than the screen scrolls by itself, also by keyboard.
   html.start("div");
   html.attribute("class", "wide");
   html.attribute("tabindex", "0");
   html.attribute("role", "group");
-  const bool hasCaption = !grid.title.empty() || !options.label.empty() || !grid.layers.empty();
+  const bool hasCaption =
+      !grid.title.empty() || (!html.isPlain() && !(options.label.empty() && grid.layers.empty()));
   if (hasCaption) {
     html.attribute("aria-labelledby", options.idPrefix + "c");
   } else {
     html.attribute("aria-label", "Table");
   }
   html.newLine();
-  if (!grid.summary.empty()) {
+  const bool hasSummary = !grid.summary.empty() && !html.isPlain();
+  if (hasSummary) {
     html.start("p");
     html.attribute("class", "unseen");
     html.attribute("id", options.idPrefix + "s");
@@ -349,14 +343,15 @@ void writeHtmlTable(HtmlWriter& html, const TableGrid& grid, const HtmlTableOpti
   }
   html.start("table");
   if (!grid.tableLook.empty()) html.attribute("class", "looked");
-  if (!grid.summary.empty()) html.attribute("aria-describedby", options.idPrefix + "s");
+  if (hasSummary) html.attribute("aria-describedby", options.idPrefix + "s");
   html.newLine();
   writeTitle(html, grid, options);
   writeColumnWidths(html, grid);
-  GridWriter(html, grid, options).write();
+  GridWriter(html, rows, options).write();
   html.end("table");
   html.end("div");
   html.newLine();
+  if (!options.withNotes) return;
   if (!grid.caption.empty()) {
     html.start("p");
     html.attribute("class", "caption");

@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "host/export/html/html_writer.h"
-#include "host/layout/table_grid.h"
+#include "host/layout/table_layout.h"
 
 namespace vornwout {
 
@@ -18,10 +18,12 @@ struct HtmlTableOptions {
   std::string idPrefix = "t";
   /// What to call a table whose title is hidden, for those who do not see it.
   std::string label;
+  /// Writes caption, footnotes and their marks.
+  bool withNotes = true;
 };
 
-/// Writes the table, its caption and its footnotes.
-void writeHtmlTable(HtmlWriter& html, const TableGrid& grid, const HtmlTableOptions& options);
+/// Writes the table, its caption and its footnotes, row by row.
+void writeHtmlTable(HtmlWriter& html, GridRows& rows, const HtmlTableOptions& options);
 
 /// "Sex: Male, Age: Adult", the combination of layers that a grid shows; empty without layers.
 std::string layerHeading(const TableGrid& grid);

@@ -100,6 +100,7 @@ void HtmlWriter::end(std::string_view name) {
 }
 
 void HtmlWriter::attribute(std::string_view name, std::string_view value) {
+  if (isPlain_ && (name == "class" || name == "style")) return;
   out_ += ' ';
   out_ += name;
   out_ += "=\"";
@@ -109,6 +110,14 @@ void HtmlWriter::attribute(std::string_view name, std::string_view value) {
 
 void HtmlWriter::attribute(std::string_view name, std::int64_t value) {
   attribute(name, std::string_view(std::to_string(value)));
+}
+
+void HtmlWriter::newLine() {
+  constexpr std::size_t kMuch = std::size_t{1} << 16U;
+  raw("\n");
+  if (!receive_ || out_.size() < kMuch) return;
+  receive_(out_);
+  out_.clear();
 }
 
 void HtmlWriter::text(std::string_view utf8) {

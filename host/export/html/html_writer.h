@@ -5,7 +5,9 @@
 // where a reader may be sent. Names of elements and attributes are the program's own.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -22,10 +24,20 @@ bool isSafeLink(std::string_view target);
 /// "#rrggbb".
 std::string htmlColor(Rgb color);
 
+/// Takes what was written so far, which is then forgotten.
+using HtmlReceiver = std::function<void(std::string_view html)>;
+
 class HtmlWriter {
  public:
   /// Appends to `out`, which must outlive the writer.
   explicit HtmlWriter(std::string& out) : out_(out) {}
+
+  /// From now on what `out` holds goes to `receive` whenever it has become much, so that a page can
+  /// be larger than memory. What is left at the end is the caller's.
+  void sendTo(HtmlReceiver receive) { receive_ = std::move(receive); }
+  /// Writes no more class and style attributes.
+  void makePlain() { isPlain_ = true; }
+  bool isPlain() const { return isPlain_; }
 
   /// Starts an element; attributes may follow until something stands in it.
   void start(std::string_view name);
@@ -44,12 +56,14 @@ class HtmlWriter {
   /// Takes `html` over as it stands: the program's own text, or one that was written by a writer.
   void raw(std::string_view html);
   /// A line break between elements, for a reader of the source.
-  void newLine() { raw("\n"); }
+  void newLine();
 
  private:
   void close();
 
   std::string& out_;
+  HtmlReceiver receive_;
+  bool isPlain_ = false;
   bool isOpen_ = false;  ///< the last start tag still takes attributes
 };
 

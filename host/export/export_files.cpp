@@ -1,0 +1,42 @@
+#include "host/export/export_files.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+namespace vornwout {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Why no file can have this path; empty when one can.
+const char* faultOf(const std::string& path) {
+  if (path.empty()) return "it is empty";
+  if (path.find('\0') != std::string::npos) return "it has a zero byte";
+  const fs::path target(path);
+  if (!target.has_filename()) return "it names a folder";
+  std::error_code error;
+  if (fs::is_directory(target, error)) return "it is a folder";
+  const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+  if (!fs::is_directory(folder, error)) return "its folder is not there";
+  return "";
+}
+
+}  // namespace
+
+ReplacedFile& ExportFiles::begin(const std::string& path, ExportErrorCode code) {
+  const std::string fault = faultOf(path);
+  if (!fault.empty()) throw ExportError(code, fault);
+  const bool isTaken = std::any_of(entries_.begin(), entries_.end(),
+                                   [&](const Entry& entry) { return entry.path == path; });
+  if (isTaken) throw ExportError(code, "two files of this export would have it");
+  entries_.push_back({path, std::make_unique<ReplacedFile>(path)});
+  return *entries_.back().file;
+}
+
+void ExportFiles::commit() {
+  for (Entry& entry : entries_) entry.file->commit();
+  entries_.clear();
+}
+
+}  // namespace vornwout
