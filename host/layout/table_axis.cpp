@@ -127,14 +127,16 @@ TableAxis::TableAxis(const PivotTable& table, PivotPlace place) {
     }
     combinations_ *= leaves;
   }
+  for (std::size_t i = 0; i < dimensions_.size(); ++i) {
+    Digit& digit = digits_.emplace_back(Digit{dimensions_[i].index(), {}});
+    for (int leaf = 0; leaf < dimensions_[i].leafCount(); ++leaf) {
+      digit.keys.push_back(strides_[i] * dimensions_[i].rankOf(leaf));
+    }
+  }
 }
 
-std::uint64_t TableAxis::keyOf(const PivotCell& cell) const {
-  std::uint64_t key = 0;
-  for (std::size_t i = 0; i < dimensions_.size(); ++i) {
-    key += strides_[i] * dimensions_[i].rankOf(cell.at[dimensions_[i].index()]);
-  }
-  return key;
+void TableAxis::refuseLeaf() {
+  throw std::invalid_argument("a cell of the table belongs to no category");
 }
 
 std::uint64_t TableAxis::rankIn(std::uint64_t key, std::size_t dimension) const {

@@ -82,7 +82,16 @@ class TableAxis {
   const std::vector<AxisDimension>& dimensions() const { return dimensions_; }
   /// How many combinations there are; 1 without dimensions, 0 when one has no categories.
   std::uint64_t combinations() const { return combinations_; }
-  std::uint64_t keyOf(const PivotCell& cell) const;
+  /// Throws std::invalid_argument for a cell that names a category which a dimension has not.
+  std::uint64_t keyOf(const PivotCell& cell) const {
+    std::uint64_t key = 0;
+    for (const Digit& digit : digits_) {
+      const auto leaf = static_cast<std::size_t>(cell.at[digit.dimension]);
+      if (leaf >= digit.keys.size()) refuseLeaf();
+      key += digit.keys[leaf];
+    }
+    return key;
+  }
   /// Rank of the leaf that `key` has in a dimension.
   std::uint64_t rankIn(std::uint64_t key, std::size_t dimension) const;
 
@@ -93,12 +102,20 @@ class TableAxis {
                                bool keepEmpty) const;
 
  private:
+  /// What a dimension's leaves add to a key.
+  struct Digit {
+    std::size_t dimension;  ///< in the table
+    std::vector<std::uint64_t> keys;
+  };
+
+  [[noreturn]] static void refuseLeaf();
   AxisLine labelLine(const std::vector<std::uint64_t>& keys, std::size_t dimension) const;
   AxisLine categoryLine(const std::vector<std::uint64_t>& keys, std::size_t dimension,
                         int level) const;
 
   std::vector<AxisDimension> dimensions_;
   std::vector<std::uint64_t> strides_;  ///< weight of each dimension's rank in a key
+  std::vector<Digit> digits_;
   std::uint64_t combinations_ = 1;
 };
 

@@ -4,6 +4,7 @@
 #include <limits>
 #include <numeric>
 #include <stdexcept>
+#include <tuple>
 #include <utility>
 
 #include <fmt/format.h>
@@ -20,6 +21,13 @@ std::size_t at(int index) { return static_cast<std::size_t>(index); }
 
 bool isNumber(const CellText& text) { return text.kind == CellText::Kind::kNumber; }
 
+/// Whether some dimension of the layers has a shown leaf.
+bool choosesLayer(const TableAxis& layers) {
+  const std::vector<AxisDimension>& dimensions = layers.dimensions();
+  return std::any_of(dimensions.begin(), dimensions.end(),
+                     [](const AxisDimension& dimension) { return dimension.shownLeaf() >= 0; });
+}
+
 }  // namespace
 
 TableLayout::TableLayout(const PivotTable& table, const LayoutOptions& options)
@@ -27,74 +35,117 @@ TableLayout::TableLayout(const PivotTable& table, const LayoutOptions& options)
       options_(options),
       rowAxis_(table, PivotPlace::kRows),
       columnAxis_(table, PivotPlace::kColumns),
-      layerAxis_(table, PivotPlace::kLayers) {
-  for (const PivotCell& cell : table.cells) {
-    if (cell.at.size() != table.dimensions.size()) {
+      layerAxis_(table, PivotPlace::kLayers),
+      showsAll_(options.layers == ShownLayers::kAll || !choosesLayer(layerAxis_)) {
+  // Most tables are filled in reading order and need no sorting.
+  if (!findLayers()) {
+    sortCells();
+    findLayers();
+  }
+  if (layers_.empty()) layers_.push_back({layerAxis_.firstShownKey(), 0, 0, {}, {}});
+  if (options_.layers == ShownLayers::kFirst) layers_.resize(1);
+  for (Layer& layer : layers_) {
+    layer.rows = positionsOf(rowAxis_, layer);
+    layer.columns = positionsOf(columnAxis_, layer);
+    countPlaces(layer.rows.count, layer.columns.count);
+  }
+}
+
+bool TableLayout::findLayers() {
+  layers_.clear();
+  std::uint64_t lastRow = 0;
+  std::uint64_t lastColumn = 0;
+  for (std::size_t i = 0; i < cellCount(); ++i) {
+    if (!sorted_ && table_.cells[i].at.size() != table_.dimensions.size()) {
       throw std::invalid_argument("a cell of the table does not name one category per dimension");
     }
-  }
-  // Most tables are filled in reading order and need no sorting.
-  if (!standsInOrder()) sortCells();
-  findLayers();
-  if (options_.layers == ShownLayers::kFirst) layers_.resize(1);
-}
-
-TableLayout::PlacedCell TableLayout::place(const PivotCell& cell) const {
-  return {layerAxis_.keyOf(cell), rowAxis_.keyOf(cell), columnAxis_.keyOf(cell), &cell};
-}
-
-bool TableLayout::standsInOrder() const {
-  std::optional<PlacedCell> last;
-  for (const PivotCell& cell : table_.cells) {
-    if (!isShown(cell)) continue;
-    const PlacedCell placed = place(cell);
-    if (last && !last->isBefore(placed)) return false;
-    last = placed;
+    const PivotCell* const cell = cellAt(i);
+    if (cell == nullptr) continue;
+    const std::uint64_t layer = layerAxis_.keyOf(*cell);
+    const std::uint64_t row = rowAxis_.keyOf(*cell);
+    const std::uint64_t column = columnAxis_.keyOf(*cell);
+    if (layers_.empty() || layers_.back().key != layer) {
+      if (!layers_.empty() && layers_.back().key > layer) return false;
+      layers_.push_back({layer, i, i, {}, {}});
+    } else if (row < lastRow || (row == lastRow && column <= lastColumn)) {
+      return false;
+    }
+    layers_.back().last = i + 1;
+    lastRow = row;
+    lastColumn = column;
   }
   return true;
 }
 
 void TableLayout::sortCells() {
-  std::vector<PlacedCell>& cells = sorted_.emplace();
-  cells.reserve(table_.cells.size());
-  for (const PivotCell& cell : table_.cells) {
-    if (isShown(cell)) cells.push_back(place(cell));
-  }
-  std::stable_sort(cells.begin(), cells.end(), [](const PlacedCell& left, const PlacedCell& right) {
-    return left.isBefore(right);
-  });
-  // Of several cells at one place the last one given is the one that counts.
-  const auto kept = std::unique(
-      cells.rbegin(), cells.rend(),
-      [](const PlacedCell& left, const PlacedCell& right) { return left.isAtPlaceOf(right); });
-  cells.erase(cells.begin(), kept.base());
-}
-
-std::optional<TableLayout::PlacedCell> TableLayout::cellAt(std::size_t index) const {
-  if (sorted_) return (*sorted_)[index];
-  const PivotCell& cell = table_.cells[index];
-  return isShown(cell) ? std::optional(place(cell)) : std::nullopt;
-}
-
-void TableLayout::findLayers() {
-  const auto layerOf = [&](std::size_t index) -> std::optional<std::uint64_t> {
-    if (sorted_) return (*sorted_)[index].layer;
-    const PivotCell& cell = table_.cells[index];
-    return isShown(cell) ? std::optional(layerAxis_.keyOf(cell)) : std::nullopt;
+  struct Placed {
+    std::uint64_t layer;
+    std::uint64_t row;
+    std::uint64_t column;
+    const PivotCell* cell;
   };
-  for (std::size_t i = 0; i < cellCount(); ++i) {
-    const std::optional<std::uint64_t> key = layerOf(i);
-    if (!key) continue;
-    if (layers_.empty() || layers_.back().key != *key) layers_.push_back({*key, i, i});
-    layers_.back().last = i + 1;
+  std::vector<Placed> placed;
+  placed.reserve(table_.cells.size());
+  for (const PivotCell& cell : table_.cells) {
+    if (cell.at.size() != table_.dimensions.size()) {
+      throw std::invalid_argument("a cell of the table does not name one category per dimension");
+    }
+    if (!isShown(cell)) continue;
+    placed.push_back(
+        {layerAxis_.keyOf(cell), rowAxis_.keyOf(cell), columnAxis_.keyOf(cell), &cell});
   }
-  if (layers_.empty()) layers_.push_back({layerAxis_.firstShownKey(), 0, 0});
+  const auto place = [](const Placed& cell) { return std::tie(cell.layer, cell.row, cell.column); };
+  std::stable_sort(placed.begin(), placed.end(),
+                   [&](const Placed& a, const Placed& b) { return place(a) < place(b); });
+  std::vector<const PivotCell*>& cells = sorted_.emplace();
+  for (std::size_t i = 0; i < placed.size(); ++i) {
+    // Of several cells at one place the last one given is the one that counts.
+    const bool isLast = i + 1 == placed.size() || place(placed[i]) != place(placed[i + 1]);
+    if (isLast) cells.push_back(placed[i].cell);
+  }
+}
+
+TableLayout::Positions TableLayout::positionsOf(const TableAxis& axis, const Layer& layer) const {
+  const std::uint64_t layerCount = layers_.size();
+  std::uint64_t bound = options_.completeLimit;
+  // A single dimension shows every category: the table itself is no smaller.
+  if (layerCount == 1 && axis.dimensions().size() <= 1) bound = axis.combinations();
+  Positions positions;
+  if (axis.combinations() <= bound / layerCount) {
+    positions.count = axis.combinations();
+  } else {
+    std::vector<std::uint64_t>& keys = positions.used.emplace();
+    for (std::size_t i = layer.first; i < layer.last; ++i) {
+      const PivotCell* const cell = cellAt(i);
+      if (cell != nullptr) keys.push_back(axis.keyOf(*cell));
+    }
+    std::sort(keys.begin(), keys.end());
+    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+    positions.count = keys.size();
+  }
+  if (positions.count > at(std::numeric_limits<int>::max())) {
+    throw std::length_error("the table has too many rows or columns");
+  }
+  return positions;
+}
+
+std::vector<std::uint64_t> TableLayout::Positions::keys() const {
+  if (used) return *used;
+  std::vector<std::uint64_t> keys(count);
+  std::iota(keys.begin(), keys.end(), std::uint64_t{0});
+  return keys;
+}
+
+std::size_t TableLayout::Positions::indexOf(std::uint64_t key) const {
+  if (!used) return key;
+  return static_cast<std::size_t>(std::lower_bound(used->begin(), used->end(), key) -
+                                  used->begin());
 }
 
 std::size_t TableLayout::chosenGrid() const {
   const auto chosen = std::find_if(layers_.begin(), layers_.end(), [&](const Layer& layer) {
     if (layer.first == layer.last) return false;
-    return layerAxis_.shows(sorted_ ? *(*sorted_)[layer.first].cell : table_.cells[layer.first]);
+    return layerAxis_.shows(sorted_ ? *(*sorted_)[layer.first] : table_.cells[layer.first]);
   });
   return chosen == layers_.end() ? 0 : static_cast<std::size_t>(chosen - layers_.begin());
 }
@@ -133,51 +184,18 @@ int GridRows::FootnoteCollector::indexOf(const std::string& text) {
   return known->second;
 }
 
-std::size_t GridRows::Positions::indexOf(std::uint64_t key) const {
-  if (isComplete) return key;
-  return static_cast<std::size_t>(std::lower_bound(keys.begin(), keys.end(), key) - keys.begin());
-}
-
-GridRows::GridRows(TableLayout& layout, std::size_t index)
+GridRows::GridRows(const TableLayout& layout, std::size_t index)
     : layout_(layout),
       layer_(layout.layers_.at(index)),
-      rows_(positionsOf(layout.rowAxis_, &TableLayout::PlacedCell::row)),
-      columns_(positionsOf(layout.columnAxis_, &TableLayout::PlacedCell::column)),
+      rowKeys_(layer_.rows.keys()),
       footnotes_(grid_.footnotes),
       nextCell_(layer_.first) {
-  layout_.countPlaces(rows_.keys.size(), columns_.keys.size());
-  columnLines_ = layout_.columnAxis_.header(columns_.keys, true, false);
-  rowLines_ = layout_.rowAxis_.header(rows_.keys, false, true);
+  rowLines_ = layout_.rowAxis_.header(rowKeys_, false, true);
   nextLabel_.assign(rowLines_.size(), 0);
   describe();
   findNumericColumns();
-  looks_.emplace(grid_);
-}
-
-GridRows::Positions GridRows::positionsOf(const TableAxis& axis,
-                                          std::uint64_t TableLayout::PlacedCell::*key) const {
-  const std::uint64_t layerCount = layout_.layers_.size();
-  std::uint64_t bound = layout_.options_.completeLimit;
-  // A single dimension shows every category: the table itself is no smaller.
-  if (layerCount == 1 && axis.dimensions().size() <= 1) bound = axis.combinations();
-  Positions positions;
-  std::vector<std::uint64_t>& keys = positions.keys;
-  if (axis.combinations() <= bound / layerCount) {
-    keys.resize(axis.combinations());
-    std::iota(keys.begin(), keys.end(), std::uint64_t{0});
-  } else {
-    positions.isComplete = false;
-    for (std::size_t i = layer_.first; i < layer_.last; ++i) {
-      const std::optional<TableLayout::PlacedCell> cell = layout_.cellAt(i);
-      if (cell) keys.push_back((*cell).*key);
-    }
-    std::sort(keys.begin(), keys.end());
-    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
-  }
-  if (keys.size() > at(std::numeric_limits<int>::max())) {
-    throw std::length_error("the table has too many rows or columns");
-  }
-  return positions;
+  GridLooks looks(grid_);
+  if (!grid_.tableLook.empty()) looks_.emplace(std::move(looks));
 }
 
 std::vector<LayerCaption> GridRows::captions(std::uint64_t layer) const {
@@ -203,21 +221,23 @@ std::vector<LayerCaption> GridRows::captions(std::uint64_t layer) const {
 }
 
 void GridRows::findNumericColumns() {
-  std::vector<bool> hasOther(columns_.keys.size());
-  isNumeric_.resize(columns_.keys.size());
+  constexpr std::uint8_t kHasNumber = 1;
+  constexpr std::uint8_t kHasOther = 2;
+  std::vector<std::uint8_t> found(layer_.columns.count);
   for (std::size_t i = layer_.first; i < layer_.last; ++i) {
-    const std::optional<TableLayout::PlacedCell> cell = layout_.cellAt(i);
-    if (!cell) continue;
-    const std::size_t column = columns_.indexOf(cell->column);
-    (isNumber(cell->cell->value) ? isNumeric_ : hasOther)[column] = true;
+    const PivotCell* const cell = layout_.cellAt(i);
+    if (cell == nullptr) continue;
+    const std::size_t column = layer_.columns.indexOf(layout_.columnAxis_.keyOf(*cell));
+    found[column] |= isNumber(cell->value) ? kHasNumber : kHasOther;
   }
-  for (std::size_t i = 0; i < isNumeric_.size(); ++i) {
-    if (hasOther[i]) isNumeric_[i] = false;
-  }
+  isNumeric_.resize(found.size());
+  for (std::size_t i = 0; i < found.size(); ++i) isNumeric_[i] = found[i] == kHasNumber;
 }
 
 void GridRows::describe() {
   const PivotTable& table = layout_.table_;
+  const std::vector<std::uint64_t> columnKeys = layer_.columns.keys();
+  columnLines_ = layout_.columnAxis_.header(columnKeys, true, false);
   if (!table.titleHidden) grid_.title = renderText(table.title);
   grid_.layers = captions(layer_.key);
   grid_.summary = table.summary;
@@ -235,10 +255,10 @@ void GridRows::describe() {
         return layout_.rowAxis_.dimensions()[line.dimension].isLabelShown();
       });
   if (hasCornerLabel) grid_.headerRows = std::max(1, grid_.headerRows);
-  grid_.rowCount = grid_.headerRows + static_cast<int>(rows_.keys.size());
-  grid_.columnCount = grid_.headerColumns + static_cast<int>(columns_.keys.size());
+  grid_.rowCount = grid_.headerRows + static_cast<int>(rowKeys_.size());
+  grid_.columnCount = grid_.headerColumns + static_cast<int>(columnKeys.size());
   grid_.columnWidths.assign(at(grid_.headerColumns), 0);
-  for (const std::uint64_t key : columns_.keys) {
+  for (const std::uint64_t key : columnKeys) {
     grid_.columnWidths.push_back(layout_.columnAxis_.widthOf(key));
   }
   grid_.titleNotes = footnotes_.numbersOf(table.footnotes);
@@ -265,7 +285,7 @@ GridCell& GridRows::addCell(CellRole role, int row, int column) {
   cell.rowSpan = 1;
   cell.columnSpan = 1;
   cell.alignment = CellAlignment::kLeft;
-  cell.look = {};
+  if (!cell.look.empty()) cell.look = {};
   cell.notes.clear();
   return cell;
 }
@@ -293,7 +313,9 @@ bool GridRows::next() {
   } else {
     makeDataRow();
   }
-  for (GridCell& cell : takeCells()) looks_->apply(cell);
+  if (looks_) {
+    for (GridCell& cell : takeCells()) looks_->apply(cell);
+  }
   return true;
 }
 
@@ -338,17 +360,16 @@ void GridRows::makeDataRow() {
     reportWithinStep(nextCell_, layout_.cellCount());
   }
   for (; nextCell_ < layer_.last; ++nextCell_) {
-    const std::optional<TableLayout::PlacedCell> placed = layout_.cellAt(nextCell_);
-    if (!placed) continue;
-    if (placed->row != rows_.keys[position]) break;
-    const int column = grid_.headerColumns + static_cast<int>(columns_.indexOf(placed->column));
-    GridCell& cell = addCell(CellRole::kData, row_, column);
-    const PivotCell& source = *placed->cell;
-    cell.text = renderText(source.value);
-    cell.isNumber = isNumber(source.value);
+    const PivotCell* const source = layout_.cellAt(nextCell_);
+    if (source == nullptr) continue;
+    if (layout_.rowAxis_.keyOf(*source) != rowKeys_[position]) break;
+    const std::size_t column = layer_.columns.indexOf(layout_.columnAxis_.keyOf(*source));
+    GridCell& cell = addCell(CellRole::kData, row_, grid_.headerColumns + static_cast<int>(column));
+    cell.text = renderText(source->value);
+    cell.isNumber = isNumber(source->value);
     if (cell.isNumber) cell.alignment = CellAlignment::kRight;
-    cell.look = source.look;
-    if (!source.notes.empty()) cell.notes = footnotes_.numbersOf(source.notes);
+    if (!source->look.empty()) cell.look = source->look;
+    if (!source->notes.empty()) cell.notes = footnotes_.numbersOf(source->notes);
   }
 }
 

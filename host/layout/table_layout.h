@@ -29,7 +29,7 @@ class TableLayout {
  public:
   /// The table must outlive the layout. Throws std::invalid_argument when a cell or category refers
   /// to something that the table has not, and std::length_error when the dimensions of one place
-  /// have 2^63 combinations or more.
+  /// have 2^63 combinations or more, or the table is too large to be shown.
   explicit TableLayout(const PivotTable& table, const LayoutOptions& options = {});
 
   /// One for each combination of the layers' categories that has cells, in the order of the
@@ -42,39 +42,36 @@ class TableLayout {
  private:
   friend class GridRows;
 
-  /// A cell with the keys of its place.
-  struct PlacedCell {
-    std::uint64_t layer;
-    std::uint64_t row;
-    std::uint64_t column;
-    const PivotCell* cell;
+  /// The positions of an axis: all combinations, or those that have cells when all were too many.
+  struct Positions {
+    std::size_t count = 0;
+    std::optional<std::vector<std::uint64_t>> used;
 
-    bool isBefore(const PlacedCell& other) const {
-      if (layer != other.layer) return layer < other.layer;
-      return row != other.row ? row < other.row : column < other.column;
-    }
-    bool isAtPlaceOf(const PlacedCell& other) const {
-      return layer == other.layer && row == other.row && column == other.column;
-    }
+    std::vector<std::uint64_t> keys() const;
+    std::size_t indexOf(std::uint64_t key) const;
   };
   /// The cells of one grid: a range of what cellAt() counts.
   struct Layer {
     std::uint64_t key;
     std::size_t first;
     std::size_t last;
+    Positions rows;
+    Positions columns;
   };
 
-  PlacedCell place(const PivotCell& cell) const;
-  bool isShown(const PivotCell& cell) const {
-    return options_.layers == ShownLayers::kAll || layerAxis_.shows(cell);
-  }
-  bool standsInOrder() const;
+  bool isShown(const PivotCell& cell) const { return showsAll_ || layerAxis_.shows(cell); }
+  /// Finds the layers; false where the cells do not stand in order.
+  bool findLayers();
   void sortCells();
-  void findLayers();
+  Positions positionsOf(const TableAxis& axis, const Layer& layer) const;
   /// How many places cellAt() counts.
   std::size_t cellCount() const { return sorted_ ? sorted_->size() : table_.cells.size(); }
-  /// Nothing for a cell that is not shown.
-  std::optional<PlacedCell> cellAt(std::size_t index) const;
+  /// Null for a cell that is not shown.
+  const PivotCell* cellAt(std::size_t index) const {
+    if (sorted_) return (*sorted_)[index];
+    const PivotCell& cell = table_.cells[index];
+    return isShown(cell) ? &cell : nullptr;
+  }
   /// Refuses a table that is too large and nearly empty.
   void countPlaces(std::uint64_t rows, std::uint64_t columns);
 
@@ -83,16 +80,18 @@ class TableLayout {
   TableAxis rowAxis_;
   TableAxis columnAxis_;
   TableAxis layerAxis_;
-  std::optional<std::vector<PlacedCell>> sorted_;  ///< only where the cells stand in disorder
+  /// Only where the cells stand in disorder.
+  std::optional<std::vector<const PivotCell*>> sorted_;
   std::vector<Layer> layers_;
+  bool showsAll_;             ///< no leaf is chosen, or all are asked for whatever is
   std::uint64_t places_ = 0;  ///< for cells, in the grids so far
   std::uint64_t labels_ = 0;
 };
 
 class GridRows {
  public:
-  /// The layout must outlive it. Throws std::length_error for a grid that is too large to be shown.
-  GridRows(TableLayout& layout, std::size_t index);
+  /// The layout must outlive it.
+  GridRows(const TableLayout& layout, std::size_t index);
 
   /// Everything but the cells, known before the first row; only the footnotes of the cells come as
   /// their rows do.
@@ -127,14 +126,6 @@ class GridRows {
     std::vector<std::size_t> lastMarked_;  ///< by footnote: the last text that has its mark
   };
 
-  /// The positions of an axis: all combinations, or those that have cells when all were too many.
-  struct Positions {
-    std::vector<std::uint64_t> keys;
-    bool isComplete = true;
-    std::size_t indexOf(std::uint64_t key) const;
-  };
-
-  Positions positionsOf(const TableAxis& axis, std::uint64_t TableLayout::PlacedCell::*key) const;
   std::vector<LayerCaption> captions(std::uint64_t layer) const;
   void findNumericColumns();
   void describe();
@@ -145,17 +136,16 @@ class GridRows {
   void addCornerLabels();
   void makeDataRow();
 
-  TableLayout& layout_;
-  TableLayout::Layer layer_;
-  Positions rows_;
-  Positions columns_;
+  const TableLayout& layout_;
+  const TableLayout::Layer& layer_;
+  std::vector<std::uint64_t> rowKeys_;
   std::vector<AxisLine> columnLines_;
   std::vector<AxisLine> rowLines_;
   std::vector<bool> isNumeric_;  ///< by data column: it has cells and all of them are numbers
   bool hasNestedLabels_ = false;
   TableGrid grid_;
   FootnoteCollector footnotes_;
-  std::optional<GridLooks> looks_;
+  std::optional<GridLooks> looks_;  ///< nothing for a table without a look of its own
   int row_ = -1;
   std::size_t nextCell_;                ///< as TableLayout::cellAt() counts
   std::vector<std::size_t> nextLabel_;  ///< by header column

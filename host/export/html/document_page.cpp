@@ -50,12 +50,6 @@ std::int64_t pixelsOf(double points) {
   return std::max<std::int64_t>(1, std::llround(points / kPointsPerPixel));
 }
 
-/// Throws what making any of a table's grids would throw.
-void checkGrids(const PivotTable& table, const LayoutOptions& options) {
-  TableLayout layout(table, options);
-  for (std::size_t i = 0; i < layout.gridCount(); ++i) GridRows(layout, i);
-}
-
 /// Writes one object's content.
 class ContentWriter {
  public:
@@ -113,14 +107,12 @@ void ContentWriter::writeGrid(TableLayout& layout, std::size_t index, bool isPic
 }
 
 void ContentWriter::operator()(const TableContent& table) const {
-  // What is wrong with a table shows before the first of its rows is written.
   std::optional<TableLayout> layout;
   try {
     const ProgressStep step(1, kTableSteps);
     LayoutOptions wanted;
     wanted.layers = options_.pickLayers ? ShownLayers::kAll : options_.layers;
     layout.emplace(*table, wanted);
-    checkGrids(*table, wanted);
   } catch (const std::logic_error& error) {
     html_.element("p", fmt::format("This table cannot be shown: {}.", error.what()), "aside");
     return;

@@ -28,6 +28,7 @@ class GridWriter {
         grid_(rows.grid()),
         options_(options),
         isNested_(rows.hasNestedLabels()),
+        isBare_(!isNested_ && grid_.tableLook.empty()),
         coveredUntil_(at(grid_.columnCount), 0),
         columnHeaders_(at(grid_.columnCount)),
         rowHeaders_(at(grid_.headerColumns)) {}
@@ -55,7 +56,8 @@ class GridWriter {
   const TableGrid& grid_;
   const HtmlTableOptions& options_;
   bool isNested_;
-  std::vector<int> coveredUntil_;                        ///< by column: the first row that is free
+  bool isBare_;                    ///< data cells have nothing but what they say of themselves
+  std::vector<int> coveredUntil_;  ///< by column: the first row that is free
   std::vector<std::vector<std::string>> columnHeaders_;  ///< by column: ids, outermost first
   std::vector<ActiveHeader> rowHeaders_;                 ///< by header column
   int lastId_ = 0;
@@ -188,6 +190,15 @@ void GridWriter::writeStyle(const GridCell& cell, int column, int columnSpan) {
 }
 
 void GridWriter::writeCell(const GridCell& cell, int column, int columnSpan) {
+  // Nearly all cells of a large table are like this.
+  if (isBare_ && cell.role == CellRole::kData && cell.look.empty() && cell.notes.empty()) {
+    const bool isRight = cell.alignment == CellAlignment::kRight && !html_.isPlain();
+    html_.raw(isRight ? "<td class=\"n\">" : "<td>");
+    html_.text(cell.text);
+    html_.raw("</td>");
+    coveredUntil_[at(column)] = cell.row + 1;
+    return;
+  }
   const int rowSpan = std::min(cell.rowSpan, kMostRowsSpanned);
   const char* name = isHeader(cell) ? "th" : "td";
   html_.start(name);
