@@ -96,6 +96,7 @@ step "benchmarks run" bench/run.sh build/release/bench --smoke
 step "installed package serves an outside host" tests/installed_package.sh build/release
 step "the restyled example is as expected" tests/restyled_example.sh build/release/runner/vornwout
 step "demo" examples/demo.sh build/release/runner/vornwout
+step "a validator and a browser read exported pages" tests/readers/exports.sh build/release/runner/vornwout
 step "jq reads a trace" tests/traces_with_jq.sh build/release/runner/vornwout
 stage "build with sanitizers"
 if step "build (clang, AddressSanitizer, UBSan, libFuzzer)" build fuzzing; then
