@@ -3,7 +3,7 @@
 //   limits PROGRAM [--smoke | PART]
 //
 // PART is the first word of a file beside this one: process, command, modify, change, build,
-// document.
+// document, export.
 #include "bench/limits.h"
 
 #include <cstdio>
@@ -63,7 +63,9 @@ int main(int argc, char** argv) {
   measure("command", vornwout::commandLimits);
   measure("modify", vornwout::modifyLimits);
   measure("change", vornwout::changeLimits);
+  measure("export_document", vornwout::exportDocumentLimits);
   measure("build", vornwout::buildLimits);
   measure("document", vornwout::documentLimits);
+  measure("export", vornwout::exportLimits);
   return vornwout::report(results, effort.isSmoke);
 }

@@ -67,6 +67,8 @@ std::vector<LimitResult> buildLimits(const Effort& effort);
 std::vector<LimitResult> changeLimits(const Effort& effort);
 std::vector<LimitResult> commandLimits(const Effort& effort);
 std::vector<LimitResult> documentLimits(const Effort& effort);
+std::vector<LimitResult> exportLimits(const Effort& effort);
+std::vector<LimitResult> exportDocumentLimits(const Effort& effort);
 std::vector<LimitResult> modifyLimits(const Effort& effort);
 /// `program` is the built program, for what is measured on whole processes.
 std::vector<LimitResult> processLimits(const Effort& effort, const std::string& program);
