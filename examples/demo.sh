@@ -1,6 +1,6 @@
 #!/bin/bash
 # Runs a first job; then builds a document from real data, saves it with a password in one job, opens
-# it again in another, and shows it. What it makes stays in build/demo.
+# it again in another, and shows it; then restyles it and exports it. What it makes stays in build/demo.
 set -eu
 cd "$(dirname "$0")/.."
 program=$1
@@ -37,6 +37,9 @@ for document in report.qxv restyled.qxw; do
   run show "$out/$document" --object "$number" --no-pager
 done
 
+# What others read of it.
+run run --handle "OUT=$PWD/$out" "$data/publish.qxs"
+
 # Without the password nothing is shown.
 say show "$out/protected.qxv"
 if "$program" show "$out/protected.qxv" --no-pager 2>&1; then
@@ -47,11 +50,19 @@ fi
 cat <<END
 
 
+The report as others read it:
+  $PWD/$out/report.html
+      a page for any browser, light and dark, with everything in it
+  $PWD/$out/report.txt
+      a text, its charts beside it
+
 Go on from here:
   $program show $out/report.qxv
       turns the pages of the document
   $program run examples/first-steps/two_documents.qxs
       runs the first job again; change it before
+  $program run --handle OUT=$out $data/publish.qxs
+      exports the report again; change the job before
   $program help
       lists the commands of this version
   $out/report.qxw, $out/restyled.qxw
