@@ -5,9 +5,9 @@ set -eu
 
 build="g++ cmake ninja-build ccache pkg-config libicu-dev libfmt-dev nlohmann-json3-dev libcli11-dev
        libzip-dev libdeflate-dev libssl-dev libpugixml-dev libcsv-dev libcmark-dev
-       libfontconfig-dev libxerces-c-dev"
+       libfontconfig-dev libxerces-c-dev librsvg2-dev libcairo2-dev libjpeg62-turbo-dev"
 check="clang libclang-rt-14-dev llvm-14 clang-format clang-tidy libgtest-dev libgmock-dev libbenchmark-dev zlib1g-dev
-       libsqlite3-dev libxml2-utils binutils jq libvalijson-dev"
+       libsqlite3-dev libxml2-utils binutils jq libvalijson-dev tidy chromium chromium-driver python3-selenium"
 
 packages=$build
 [ "${1:-build}" = check ] && packages="$build $check"

@@ -9,6 +9,10 @@ set_target_properties(vornwout vornplatform vornxml PROPERTIES INSTALL_RPATH "$O
 
 install(TARGETS vornwout_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(TARGETS vornxml LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+if(TARGET vorndraw)
+  set_target_properties(vorndraw PROPERTIES INSTALL_RPATH "$ORIGIN")
+  install(TARGETS vorndraw LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+endif()
 install(TARGETS vornplatform vornwout EXPORT vornwout-targets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY platform/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vornwout/platform

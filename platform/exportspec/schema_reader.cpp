@@ -2,31 +2,24 @@
 
 #include <array>
 
-#include <dlfcn.h>
-
 #include "platform/exportspec/schema_texts.h"
 #include "platform/exportspec/xml_bounds.h"
 #include "platform/exportspec/xml_module.h"
+#include "platform/files/loaded_module.h"
 
 namespace vornwout {
 namespace {
 
-constexpr const char* kModule = "libvornxml.so";
-
 XmlModule& loadModule() {
-  // Found beside this library, and never closed: its compiled schemas serve the whole process.
-  void* const library = dlopen(kModule, RTLD_NOW | RTLD_LOCAL);
-  if (library == nullptr) {
-    throw std::runtime_error(std::string("the XML parser cannot be loaded: ") + dlerror());
+  try {
+    return *reinterpret_cast<XmlModuleEntry>(moduleFunction("libvornxml.so", kXmlModuleEntry))();
+  } catch (const ModuleError& error) {
+    throw std::runtime_error(std::string("the XML parser cannot be loaded: ") + error.what());
   }
-  const auto entry = reinterpret_cast<XmlModuleEntry>(dlsym(library, kXmlModuleEntry));
-  if (entry == nullptr) {
-    throw std::runtime_error(std::string(kModule) + " is not the XML parser of this system");
-  }
-  return *entry();
 }
 
 XmlModule& module() {
+  // Its compiled schemas serve the whole process.
   static XmlModule& loaded = loadModule();
   return loaded;
 }

@@ -16,7 +16,7 @@ class XmlModule {
 };
 
 /// The one function of the module, by this name.
-inline constexpr const char* kXmlModuleEntry = "vornxml_module";
+inline constexpr const char* kXmlModuleEntry = "vornXmlModule";
 using XmlModuleEntry = XmlModule* (*)();
 
 }  // namespace vornwout

@@ -180,7 +180,7 @@ class XercesModule : public XmlModule {
 }  // namespace
 }  // namespace vornwout
 
-extern "C" __attribute__((visibility("default"))) vornwout::XmlModule* vornxml_module() {
+extern "C" __attribute__((visibility("default"))) vornwout::XmlModule* vornXmlModule() {
   // Never destroyed: it serves until the process ends, and its parsers must go before the platform.
   static auto* const module = new vornwout::XercesModule;
   return module;
