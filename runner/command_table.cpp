@@ -67,6 +67,20 @@ constexpr const char* kModifyDetails =
     "the "
     "unit: SIZE=2 1 INCHES, or\nPERCENT(50 50).\n";
 
+constexpr const char* kExportDetails =
+    "One document or one type of image is exported, or images beside HTML, REPORT or TEXT. Without "
+    "NAME\nthe active document is exported; PRINT=ERRORS tells of failures alone, PRINT=NEVER of "
+    "nothing but a\nhost that does not answer.\nDOCUMENTFILE is required with every type of "
+    "document, IMAGEROOT with every type of image unless HTML,\nREPORT or TEXT stands beside it; "
+    "both are paths in quotes and may start with a file handle. XLS and\nXLSX complete a name by "
+    "their extension.\nSizes take a width and a height with their unit, PAGESIZE=INCHES(8.5 11), "
+    "margins one number,\nTOPMARGIN=20 MM. COLUMNWIDTH is also AUTOFIT; of a border's text the "
+    "first character counts. The\nTITLE of a report is a text in quotes or FILENAME, its URL is a "
+    "list in parentheses of two texts each,\nwith commas between the pairs: URL=('a' 'b', 'c' 'd')."
+    "\nPERCENTSIZE is above 0 and at most 200. MODIFYSHEET needs a SHEET; when there is no "
+    "workbook "
+    "to change\nor to add a sheet to, one is made.\n";
+
 constexpr std::array kCommands = {
     Command{"OUTPUT NEW", "outnew_", outnew_,
             "Makes a new, empty output document, which takes the output from then on.", "",
@@ -92,7 +106,9 @@ constexpr std::array kCommands = {
             kSaveDetails},
     Command{"OUTPUT MODIFY", "outmodify_", outmodify_, "Changes objects of output documents.", "",
             kModifyDetails},
-    Command{"OUTPUT EXPORT", "outexport_", nullptr, "Exports an output document.", "", ""},
+    Command{"OUTPUT EXPORT", "outexport_", outexport_,
+            "Exports an output document, or the charts and tables of one as images.", "",
+            kExportDetails},
     Command{"STB PRINT", "stbprint_", nullptr, "Lists the texts of the string tables.", "", ""},
 };
 

@@ -2,9 +2,9 @@
 //
 // It needs no output controller: everything goes through the current procedure.
 #include "libvornwout/commands/output_comment_data.h"
+#include "libvornwout/frame/blame.h"
 #include "libvornwout/frame/command_frame.h"
 #include "libvornwout/frame/constants.h"
-#include "platform/parser/current_command.h"
 #include "vornwout/entry_points.h"
 
 namespace vornwout {
@@ -53,7 +53,7 @@ void outputComment() {
   if (lines.empty()) {
     // A table without rows shows nothing, and the user would not learn why. It is the whole command
     // that lacks something, not the value that was read last.
-    if (CurrentCommand* current = CurrentCommand::current()) current->noteRead(nullptr);
+    blame(nullptr);
     frame.messages().GenericWarning("The comment has no text: nothing was written.");
     return;
   }

@@ -16,8 +16,14 @@ OutputControllerInterface* outputController() {
 }
 
 CommandDescriptor descriptorFor(const CommandNames& names) {
-  if (names.titledDescriptor) return CommandDescriptor(names.command, names.procedureTitle);
+  if (names.titledDescriptor) return CommandDescriptor(names.command, names.procedure);
   return CommandDescriptor(names.command);
+}
+
+void makeMessages(const CommandNames& names, std::optional<ParserMessage>& messages) {
+  messages.emplace();
+  messages->SetCommandName(names.command);
+  messages->SetProcedureTitle(names.procedureTitle);
 }
 
 }  // namespace
@@ -25,17 +31,15 @@ CommandDescriptor descriptorFor(const CommandNames& names) {
 CommandFrame::CommandFrame(const CommandNames& names)
     : names_(names),
       procedure_(names.procedure, kProcedureNumber),
-      controller_(outputController()),
+      controller_(names.asksController ? outputController() : nullptr),
       descriptor_(descriptorFor(names)) {
-  if (names.procedureTitle == nullptr) return;
-  messages_.emplace();
-  messages_->SetCommandName(names.command);
-  messages_->SetProcedureTitle(names.procedureTitle);
+  if (names.procedureTitle != nullptr && !names.messagesLast) makeMessages(names, messages_);
 }
 
 bool CommandFrame::parse() {
   tokens_.emplace(true);
   parser_.emplace(*tokens_, spec_, descriptor_);
+  if (names_.messagesLast) makeMessages(names_, lateMessages_);
   const int errors = parser_->getCommandSpecifications();
   // At once, so that the parser's messages are in the log before anything else is produced.
   bp_flushlog_();

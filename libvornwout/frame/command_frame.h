@@ -2,8 +2,8 @@
 //
 // An entry makes a CommandFrame, declares its grammar, calls parse(), and acts on what parse()
 // left. The members stand in the order in which the interface wants them made; they are destroyed
-// in reverse, also when an exception passes: parser, token sequence, the command's own part,
-// descriptor, spec, messages, procedure. Nothing is caught here.
+// in reverse, also when an exception passes: messages that were made last, parser, token sequence,
+// the command's own part, descriptor, spec, messages, procedure. Nothing is caught here.
 #pragma once
 
 #include <memory>
@@ -26,12 +26,15 @@ struct CommandNames {
   const char* command;            ///< upper case, e.g. "OUTPUT NEW"
   const char* procedureTitle;     ///< null for a command that makes no ParserMessage
   const char* procedure;          ///< mixed case, names the output
-  bool titledDescriptor = false;  ///< the descriptor is built from name and title
+  bool titledDescriptor = false;  ///< the descriptor is built from command and procedure
+  bool asksController = true;     ///< false for a command that leaves the host to a later step
+  bool messagesLast = false;      ///< the ParserMessage is made behind the parser, not before it
 };
 
 class CommandFrame {
  public:
-  /// Opens the procedure, asks the host for its output controller and makes the messages.
+  /// Opens the procedure, asks the host for its output controller and makes the messages, unless
+  /// the names say otherwise.
   explicit CommandFrame(const CommandNames& names);
 
   CommandDescriptor& grammar() { return descriptor_; }
@@ -51,8 +54,9 @@ class CommandFrame {
   bool parseForController();
 
   BpProcedure& procedure() { return procedure_; }
-  const ParserMessage& messages() const { return *messages_; }
+  const ParserMessage& messages() const { return lateMessages_ ? *lateMessages_ : *messages_; }
   const CommandSpec& spec() const { return spec_; }
+  CommandSpec& spec() { return spec_; }
   /// Not null once parseForController() was true.
   OutputControllerInterface& controller() { return *controller_; }
 
@@ -66,6 +70,7 @@ class CommandFrame {
   std::shared_ptr<void> part_;
   std::optional<VORN_TokenSequence> tokens_;
   std::optional<UniversalParser> parser_;
+  std::optional<ParserMessage> lateMessages_;
 };
 
 }  // namespace vornwout

@@ -31,7 +31,8 @@ inline constexpr const char* kPasswordEmpty =
 inline constexpr const char* kPasswordTooLong =
     "Failed to save document. Passwords longer than 10 bytes are not allowed. '^1'";
 
-/// Levels of messages in the output.
+/// How every message in the output is shown, and its levels.
+inline constexpr int kShowMessage = 2;
 inline constexpr int kLevelWarning = 2;
 inline constexpr int kLevelError = 3;
 

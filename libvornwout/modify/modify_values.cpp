@@ -5,7 +5,6 @@
 
 #include "libvornwout/modify/xml/xml_utilities.h"
 #include "platform/files/fetch_file.h"
-#include "platform/parser/current_command.h"
 #include "platform/text/multibyte.h"
 
 namespace vornwout {
@@ -54,12 +53,6 @@ std::string readText(const ParamObj& param, bool* quoted) {
   if (quoted != nullptr) *quoted = literal;
   return text;
 }
-
-void blame(const Token* token) {
-  if (CurrentCommand* current = CurrentCommand::current()) current->noteRead(token);
-}
-
-void blame(const TokenInfoObj& token) { blame(&token.token()); }
 
 std::string fetchFrom(const std::string& path, std::string_view startTag) {
   std::string content = FetchFile::fetch(path, true, true);

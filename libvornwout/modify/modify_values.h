@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "libvornwout/frame/blame.h"
 #include "platform/message/parser_message.h"
 #include "platform/parser/command_spec.h"
 #include "platform/parser/descriptor.h"
@@ -27,11 +28,6 @@ std::optional<std::string> readExpandedText(const SubComObj& subcommand, const c
 
 /// The text of one token and whether it was quoted; an empty text when the value is not one token.
 std::string readText(const ParamObj& param, bool* quoted = nullptr);
-
-/// Makes a token the place of the next message: the member of a list that is at fault, not the
-/// list. A null token stands for the command itself.
-void blame(const Token* token);
-void blame(const TokenInfoObj& token);
 
 /// The content of a file from the first occurrence of a start tag on, so that nothing before it,
 /// such as an XML declaration, is embedded; the whole content when it has none, empty when there is

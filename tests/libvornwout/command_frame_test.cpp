@@ -280,6 +280,30 @@ TEST(CommandFrame, EndsTheCommandsOwnPartBehindTheParserAndBeforeTheMessages) {
   EXPECT_TRUE(EndingPart::messagesWereThere);
 }
 
+void runWithMessagesLast() {
+  CommandNames names{"OUTPUT NEW", "OUTPUT NEW", "Output New"};
+  names.titledDescriptor = true;
+  names.asksController = false;
+  names.messagesLast = true;
+  CommandFrame frame(names);
+  EXPECT_EQ(frame.grammar().title(), "Output New");
+  frame.makePart<EndingPart>();
+  EXPECT_EQ(ParserMessage::current(), nullptr);
+  EXPECT_TRUE(frame.parse());
+  EXPECT_EQ(ParserMessage::current(), &frame.messages());
+  EXPECT_EQ(frame.messages().procedureTitle(), "OUTPUT NEW");
+}
+
+TEST(CommandFrame, MakesItsMessagesLastAndAsksForNoControllerWhereTheNamesSaySo) {
+  FakeHost host;
+  host.whenControllerAsked = [] { ADD_FAILURE() << "the controller is asked for"; };
+  EndingPart::messagesWereThere = true;
+  const CommandRun run(runWithMessagesLast, "OUTPUT NEW CODE='x'.", &host);
+  EXPECT_THAT(run.parserMessages, IsEmpty());
+  EXPECT_TRUE(EndingPart::parserWasGone);
+  EXPECT_FALSE(EndingPart::messagesWereThere);
+}
+
 INSTANTIATE_TEST_SUITE_P(EveryEntry, CommandFrameTest, testing::ValuesIn(kEntries), nameOf);
 INSTANTIATE_TEST_SUITE_P(DocumentEntries, DocumentFrameTest,
                          testing::ValuesIn(std::begin(kEntries), std::end(kEntries) - 1), nameOf);

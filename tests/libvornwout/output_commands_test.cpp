@@ -52,6 +52,27 @@ TEST(OutputCommands, ReportsATextAloneLikeAnEmptyArgument) {
   EXPECT_EQ(run.outputMessages[0].level, other.level);
 }
 
+TEST(OutputCommands, FillsThePlaceholderWithNothingWhenAlwaysToFillIt) {
+  const struct {
+    const char* argument;
+    bool translatable;
+    const char* text;
+  } cases[] = {
+      {"", false, "No  here."}, {"doc1", false, "No doc1 here."}, {"x", true, "No x here."}};
+  for (const auto& test : cases) {
+    CommandRun run;
+    const SinkRegistration sink(run);
+    OutputCommands::errorWarnAlways("No ^1 here.", test.argument, 2, test.translatable);
+    ASSERT_EQ(run.outputMessages.size(), 1U);
+    const OutputMessageRecord& record = run.outputMessages[0];
+    EXPECT_EQ(renderText(record.message), test.text);
+    EXPECT_EQ(record.show, 2);
+    EXPECT_EQ(record.level, 2);
+    EXPECT_TRUE(record.message.translatable);
+    EXPECT_EQ(record.message.arguments.at(0).translatable, test.translatable);
+  }
+}
+
 TEST(OutputCommands, DoesNotLookForPlaceholdersInTheArgument) {
   EXPECT_EQ(renderText(reported("No ^1.", "^1 ^2", 3).message), "No ^1 ^2.");
 }

@@ -119,8 +119,8 @@ TEST(Application, WrongUsageIsRefusedInWords) {
       {{"help", "outpt", "new"},
        "There is no command outpt new in this version. Did you mean OUTPUT NEW? vornwout help "
        "lists those there are."},
-      {{"help", "output", "export"},
-       "There is no command output export in this version. vornwout help lists those there are."},
+      {{"help", "stb", "print"},
+       "There is no command stb print in this version. vornwout help lists those there are."},
       {{"help", "stb"},
        "There is no command stb in this version. vornwout help lists those there are."},
   };

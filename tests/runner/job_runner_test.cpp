@@ -124,7 +124,7 @@ struct Misnamed {
 TEST(JobRunner, ErrorOfAnUnknownCommandStandsBelowItsOwnHeading) {
   const Misnamed cases[] = {
       {"FREQUENCIES x.", "FREQUENCIES X"},
-      {"output export /text.", "OUTPUT EXPORT"},
+      {"stb print.", "STB PRINT"},
       {"'text'.", "Messages"},
       {"OUTPUT.", "OUTPUT"},
       {"pr\xC3\xBC"

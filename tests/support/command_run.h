@@ -46,7 +46,11 @@ class FakeHost : public HostAdapter, public OutputControllerInterface {
     if (whenControllerAsked) whenControllerAsked();
     return hasController ? this : nullptr;
   }
-  std::string ExportOutput(const std::string&) override { throw std::logic_error("not expected"); }
+  std::string ExportOutput(const std::string& xml) override {
+    exportDocuments.push_back(xml);
+    if (whenExported) whenExported();
+    return exportAnswer;
+  }
   std::string ModifyOutput(const std::string& xml) override {
     modifyDocuments.push_back(xml);
     if (whenModified) whenModified();
@@ -71,6 +75,9 @@ class FakeHost : public HostAdapter, public OutputControllerInterface {
   std::string modifyAnswer;
   std::function<void()> whenModified;  ///< may throw
   std::vector<std::string> modifyDocuments;
+  std::string exportAnswer;
+  std::function<void()> whenExported;  ///< may throw
+  std::vector<std::string> exportDocuments;
 };
 
 /// What one run of an entry point produced, in order and by kind.
@@ -112,6 +119,10 @@ class CommandRun : public OutputSink {
   void table(const std::shared_ptr<const PivotTable>& finished) override {
     events.push_back("table " + renderText(finished->title));
     tables.push_back(finished);
+  }
+
+  void note(const NoteRecord& record) override {
+    events.push_back("note " + renderText(record.label));
   }
 
   /// "WrongValueType(NAME, )" for every message of the parser.

@@ -20,6 +20,7 @@ void outsave_(void);   /* OUTPUT SAVE */
 void outdisp_(void);   /* OUTPUT DISPLAY */
 void outcomnt_(void);  /* OUTPUT COMMENT */
 void outmodify_(void); /* OUTPUT MODIFY */
+void outexport_(void); /* OUTPUT EXPORT */
 
 #ifdef __cplusplus
 }

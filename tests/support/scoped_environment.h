@@ -1,0 +1,36 @@
+// A variable of the environment that has another value while a test needs it.
+#pragma once
+
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace vornwout {
+
+class ScopedEnvironment {
+ public:
+  /// Nothing for a variable that is not set.
+  ScopedEnvironment(std::string name, const std::optional<std::string>& value)
+      : name_(std::move(name)) {
+    if (const char* before = std::getenv(name_.c_str())) before_ = before;
+    set(value);
+  }
+  ~ScopedEnvironment() { set(before_); }
+  ScopedEnvironment(const ScopedEnvironment&) = delete;
+  ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
+
+ private:
+  void set(const std::optional<std::string>& value) const {
+    if (value) {
+      setenv(name_.c_str(), value->c_str(), 1);
+    } else {
+      unsetenv(name_.c_str());
+    }
+  }
+
+  std::string name_;
+  std::optional<std::string> before_;
+};
+
+}  // namespace vornwout
