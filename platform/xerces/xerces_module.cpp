@@ -5,7 +5,9 @@
 #include <array>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -129,13 +131,7 @@ class Parser {
     source.setEncoding(XMLUni::fgUTF8EncodingString);
     source.setCopyBufToStream(false);
     handler_.setReceiver(&receive);
-    try {
-      reader_->parse(source);
-    } catch (const xercesc::OutOfMemoryException&) {
-      throw std::bad_alloc();
-    } catch (const xercesc::XMLException& exception) {
-      throw XmlError(utf8Of(exception.getMessage()));
-    }
+    reader_->parse(source);
   }
 
  private:
@@ -160,15 +156,18 @@ class XercesModule : public XmlModule {
   void read(int number, std::string_view schema, std::string_view xml,
             const ElementReceiver& receive) override {
     const std::lock_guard lock(mutex_);
-    std::unique_ptr<Parser>& parser = parsers_.at(static_cast<std::size_t>(number));
-    if (parser == nullptr) parser = std::make_unique<Parser>(schema);
+    std::unique_ptr<Parser>& kept = parsers_.at(static_cast<std::size_t>(number));
+    // Taken out while it works: what a parser is like behind an exception nobody says.
+    std::unique_ptr<Parser> parser = std::move(kept);
     try {
+      if (parser == nullptr) parser = std::make_unique<Parser>(schema);
       parser->read(xml, receive);
-    } catch (...) {
-      // What a parser is like behind an exception nobody says.
-      parser.reset();
-      throw;
+    } catch (const xercesc::OutOfMemoryException&) {
+      throw std::bad_alloc();
+    } catch (const xercesc::XMLException& exception) {
+      throw XmlError(utf8Of(exception.getMessage()));
     }
+    kept = std::move(parser);
   }
 
  private:

@@ -71,7 +71,15 @@ class CountingHost : public HostAdapter, public OutputControllerInterface {
  public:
   bool IsPathExpansionSuppressed() override { return false; }
   OutputControllerInterface* GetOutputController() override { return this; }
-  std::string ExportOutput(const std::string&) override { return {}; }
+  std::string ExportOutput(const std::string& document) override {
+    ++requests;
+    lastName.assign(document);
+    if (refuses) throw std::runtime_error("The output is kept by someone else at the moment.");
+    return "<outputExportResponse success='true' errorCode='0' name='a rather long name' "
+           "documentFile='/tmp/a/rather/long/name' imageRoot='/tmp/a/rather/long/root' "
+           "imageFormat='PNG' imageCount='3'><warning code='0' name='a table with a long name'/>"
+           "</outputExportResponse>";
+  }
   std::string ModifyOutput(const std::string& document) override {
     ++requests;
     lastName.assign(document);
@@ -196,6 +204,18 @@ INSTANTIATE_TEST_SUITE_P(
         FaultCase{"CloseAll", outclose_, "OUTPUT CLOSE ALL.", false},
         FaultCase{"Open", outopen_,
                   "OUTPUT OPEN FILE='/a/file/beyond/the/short/string' PASSWORD='a long password'.",
+                  false},
+        FaultCase{"Export", outexport_,
+                  "OUTPUT EXPORT NAME=a_name_beyond_the_short_string /CONTENTS LAYERS=ALL /HTML "
+                  "DOCUMENTFILE='/tmp/a name beyond the short string' INTERACTLAYERS=YES /PNG "
+                  "PERCENTSIZE=200 IMAGEROOT='/tmp/a root beyond the short string'.",
+                  false},
+        FaultCase{"ExportThatTheHostThrowsAt", outexport_,
+                  "OUTPUT EXPORT /TEXT DOCUMENTFILE='/tmp/a name beyond the short string'.", true},
+        FaultCase{"ExportOfWrongValues", outexport_,
+                  "OUTPUT EXPORT /DOC DOCUMENTFILE='/tmp/a name beyond the short string' "
+                  "PAGESIZE=INCHES(8.5) /REPORT DOCUMENTFILE='/tmp/b' URL=('one') /EMF "
+                  "PERCENTSIZE=300.",
                   false},
         FaultCase{"OpenWithSecretsInItsMessages", outopen_,
                   "OUTPUT OPEN FILE= PASSWORD='a password beyond the short string' NAEM=1.", false},
