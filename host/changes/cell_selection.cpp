@@ -17,6 +17,7 @@
 #include "host/layout/table_axis.h"
 #include "host/layout/table_grid.h"
 #include "platform/pivot/cell_text.h"
+#include "platform/text/shortened_text.h"
 
 namespace vornwout {
 namespace {
@@ -101,7 +102,9 @@ ApplyTarget targetOf(const CellsChange& change) {
     return known.first == change.applyTo;
   });
   if (target == kTargets.end()) {
-    throw ChangeError(fmt::format("cells have no \"{}\" to apply a change to", change.applyTo));
+    constexpr int kShownColumns = 24;
+    throw ChangeError(fmt::format("cells have no \"{}\" to apply a change to",
+                                  textHead(change.applyTo, kShownColumns)));
   }
   return target->second;
 }
@@ -299,6 +302,8 @@ const Axes& Selector::axes() {
   if (!axes_) {
     try {
       axes_.emplace(table_);
+    } catch (const std::length_error&) {
+      throw ChangeError(kTooManyCombinations);
     } catch (const std::logic_error& error) {
       // Combinations beyond 2^63: such a table is not shown either.
       throw ChangeError(error.what());

@@ -1,12 +1,19 @@
 #include "host/changes/change_engine.h"
 
+#include <algorithm>
 #include <limits>
 #include <memory>
+#include <string_view>
 #include <utility>
 #include <variant>
 
+#include <fmt/format.h>
+
 #include "host/changes/index_text.h"
 #include "host/document/content_view.h"
+#include "host/store/store_error.h"
+#include "platform/text/display_width.h"
+#include "platform/text/shortened_text.h"
 
 namespace vornwout {
 namespace {
@@ -22,15 +29,57 @@ std::optional<ObjectSize> sizeOf(const PropertiesChange& change) {
   return std::nullopt;
 }
 
-/// Types whose content need not be read for a change of tables, or texts, are most of a document.
-bool mayHoldTable(ObjectType type) {
-  return type == ObjectType::kTable || type == ObjectType::kTree || type == ObjectType::kOther ||
-         type == ObjectType::kUnknown;
+/// What of a group may concern an object of a type.
+struct Concerned {
+  bool byTables = false;
+  bool byTexts = false;
+  bool byCharts = false;
+};
+
+/// What is changed goes by the content. The types that hold one kind of contents in every document
+/// that is made here are most of a document, and are not read for the other kinds.
+Concerned concernedBy(ObjectType type) {
+  switch (type) {
+    case ObjectType::kTable:
+      return {true, false, false};
+    case ObjectType::kText:
+    case ObjectType::kPageTitle:
+      return {false, true, false};
+    case ObjectType::kChart:
+      return {false, false, true};
+    case ObjectType::kLog:
+    case ObjectType::kModel:
+    case ObjectType::kHeading:
+      return {false, false, false};
+    case ObjectType::kWarning:
+    case ObjectType::kNotes:
+    case ObjectType::kTree:
+    case ObjectType::kOther:
+    case ObjectType::kUnknown:
+      break;
+  }
+  return {true, true, true};
 }
 
-bool mayHoldText(ObjectType type) {
-  return type == ObjectType::kText || type == ObjectType::kPageTitle ||
-         type == ObjectType::kOther || type == ObjectType::kUnknown;
+/// As a reason is, after the object that it is about.
+std::string reasonIn(const DocumentObject& object, const std::string& reason) {
+  if (object.label.empty()) return "in an object without a label, " + reason;
+  constexpr int kLeastColumns = 7;
+  constexpr int kMostColumns = 24;
+  const int room = kReasonColumns - displayWidth(reason) - displayWidth("in \"\", ");
+  return fmt::format("in \"{}\", {}",
+                     textHead(object.label, std::clamp(room, kLeastColumns, kMostColumns)), reason);
+}
+
+/// Why a content cannot be read. The part of the file that it lies in tells less than the object's
+/// label, and there is no room for both.
+std::string reasonOf(const StoreError& error) {
+  const std::string clause = clauseOf(error.what());
+  for (const std::string_view words : {" cannot be read: ", " cannot be shown. "}) {
+    const std::size_t at = clause.find(words);
+    if (at != std::string::npos) return clauseOf(clause.substr(at + words.size()));
+  }
+  return clause;
 }
 
 /// Index numbers go on as far as there are numbers.
@@ -82,9 +131,20 @@ void ChangeEngine::changeObject(const Task& task, DocumentObject& object, Change
   if (task.event.properties) changeProperties(*task.event.properties, object, log);
   const bool wantsTable = task.table || !task.cells.empty();
   const bool wantsChart = task.chart && task.chart->changesCharts();
-  if ((wantsTable && mayHoldTable(object.type)) || (task.text && mayHoldText(object.type)) ||
-      (wantsChart && object.type == ObjectType::kChart)) {
+  const Concerned concerned = concernedBy(object.type);
+  if ((wantsTable && concerned.byTables) || (task.text && concerned.byTexts) ||
+      (wantsChart && concerned.byCharts)) {
     changeContent(task, object, log);
+  }
+}
+
+void ChangeEngine::changeContent(const Task& task, DocumentObject& object, ChangeLog& log) {
+  try {
+    tryChangeContent(task, object, log);
+  } catch (const ChangeError& error) {
+    throw ChangeError(reasonIn(object, error.what()));
+  } catch (const StoreError& error) {
+    throw ChangeError(reasonIn(object, reasonOf(error)));
   }
 }
 
@@ -101,7 +161,7 @@ void ChangeEngine::changeProperties(const PropertiesChange& change, DocumentObje
   if (size) object.size = size;
 }
 
-void ChangeEngine::changeContent(const Task& task, DocumentObject& object, ChangeLog& log) {
+void ChangeEngine::tryChangeContent(const Task& task, DocumentObject& object, ChangeLog& log) {
   std::optional<ObjectContent> changed;
   {
     // What is not changed is forgotten again where it can be read once more.

@@ -38,8 +38,8 @@ class ChangeEngine {
   /// and fonts that cannot be used, throws ChangeError for what else cannot be read.
   ChangeEngine(const ModifyRequest& request, const FontCheck& isFont);
 
-  /// Throws ChangeError, and StoreError for a content that cannot be read; nothing has changed
-  /// then, once the engine is gone.
+  /// Throws ChangeError, also for a content that cannot be read, with the label of the object that
+  /// it is about; nothing has changed then, once the engine is gone.
   void apply(Document& document);
 
   ChangeCounts counts() const;
@@ -69,6 +69,7 @@ class ChangeEngine {
   static void changeProperties(const PropertiesChange& change, DocumentObject& object,
                                ChangeLog& log);
   static void changeContent(const Task& task, DocumentObject& object, ChangeLog& log);
+  static void tryChangeContent(const Task& task, DocumentObject& object, ChangeLog& log);
   /// The content with the changes, or nothing when it stays as it is.
   static std::optional<ObjectContent> changedContent(const Task& task,
                                                      const ObjectContent& content);

@@ -24,6 +24,24 @@ std::string harmless(std::string value) {
 
 }  // namespace
 
+std::string chartTemplateName(std::size_t number) {
+  const std::size_t last = number % 10;
+  const bool isTeen = number / 10 % 10 == 1;
+  const char* const ending = isTeen || last == 0 || last > 3 ? "th"
+                             : last == 1                     ? "st"
+                             : last == 2                     ? "nd"
+                                                             : "rd";
+  return "the " + std::to_string(number) + ending + " chart template";
+}
+
+std::string clauseOf(std::string sentence) {
+  if (sentence.ends_with('.')) sentence.pop_back();
+  if (!sentence.empty() && sentence[0] >= 'A' && sentence[0] <= 'Z') {
+    sentence[0] = static_cast<char>(sentence[0] - 'A' + 'a');
+  }
+  return sentence;
+}
+
 void ChangeNotes::add(const char* what, const std::string& value) {
   std::string note = std::string(what) + " (" + harmless(value) + ")";
   if (std::find(notes_.begin(), notes_.end(), note) == notes_.end()) {

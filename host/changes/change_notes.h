@@ -4,18 +4,34 @@
 // as a ChangeError instead, and every document is then as it was.
 #pragma once
 
+#include <cstddef>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace vornwout {
 
+/// What of a reason is seen in whole: messages show 80 columns of it, and "because " is before it.
+inline constexpr int kReasonColumns = 72;
+
 /// Why a command cannot be carried out: one sentence without a period that goes on behind
-/// "because".
+/// "because". It begins with what it is about and takes at most kReasonColumns wherever that can
+/// be.
 class ChangeError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
+
+// What refusals call the files that a command embeds.
+inline constexpr const char* kTableLookName = "the table look";
+/// "the 2nd chart template" of a group, from 1.
+std::string chartTemplateName(std::size_t number);
+
+/// Of a table that cannot be laid out.
+inline constexpr const char* kTooManyCombinations = "it has too many combinations of categories";
+
+/// A sentence as it goes on behind "because": without its capital and its period.
+std::string clauseOf(std::string sentence);
 
 /// The words that a note begins with.
 inline constexpr const char* kInvalidFormat = "Invalid format";

@@ -1,6 +1,8 @@
 #include "host/changes/chart_changes.h"
 
+#include <cstddef>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 #include <fmt/format.h>
@@ -18,6 +20,17 @@ namespace vornwout {
 namespace {
 
 constexpr int kShownColumns = 24;  ///< of a name in a message
+constexpr int kSheetColumns = 8;   ///< of a name before what is wrong with it
+
+/// Reads a style; what is wrong with it is said of the file that it is from.
+template <typename Parse>
+ChartStyle readStyle(const std::string& name, const Parse& parse, const std::string& content) {
+  try {
+    return parse(content);
+  } catch (const LookError& error) {
+    throw ChangeError(fmt::format("in {}, {}", name, error.what()));
+  }
+}
 
 /// The content of a style sheet; empty when there is none of that name.
 std::string fetchStyleSheet(const std::string& name) {
@@ -36,20 +49,19 @@ std::string fetchStyleSheet(const std::string& name) {
 }  // namespace
 
 ChartChanger::ChartChanger(const GraphChange& change) {
-  try {
-    if (!change.styleSheet.empty()) {
-      const std::string sheet = fetchStyleSheet(change.styleSheet);
-      if (sheet.empty()) {
-        throw ChangeError(fmt::format("there is no style sheet {} in the Looks folder",
-                                      textHead(change.styleSheet, kShownColumns)));
-      }
-      styles_.push_back(parseChartStyleSheet(sheet));
+  if (!change.styleSheet.empty()) {
+    const std::string sheet = fetchStyleSheet(change.styleSheet);
+    if (sheet.empty()) {
+      throw ChangeError(fmt::format("there is no style sheet {} in the Looks folder",
+                                    textHead(change.styleSheet, kShownColumns)));
     }
-    for (const std::string& chartTemplate : change.chartTemplates) {
-      styles_.push_back(parseChartTemplate(chartTemplate));
-    }
-  } catch (const LookError& error) {
-    throw ChangeError(fmt::format("in the chart's style, {}", error.what()));
+    const std::string name = "the style sheet " + textHead(change.styleSheet, kSheetColumns);
+    styles_.push_back(readStyle(name, parseChartStyleSheet, sheet));
+  }
+  std::size_t templates = 0;
+  for (const std::string& content : change.chartTemplates) {
+    const std::string name = chartTemplateName(++templates);
+    styles_.push_back(readStyle(name, parseChartTemplate, content));
   }
 }
 
@@ -59,7 +71,11 @@ bool ChartChanger::apply(MediaContent& chart) const {
   try {
     for (const ChartStyle& style : styles_) svg = restyleSvg(svg, style);
   } catch (const SvgError& error) {
-    throw ChangeError(fmt::format("a chart cannot be restyled: {}", error.what()));
+    // What it is about is said with its label.
+    constexpr std::string_view kSubject = "The chart is ";
+    const std::string_view reason = error.what();
+    const bool hasSubject = reason.starts_with(kSubject);
+    throw ChangeError(clauseOf(std::string(reason.substr(hasSubject ? kSubject.size() : 0))));
   }
   if (svg == *chart.bytes) return false;
   chart.bytes = std::make_shared<const std::string>(std::move(svg));

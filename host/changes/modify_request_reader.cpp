@@ -4,7 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
-#include <functional>
+#include <initializer_list>
 #include <limits>
 #include <map>
 #include <sstream>
@@ -15,7 +15,9 @@
 #include <pugixml.hpp>
 
 #include "host/changes/change_notes.h"
+#include "host/changes/request_xml.h"
 #include "host/store/content_names.h"
+#include "platform/text/display_width.h"
 #include "platform/text/encoding.h"
 #include "platform/text/shortened_text.h"
 #include "platform/text/utf8.h"
@@ -83,11 +85,7 @@ constexpr double kMaxPoints = 2000;
 constexpr double kMaxPercent = 400;
 constexpr double kMaxFontSize = 1000;
 constexpr int kMostNumber = std::numeric_limits<int>::max();
-
-/// For messages, which show whatever came.
-std::string asUtf8(std::string_view text) {
-  return isValidUtf8(text) ? std::string(text) : currentToUtf8(text);
-}
+constexpr int kNameColumns = 16;  ///< of an attribute that no command writes
 
 /// Resolves the five entities that the writers make, once; nothing else is one.
 std::string withoutEscapes(std::string text) {
@@ -107,15 +105,8 @@ std::string withoutEscapes(std::string text) {
   return text;
 }
 
-/// The place of an error comes first: messages are cut behind it.
 std::string placeOf(pugi::xml_node node) {
-  return fmt::format("at byte {} of the modify document", node.offset_debug());
-}
-
-/// As much of a foreign text as a message of 80 columns has room for.
-std::string shown(std::string_view text) {
-  constexpr int kColumns = 20;
-  return textHead(asUtf8(text), kColumns);
+  return fmt::format("at byte {}: ", node.offset_debug());
 }
 
 /// An attribute with what an error about it has to say.
@@ -132,7 +123,7 @@ class Attribute {
 
   /// A text in UTF-8 that is as its user wrote it.
   std::string plainText() const {
-    if (!isValidUtf8(value())) refuse("is not UTF-8");
+    if (!isValidUtf8(value())) refuse("not UTF-8");
     return std::string(value());
   }
   std::string escapedText() const { return withoutEscapes(plainText()); }
@@ -140,43 +131,60 @@ class Attribute {
   std::string jobText() const { return currentToUtf8(value()); }
   std::string escapedJobText() const { return withoutEscapes(jobText()); }
 
-  [[noreturn]] void refuse(const char* what) const {
-    throw ChangeError(fmt::format("{}, {} of {} {}: \"{}\"", placeOf(element_), shown(name()),
-                                  shown(element_.name()), what, shown(value())));
+  /// "<name> of <element> is "<value>", <what>", without the element where there is no room for it.
+  [[noreturn]] void refuse(std::string_view what) const {
+    constexpr int kMostOfValue = 8;
+    const std::string place = placeOf(element_);
+    const std::string known = textHead(name(), kNameColumns);
+    const std::string said = fmt::format(" is \"{{}}\", {}", what);
+    const std::string whole = fmt::format("{} of {}{}", known, element_.name(), said);
+    const std::string shown = textHead(shownBytes(value()), kMostOfValue);
+    const int room = kReasonColumns - displayWidth(place + whole) + 2;
+    refuseAt(place, displayWidth(shown) <= room ? whole : known + said, value());
   }
   [[noreturn]] void refuseUnknown() const {
-    throw ChangeError(fmt::format("{}, {} has an attribute {}, which is not known",
-                                  placeOf(element_), shown(element_.name()), shown(name())));
+    refuseAt(placeOf(element_), fmt::format("{} has an unknown attribute {{}}", element_.name()),
+             name());
+  }
+  [[noreturn]] void refuseRepetition() const {
+    refuseAt(placeOf(element_), fmt::format("{{}} of {} stands there twice", element_.name()),
+             name());
   }
 
   bool flag() const {
     if (value() == "true") return true;
     if (value() == "false") return false;
-    refuse("is neither true nor false");
+    refuse("not true or false");
   }
   /// An attribute that is never written as false.
   bool mark() const {
-    if (value() != "true") refuse("is not true");
+    if (value() != "true") refuse("not true");
     return true;
   }
   int integer(int min, int max = kMostNumber) const {
     int number = 0;
     const std::string_view digits = value();
-    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-    if (result.ec != std::errc() || result.ptr != digits.data() + digits.size() || number < min ||
-        number > max) {
-      refuse("is no integer within its bounds");
-    }
+    const char* const end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, number);
+    if (stop != end || error == std::errc::invalid_argument) refuse("no integer");
+    const bool isTooLarge = error != std::errc() ? !digits.starts_with('-') : number > max;
+    if (isTooLarge) refuse(fmt::format("at most {} is allowed", max));
+    if (error != std::errc() || number < min) refuse(fmt::format("at least {} is allowed", min));
     return number;
   }
-  double number(double max = std::numeric_limits<double>::max()) const {
+  double number() const {
     double result = 0;
     const std::string_view digits = value();
-    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), result);
-    if (read.ec != std::errc() || read.ptr != digits.data() + digits.size() ||
-        !std::isfinite(result) || result > max) {
-      refuse("is no number within its bounds");
-    }
+    const char* const end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, result);
+    if (stop != end || error != std::errc() || !std::isfinite(result)) refuse("no number");
+    return result;
+  }
+  /// A number above 0.
+  double positiveNumber(double max) const {
+    const double result = number();
+    if (result <= 0) refuse("only above 0 is allowed");
+    if (result > max) refuse(fmt::format("at most {} is allowed", max));
     return result;
   }
 
@@ -200,17 +208,41 @@ void forEachAttribute(pugi::xml_node element, const Visit& visit) {
     const Attribute attribute(element, item);
     const auto [before, isNew] = values.try_emplace(attribute.name(), attribute.value());
     if (!isNew && !mayRepeat(attribute, before->second)) {
-      attribute.refuse("stands there a second time");
+      attribute.refuseRepetition();
     }
     visit(attribute);
   }
 }
 
 [[noreturn]] void refuseElement(pugi::xml_node parent, pugi::xml_node element) {
-  throw ChangeError(
-      fmt::format("{}, {} holds {}{}", placeOf(element), shown(parent.name()),
-                  element.type() == pugi::node_element ? "an element " : "a text",
-                  element.type() == pugi::node_element ? shown(element.name()) : std::string()));
+  const bool isElement = element.type() == pugi::node_element;
+  refuseAt(
+      placeOf(element),
+      fmt::format("{} must not hold {}", parent.name(), isElement ? "an element {}" : "a text"),
+      isElement ? element.name() : "");
+}
+
+/// For attributes that are always written.
+void expectAttributes(pugi::xml_node element, std::initializer_list<const char*> names) {
+  for (const char* const name : names) {
+    if (!element.attribute(name)) {
+      refuseAt(placeOf(element), fmt::format("{} has no {}", element.name(), name));
+    }
+  }
+}
+
+/// For attributes of which one says what the other would say, too.
+void expectNotBoth(pugi::xml_node element, const char* one, const char* other) {
+  if (element.attribute(one) && element.attribute(other)) {
+    refuseAt(placeOf(element), fmt::format("{} has both {} and {}", element.name(), one, other));
+  }
+}
+
+void expectOneOf(pugi::xml_node element, const char* one, const char* other) {
+  expectNotBoth(element, one, other);
+  if (!element.attribute(one) && !element.attribute(other)) {
+    refuseAt(placeOf(element), fmt::format("{} has neither {} nor {}", element.name(), one, other));
+  }
 }
 
 /// For elements that hold nothing.
@@ -225,10 +257,13 @@ void expectNoAttributes(pugi::xml_node element) {
 /// "#rrggbb" of three components that come one by one.
 class ColorReader {
  public:
+  /// Of the attributes whose names begin with `prefix`.
+  explicit ColorReader(std::string_view prefix) : prefix_(prefix) {}
+
   /// True when the attribute was a component.
-  bool take(const Attribute& attribute, std::string_view prefix) {
-    if (!attribute.name().starts_with(prefix)) return false;
-    const std::string_view component = attribute.name().substr(prefix.size());
+  bool take(const Attribute& attribute) {
+    if (!attribute.name().starts_with(prefix_)) return false;
+    const std::string_view component = attribute.name().substr(prefix_.size());
     int* target = component == "Red"     ? &red_
                   : component == "Green" ? &green_
                   : component == "Blue"  ? &blue_
@@ -238,12 +273,18 @@ class ColorReader {
     *target = attribute.integer(0, kMostComponent);
     return true;
   }
-  std::string color() const {
-    if (red_ < 0 || green_ < 0 || blue_ < 0) return {};
+  /// Empty without any component. One or two are no color.
+  std::string color(pugi::xml_node element) const {
+    if (red_ < 0 && green_ < 0 && blue_ < 0) return {};
+    for (const auto& [name, value] : {std::pair("Red", red_), {"Green", green_}, {"Blue", blue_}}) {
+      if (value >= 0) continue;
+      refuseAt(placeOf(element), fmt::format("{} has no {}{}", element.name(), prefix_, name));
+    }
     return fmt::format("#{:02x}{:02x}{:02x}", red_, green_, blue_);
   }
 
  private:
+  std::string_view prefix_;
   int red_ = -1;
   int green_ = -1;
   int blue_ = -1;
@@ -262,6 +303,7 @@ CommandCondition readCommand(pugi::xml_node element) {
       attribute.refuseUnknown();
     }
   });
+  expectNotBoth(element, "last", "instance");
   expectEmpty(element);
   return condition;
 }
@@ -287,9 +329,8 @@ LabelCondition readLabel(pugi::xml_node element) {
       attribute.refuseUnknown();
     }
   });
-  if (matches != 1) {
-    throw ChangeError(placeOf(element) + ", label has not just one way to match");
-  }
+  expectAttributes(element, {"expression"});
+  if (matches != 1) refuseAt(placeOf(element), "label has not just one way to match");
   expectEmpty(element);
   return condition;
 }
@@ -303,6 +344,7 @@ int readInstance(pugi::xml_node element) {
       attribute.refuseUnknown();
     }
   });
+  expectOneOf(element, "instance", "last");
   expectEmpty(element);
   return instance;
 }
@@ -313,6 +355,7 @@ std::string readSubtype(pugi::xml_node element) {
     if (attribute.name() != "subtype") attribute.refuseUnknown();
     subtype = attribute.plainText();
   });
+  expectAttributes(element, {"subtype"});
   expectEmpty(element);
   return subtype;
 }
@@ -324,7 +367,7 @@ IndexChange readIndex(pugi::xml_node element) {
       const auto* style = std::find_if(
           kIndexStyles.begin(), kIndexStyles.end(),
           [&](const IndexStyleName& known) { return known.name == attribute.value(); });
-      if (style == kIndexStyles.end()) attribute.refuse("is no type of an index");
+      if (style == kIndexStyles.end()) attribute.refuse("no type of an index");
       change.style = style->style;
     } else if (attribute.name() == "indexStart") {
       change.start = attribute.integer(std::numeric_limits<int>::min());
@@ -332,6 +375,7 @@ IndexChange readIndex(pugi::xml_node element) {
       attribute.refuseUnknown();
     }
   });
+  expectAttributes(element, {"type", "indexStart"});
   expectEmpty(element);
   return change;
 }
@@ -355,12 +399,11 @@ void quoteValues(pugi::xml_node part) {
 
 /// The one element that an element holds, as XML. A file that ends its own element, or this one,
 /// and goes on with others would pass for what the command says.
-std::string innerXml(pugi::xml_node element) {
+std::string innerXml(pugi::xml_node element, const std::string& name) {
   expectNoAttributes(element);
   const pugi::xml_node root = element.first_child();
   if (root.type() != pugi::node_element || root.next_sibling()) {
-    throw ChangeError(
-        fmt::format("{}, {} holds not just one element", placeOf(element), element.name()));
+    refuseAt(inFile(name), "there is not just one element");
   }
   quoteValues(element);
   std::ostringstream inner;
@@ -376,7 +419,8 @@ GraphChange readGraph(pugi::xml_node element) {
   });
   for (const pugi::xml_node child : element.children()) {
     if (std::strcmp(child.name(), "chartTemplate") != 0) refuseElement(element, child);
-    change.chartTemplates.push_back(innerXml(child));
+    const std::size_t number = change.chartTemplates.size() + 1;
+    change.chartTemplates.push_back(innerXml(child, chartTemplateName(number)));
   }
   return change;
 }
@@ -390,16 +434,16 @@ PropertiesChange readProperties(pugi::xml_node element) {
       } else if (attribute.value() == "no") {
         change.visible = false;
       } else if (attribute.value() != "asis") {
-        attribute.refuse("is none of yes, no and asis");
+        attribute.refuse("none of yes, no and asis");
       }
     } else if (attribute.name() == "sizeWidth") {
-      change.width = attribute.number(kMaxPoints);
+      change.width = attribute.positiveNumber(kMaxPoints);
     } else if (attribute.name() == "sizeHeight") {
-      change.height = attribute.number(kMaxPoints);
+      change.height = attribute.positiveNumber(kMaxPoints);
     } else if (attribute.name() == "sizeWidthPCT") {
-      change.widthPercent = attribute.number(kMaxPercent);
+      change.widthPercent = attribute.positiveNumber(kMaxPercent);
     } else if (attribute.name() == "sizeHeightPCT") {
-      change.heightPercent = attribute.number(kMaxPercent);
+      change.heightPercent = attribute.positiveNumber(kMaxPercent);
     } else if (attribute.name() == "label") {
       change.label = attribute.escapedText();
     } else {
@@ -425,6 +469,8 @@ LayerChoice readLayer(pugi::xml_node element) {
       attribute.refuseUnknown();
     }
   });
+  expectOneOf(element, "layer", "layerInt");
+  expectOneOf(element, "category", "categoryInt");
   expectEmpty(element);
   return choice;
 }
@@ -455,6 +501,10 @@ TableChange readTable(pugi::xml_node element) {
       attribute.refuseUnknown();
     }
   });
+  if (change.sort) {
+    expectOneOf(element, "sortLabel", "sortPosition");
+    expectAttributes(element, {"ascending"});
+  }
   for (const pugi::xml_node child : element.children()) {
     // The look comes last, and there is one.
     const bool isLayer = std::strcmp(child.name(), "layer") == 0;
@@ -464,7 +514,7 @@ TableChange readTable(pugi::xml_node element) {
     if (isLayer) {
       change.layers.push_back(readLayer(child));
     } else {
-      change.look = innerXml(child);
+      change.look = innerXml(child, kTableLookName);
     }
   }
   return change;
@@ -494,7 +544,7 @@ bool readCellSelection(const Attribute& attribute, CellsChange& change) {
       int number = 0;
       const auto read = std::from_chars(position.data(), position.data() + position.size(), number);
       if (read.ec != std::errc() || read.ptr != position.data() + position.size()) {
-        attribute.refuse("is no list of positions");
+        attribute.refuse("no list of positions");
       }
       change.positions.push_back(number);
     }
@@ -512,11 +562,11 @@ bool readCellSelection(const Attribute& attribute, CellsChange& change) {
 
 CellsChange readCells(pugi::xml_node element) {
   CellsChange change;
-  ColorReader textColor;
-  ColorReader backgroundColor;
+  ColorReader textColor("text");
+  ColorReader backgroundColor("background");
   forEachAttribute(element, [&](const Attribute& attribute) {
-    if (readCellSelection(attribute, change) || textColor.take(attribute, "text") ||
-        backgroundColor.take(attribute, "background")) {
+    if (readCellSelection(attribute, change) || textColor.take(attribute) ||
+        backgroundColor.take(attribute)) {
       return;
     }
     if (attribute.name() == "revertToDefault") {
@@ -530,7 +580,7 @@ CellsChange readCells(pugi::xml_node element) {
     } else if (attribute.name() == "columnWidth") {
       change.columnWidth = attribute.integer(1, kMaxColumnWidth);
     } else if (attribute.name() == "fontSize") {
-      change.fontSize = attribute.number(kMaxFontSize);
+      change.fontSize = attribute.positiveNumber(kMaxFontSize);
     } else if (attribute.name() == "applyTo") {
       change.applyTo = attribute.plainText();
     } else if (attribute.name() == "format") {
@@ -545,23 +595,25 @@ CellsChange readCells(pugi::xml_node element) {
       attribute.refuseUnknown();
     }
   });
-  change.textColor = textColor.color();
-  change.backgroundColor = backgroundColor.color();
+  expectAttributes(element, {"selectColumns"});
+  expectNotBoth(element, "replace", "replaceValue");
+  change.textColor = textColor.color(element);
+  change.backgroundColor = backgroundColor.color(element);
   expectEmpty(element);
   return change;
 }
 
 TextChange readText(pugi::xml_node element) {
   TextChange change;
-  ColorReader color;
+  ColorReader color("text");
   forEachAttribute(element, [&](const Attribute& attribute) {
-    if (color.take(attribute, "text")) return;
+    if (color.take(attribute)) return;
     if (attribute.name() == "expression") {
       change.text = attribute.escapedText();
     } else if (attribute.name() == "fontFamily") {
       change.font = attribute.plainText();
     } else if (attribute.name() == "fontSize") {
-      change.fontSize = attribute.number(kMaxFontSize);
+      change.fontSize = attribute.positiveNumber(kMaxFontSize);
     } else if (attribute.name() == "fontBold") {
       change.bold = attribute.flag();
     } else if (attribute.name() == "fontItalic") {
@@ -572,7 +624,7 @@ TextChange readText(pugi::xml_node element) {
       attribute.refuseUnknown();
     }
   });
-  change.color = color.color();
+  change.color = color.color(element);
   expectEmpty(element);
   return change;
 }
@@ -619,7 +671,7 @@ class EventOrder {
                                            [&](const auto& one) { return one.name == name; });
     if (known == kEventElements.end()) refuseElement(element, child);
     if (known < next_) {
-      throw ChangeError(fmt::format("{}, {} is out of order or doubled", placeOf(child), name));
+      refuseAt(placeOf(child), fmt::format("{} is out of order or doubled", name));
     }
     next_ = known->mayRepeat ? known : known + 1;
   }
@@ -664,32 +716,11 @@ ModifyEvent readEvent(pugi::xml_node element) {
   return event;
 }
 
-/// Some of the document around a place, for an error.
-std::string excerptAt(std::string_view xml, std::size_t offset) {
-  constexpr std::size_t kReach = 6;
-  const auto isInside = [&](std::size_t at) {
-    return at < xml.size() && (static_cast<unsigned char>(xml[at]) & 0xC0) == 0x80;
-  };
-  std::size_t begin = offset > kReach ? offset - kReach : 0;
-  while (isInside(begin) && begin < offset) ++begin;
-  std::size_t end = std::min(offset + kReach, xml.size());
-  while (isInside(end) && end > offset) --end;
-  return asUtf8(xml.substr(begin, end - begin));
-}
-
 }  // namespace
 
 ModifyRequest readModifyRequest(const std::string& xml) {
   pugi::xml_document document;
-  // Line ends, blanks and "&" in values stay: they are text of the user.
-  const pugi::xml_parse_result parsed =
-      document.load_buffer(xml.data(), xml.size(), pugi::parse_cdata, pugi::encoding_utf8);
-  if (!parsed) {
-    const auto offset =
-        std::min(static_cast<std::size_t>(std::max<std::ptrdiff_t>(0, parsed.offset)), xml.size());
-    throw ChangeError(fmt::format("at byte {} of the modify document, near \"{}\": stray quote?",
-                                  offset, excerptAt(xml, offset)));
-  }
+  parseRequest(xml, document);
   const pugi::xml_node root = document.document_element();
   if (std::strcmp(root.name(), "modifyOutputObject") != 0) {
     throw ChangeError("what came is no modify document");
@@ -702,6 +733,7 @@ ModifyRequest readModifyRequest(const std::string& xml) {
       attribute.refuseUnknown();
     }
   });
+  expectAttributes(root, {"documentName"});
   for (const pugi::xml_node child : root.children()) {
     if (std::strcmp(child.name(), "modifyEvent") != 0) refuseElement(root, child);
     request.events.push_back(readEvent(child));

@@ -86,7 +86,7 @@ class SortColumn {
         layers_(table, PivotPlace::kLayers) {
     for (const PivotCell& cell : table.cells) {
       if (cell.at.size() != table.dimensions.size()) {
-        throw ChangeError("a cell of the table does not name one category per dimension");
+        throw ChangeError("a cell does not name one category per dimension");
       }
     }
   }
@@ -280,6 +280,8 @@ bool sortRows(PivotTable& table, const SortChange& sort) {
     if (column.sorted() == nullptr) return false;
     index = column.sorted()->index();
     values = column.values(sort);
+  } catch (const std::length_error&) {
+    throw ChangeError(kTooManyCombinations);
   } catch (const std::logic_error& error) {
     // What cannot be laid out has no columns to sort by.
     throw ChangeError(error.what());

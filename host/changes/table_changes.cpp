@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include <fmt/format.h>
+
 #include "host/changes/replace_value.h"
 #include "host/changes/row_sort.h"
 #include "host/changes/usable_values.h"
@@ -130,7 +132,7 @@ std::optional<Shared<TableLook>> lookOf(const TableChange& change) {
   try {
     if (!change.look.empty()) return Shared<TableLook>(parseTableLook(change.look));
   } catch (const LookError& error) {
-    throw ChangeError(std::string("in the table look, ") + error.what());
+    throw ChangeError(fmt::format("in {}, {}", kTableLookName, error.what()));
   }
   if (change.usesDefaultLook) return Shared<TableLook>(defaultTableLook());
   return std::nullopt;

@@ -8,6 +8,7 @@
 #include "host/store/number_text.h"
 #include "host/store/store_error.h"
 #include "host/store/xml_reader.h"
+#include "platform/text/display_width.h"
 #include "platform/text/shortened_text.h"
 
 namespace vornwout {
@@ -15,8 +16,9 @@ namespace {
 
 constexpr std::size_t kMaxLookNodes = 20'000;
 constexpr std::size_t kMaxFontCharacters = 100;
-/// Of what a message repeats.
-constexpr int kShownColumns = 16;
+/// Of what a message repeats, at least, and of an element that is not known.
+constexpr int kLeastShown = 4;
+constexpr int kNameColumns = 15;
 constexpr std::size_t kMaxDecimals = 3;
 constexpr std::size_t kMaxDigits = 6;
 
@@ -40,9 +42,6 @@ bool isFontName(std::string_view name) {
   }
   return characters <= kMaxFontCharacters;
 }
-
-/// As much of a foreign text as a message has room for.
-std::string shortened(std::string_view text) { return textHead(text, kShownColumns); }
 
 /// Digits, and a point with one to three more; nothing for any other text.
 std::optional<double> plainNumber(std::string_view text) {
@@ -78,7 +77,7 @@ std::string LookElement::color(const char* attribute) {
   if (!given) return {};
   if (given->size() != 7 || given->front() != '#' ||
       !std::all_of(given->begin() + 1, given->end(), isHexDigit)) {
-    refuseValue(attribute);
+    refuseValue(attribute, "is no #rrggbb");
   }
   for (char& c : *given) c = c >= 'A' && c <= 'F' ? static_cast<char>(c - 'A' + 'a') : c;
   return *given;
@@ -93,7 +92,7 @@ std::string LookElement::requiredColor(const char* attribute) {
 std::string LookElement::font(const char* attribute) {
   std::optional<std::string> given = text(attribute);
   if (!given) return {};
-  if (!isFontName(*given)) refuseValue(attribute);
+  if (!isFontName(*given)) refuseValue(attribute, "is no font");
   return *given;
 }
 
@@ -105,7 +104,8 @@ double LookElement::number(const char* attribute, double absent, double min, dou
   const std::optional<std::string> given = text(attribute);
   if (!given) return absent;
   const std::optional<double> value = plainNumber(withoutBlanksAround(*given));
-  if (!value || *value < min || *value > max) refuseValue(attribute);
+  if (!value) refuseValue(attribute, "is not allowed");
+  expectWithin(attribute, *value, min, max);
   return *value;
 }
 
@@ -114,9 +114,10 @@ int LookElement::integer(const char* attribute, int absent, int min, int max) {
   if (!given) return absent;
   const std::string_view digits = withoutBlanksAround(*given);
   const std::optional<double> value = plainNumber(digits);
-  if (!value || digits.find('.') != std::string_view::npos || *value < min || *value > max) {
-    refuseValue(attribute);
+  if (!value || digits.find('.') != std::string_view::npos) {
+    refuseValue(attribute, "is not allowed");
   }
+  expectWithin(attribute, *value, min, max);
   return static_cast<int>(*value);
 }
 
@@ -126,14 +127,13 @@ std::optional<bool> LookElement::flag(const char* attribute) {
   const std::string_view value = withoutBlanksAround(*given);
   if (value == "true" || value == "1") return true;
   if (value == "false" || value == "0") return false;
-  refuseValue(attribute);
+  refuseValue(attribute, "is no flag");
 }
 
 void LookElement::refuseOthers() const {
   for (const pugi::xml_attribute attribute : node_.attributes()) {
     if (std::find(asked_.begin(), asked_.end(), attribute.name()) == asked_.end()) {
-      refuse(
-          fmt::format("it has an attribute {}, which is not known", shortened(attribute.name())));
+      refuse("unknown attribute {}", attribute.name());
     }
   }
 }
@@ -144,14 +144,14 @@ void LookElement::readChildren(const std::function<bool(LookElement&)>& read,
   for (const pugi::xml_node child : node_.children()) {
     if (child.type() != pugi::node_element) {
       if (withoutBlanksAround(child.value()).empty()) continue;
-      refuse("it holds a text where none may stand");
+      refuse("it must not hold a text");
     }
     LookElement element(child);
     if (element.name() != repeated && !seen.insert(element.name()).second) {
-      refuse(fmt::format("it holds {} twice", shortened(element.name())));
+      refuse("it holds {} twice", element.name());
     }
     if (!read(element)) {
-      refuse(fmt::format("it holds an element {}, which is not known", shortened(element.name())));
+      refuse("unknown element {}", element.name());
     }
   }
 }
@@ -161,13 +161,23 @@ void LookElement::refuseRest() const {
   readChildren([](LookElement&) { return false; });
 }
 
-void LookElement::refuse(const std::string& what) const {
-  throw LookError(fmt::format("{}: {}", shortened(node_.name()), what));
+void LookElement::refuse(const std::string& what, std::string_view foreign) const {
+  constexpr std::string_view kHole = "{}";
+  std::string text = fmt::format("{}: {}", textHead(node_.name(), kNameColumns), what);
+  if (const std::size_t hole = text.find(kHole); hole != std::string::npos) {
+    const int room = kLookReasonColumns - displayWidth(text) + static_cast<int>(kHole.size());
+    text.replace(hole, kHole.size(), textHead(foreign, std::max(kLeastShown, room)));
+  }
+  throw LookError(text);
 }
 
-void LookElement::refuseValue(const char* attribute) const {
-  refuse(fmt::format("its {} is not allowed: \"{}\"", attribute,
-                     shortened(node_.attribute(attribute).value())));
+void LookElement::refuseValue(const char* attribute, const std::string& what) const {
+  refuse(fmt::format("{} \"{{}}\" {}", attribute, what), node_.attribute(attribute).value());
+}
+
+void LookElement::expectWithin(const char* attribute, double value, double min, double max) const {
+  if (value < min) refuseValue(attribute, fmt::format("is below {}", min));
+  if (value > max) refuseValue(attribute, fmt::format("is above {}", max));
 }
 
 void parseLook(std::string_view xml, const char* root,
@@ -179,11 +189,11 @@ void parseLook(std::string_view xml, const char* root,
   try {
     parseXml(bytes, document, kMaxLookNodes);
   } catch (const StoreError& error) {
-    throw LookError(fmt::format("{}: {}", root, error.what()));
+    throw LookError(error.what());
   }
   LookElement element(document.document_element());
   if (element.name() != root) {
-    element.refuse(fmt::format("it stands where {} is expected", root));
+    element.refuse(fmt::format("{} is expected", root));
   }
   const std::optional<std::string> version = element.text("version");
   if (version && *version != "1") element.refuse("its version is not known");

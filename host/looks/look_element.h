@@ -22,7 +22,11 @@
 
 namespace vornwout {
 
-/// Why a look cannot be used, one sentence without a period that names the element.
+/// What a refusal of a look takes at most: before it stands which look it is about, and messages
+/// show 80 columns of both.
+inline constexpr int kLookReasonColumns = 43;
+
+/// Why a look cannot be used, without a period, the element first; at most kLookReasonColumns.
 class LookError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -60,7 +64,7 @@ class LookElement {
     for (const auto& [value, name] : names) {
       if (name == *given) return value;
     }
-    refuseValue(attribute);
+    refuseValue(attribute, "is not known");
   }
 
   /// Refuses attributes that were not asked for.
@@ -72,11 +76,15 @@ class LookElement {
   /// Refuses attributes that were not asked for, and children.
   void refuseRest() const;
 
-  /// Where, then what: messages are cut at their end.
-  [[noreturn]] void refuse(const std::string& what) const;
-  [[noreturn]] void refuseValue(const char* attribute) const;
+  /// Where, then what. Of `foreign`, which stands at "{}" in `what`, as much is shown as there is
+  /// room for.
+  [[noreturn]] void refuse(const std::string& what, std::string_view foreign = {}) const;
+  /// `what` goes on behind the attribute and its value.
+  [[noreturn]] void refuseValue(const char* attribute, const std::string& what) const;
 
  private:
+  void expectWithin(const char* attribute, double value, double min, double max) const;
+
   pugi::xml_node node_;
   std::vector<std::string_view> asked_;
 };

