@@ -11,6 +11,7 @@
 #include "host/controller/document_file.h"
 #include "host/export/document_exporter.h"
 #include "host/export/html/html_exporter.h"
+#include "host/export/text/text_exporter.h"
 #include "host/store/store_error.h"
 #include "platform/text/encoding.h"
 #include "platform/text/html_text.h"
@@ -31,6 +32,7 @@ struct ExportFormat {
 
 constexpr std::array kFormats = {
     ExportFormat{"html", make<HtmlExporter>},
+    ExportFormat{"text", make<TextExporter>},
 };
 
 /// Elements that go along with others and are no format of their own there.

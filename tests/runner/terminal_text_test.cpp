@@ -7,22 +7,6 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-TEST(TerminalText, KeepsLineEndsAndNothingElseThatMoves) {
-  EXPECT_EQ(shownText("a\nb\r\nc"), "a\nb\nc");
-  EXPECT_EQ(shownText("a\rb\x1b[2J\x07"), "a\uFFFDb\uFFFD[2J\uFFFD");
-  EXPECT_EQ(shownText("\xff"), "\uFFFD");
-  EXPECT_EQ(shownText("a\r"), "a\uFFFD");
-}
-
-TEST(TerminalText, OneLineHasBlanksForLineEnds) {
-  EXPECT_EQ(shownLine("a\nb\r\nc\x1b"), "a b c\uFFFD");
-}
-
-TEST(TerminalText, WidestLineCounts) {
-  EXPECT_EQ(widestLine(""), 0);
-  EXPECT_EQ(widestLine("ab\n日本\nx\n"), 4);
-}
-
 TEST(TerminalText, LinesAreWrappedOnlyAtALimit) {
   EXPECT_EQ(shownLines("one two", 4), (Lines{"one", "two"}));
   EXPECT_EQ(shownLines("one two", 0), (Lines{"one two"}));

@@ -1,0 +1,45 @@
+// The image files of an export's charts: numbered behind a root, beside the document.
+//
+// An image subcommand decides the root, the format and what the format can be told; without one the
+// root is the document's path without its extension, and the document's own setting the format.
+//
+// Entry points: add() for each chart, report() behind the last one.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "host/document/document_object.h"
+#include "host/document/object_content.h"
+#include "host/draw/chart_image.h"
+#include "host/export/export_files.h"
+#include "platform/exportspec/export_spec.h"
+#include "platform/exportspec/response_spec.h"
+
+namespace vornwout {
+
+class ChartFiles {
+ public:
+  /// `files` must outlive it. Throws std::runtime_error, with a reason that goes on behind
+  /// "because", for a format that no chart is drawn in.
+  ChartFiles(const ExportSpec& spec, const std::string& documentFile, ChartImageFormat format,
+             ExportFiles& files);
+
+  /// Draws a chart into the next file and gives that file's name; with its folder where that is not
+  /// the document's. Throws DrawError, after which no number is missing, ExportError and
+  /// StoreError.
+  std::string add(const MediaContent& chart, const std::optional<ObjectSize>& size);
+
+  /// Says in the response what was made, if anything was.
+  void report(ExportResponse& response) const;
+
+ private:
+  ExportFiles& files_;
+  std::string documentFolder_;
+  std::string root_;  ///< the system's path
+  std::string formatName_;
+  ImageOptions options_;
+  int count_ = 0;
+};
+
+}  // namespace vornwout
