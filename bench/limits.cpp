@@ -14,7 +14,7 @@
 
 #include <fmt/format.h>
 
-#include "runner/freed_memory.h"
+#include "runner/process_resources.h"
 
 namespace vornwout {
 namespace {

@@ -14,9 +14,9 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "platform/exportspec/response_spec.h"
 #include "platform/text/json_locator.h"
 #include "platform/text/strict_json.h"
-#include "platform/exportspec/response_spec.h"
 
 namespace vornwout {
 namespace {

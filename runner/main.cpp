@@ -3,13 +3,14 @@
 #include <iostream>
 
 #include "runner/application.h"
-#include "runner/freed_memory.h"
+#include "runner/process_resources.h"
 #include "runner/run_options.h"
 #include "runner/standard_streams.h"
 
 int main(int argc, char** argv) {
   try {
     vornwout::keepFreedMemory();
+    vornwout::allowManyOpenFiles();
     vornwout::prepareStandardStreams();
     // A file that grows beyond what the user may write is then an error like any other.
     std::signal(SIGXFSZ, SIG_IGN);

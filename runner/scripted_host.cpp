@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "platform/adapter/go_to_caller.h"
-#include "platform/text/encoding.h"
 #include "platform/exportspec/response_spec.h"
+#include "platform/text/encoding.h"
 
 namespace vornwout {
 namespace {

@@ -18,7 +18,8 @@ std::vector<ExportReportSpec::Link> ExportReportSpec::links() const {
 
 std::optional<int> ExportTextSpec::getColumnWidth() const {
   if (!columnWidth_ || columnWidthAutofit_.value_or(false)) return std::nullopt;
-  return static_cast<int>(columnWidth_->value);
+  // What came as a document may have any number here.
+  return static_cast<int>(std::clamp(columnWidth_->value, 0.0, 1e9));
 }
 
 }  // namespace vornwout

@@ -215,6 +215,79 @@ TEST_F(ExportOutputTest, TheEmbeddedHostAnswersInXml) {
   EXPECT_THROW(host.ExportOutput("<a/>"), std::runtime_error);
 }
 
+constexpr const char* kChart =
+    "<svg xmlns='http://www.w3.org/2000/svg' width='8' height='4'><rect width='8' height='4' "
+    "fill='red'/></svg>";
+
+DocumentObject chartObject() {
+  DocumentObject object;
+  object.type = ObjectType::kChart;
+  object.label = "Chart";
+  object.content =
+      ObjectContent(MediaContent{"image/svg+xml", std::make_shared<const std::string>(kChart)});
+  return object;
+}
+
+TEST_F(ExportOutputTest, ChartsOfAPageAreDrawingsUnlessImagesAreAskedFor) {
+  open("a", {chartObject()});
+  EXPECT_FALSE(run().imageCount);
+  EXPECT_THAT(folder_.read("a.html"), HasSubstr("data:image/svg+xml;base64,"));
+  const struct {
+    ExportHTMLSpec::IMAGEFORMAT format;
+    const char* type;
+  } cases[] = {{ExportHTMLSpec::IMAGEFORMAT::PNG, "image/png"},
+               {ExportHTMLSpec::IMAGEFORMAT::JPG, "image/jpeg"},
+               {ExportHTMLSpec::IMAGEFORMAT::BMP, "image/bmp"}};
+  for (const auto& c : cases) {
+    spec_.html.setImageFormat(c.format);
+    EXPECT_TRUE(run().success);
+    EXPECT_THAT(folder_.read("a.html"),
+                HasSubstr(std::string("src=\"data:") + c.type + ";base64,"));
+    EXPECT_THAT(folder_.read("a.html"), Not(HasSubstr("svg+xml")));
+  }
+  EXPECT_EQ(folder_.entryCount(), 1U) << "the page needs nothing else";
+}
+
+TEST_F(ExportOutputTest, AnImageRootPutsTheImagesBesideThePageToo) {
+  open("a", {chartObject(), chartObject()});
+  std::string root = folder_.file("image");
+  spec_.png.setOptionPresent(true);
+  spec_.png.setPercentSize(200, "200");
+  EXPECT_FALSE(run().imageCount) << "without a root there are no files";
+  spec_.png.setImageRoot(root);
+  const ExportResponse response = run();
+  EXPECT_EQ(response.imageCount, 2);
+  EXPECT_EQ(response.imageFormat, "PNG");
+  EXPECT_EQ(response.imageRoot, root);
+  EXPECT_TRUE(std::filesystem::exists(folder_.file("image001.png")));
+  EXPECT_TRUE(std::filesystem::exists(folder_.file("image002.png")));
+  EXPECT_THAT(folder_.read("a.html"), HasSubstr("data:image/png;base64,"));
+}
+
+TEST_F(ExportOutputTest, AChartThatCannotBeDrawnStaysADrawing) {
+  DocumentObject chart = chartObject();
+  chart.content = ObjectContent(
+      MediaContent{"image/svg+xml",
+                   std::make_shared<const std::string>(
+                       "<svg xmlns='http://www.w3.org/2000/svg' width='90000' height='90000'/>")});
+  open("a", {chart});
+  spec_.html.setImageFormat(ExportHTMLSpec::IMAGEFORMAT::PNG);
+  EXPECT_TRUE(run().success);
+  EXPECT_THAT(folder_.read("a.html"), HasSubstr("data:image/svg+xml;base64,"));
+}
+
+TEST_F(ExportOutputTest, ImagesThatAreNotDrawnHereAreRefused) {
+  open("a", {chartObject()});
+  spec_.tif.setOptionPresent(true);
+  try {
+    run();
+    ADD_FAILURE() << "it was made";
+  } catch (const std::runtime_error& error) {
+    EXPECT_STREQ(error.what(), "because this version cannot draw charts as TIF");
+  }
+  EXPECT_EQ(folder_.entryCount(), 0U);
+}
+
 TEST(ExportFiles, AreAllPutInPlaceOrNone) {
   const ScratchDirectory folder;
   {

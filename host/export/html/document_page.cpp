@@ -32,8 +32,8 @@ constexpr const char* kPolicy =
     "form-action 'none'";
 
 /// What a browser shows without running anything in it.
-constexpr std::array<std::string_view, 5> kImageTypes = {kSvgMediaType, kPngMediaType, "image/jpeg",
-                                                         "image/gif", "image/webp"};
+constexpr std::array<std::string_view, 6> kImageTypes = {kSvgMediaType, kPngMediaType, "image/jpeg",
+                                                         "image/gif",   "image/webp",  "image/bmp"};
 
 /// A table is read, laid out and written, and all three take long for a large one.
 constexpr std::uint64_t kTableSteps = 3;

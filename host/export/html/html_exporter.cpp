@@ -1,20 +1,40 @@
 #include "host/export/html/html_exporter.h"
 
+#include <optional>
+#include <string>
+
+#include "host/export/chart_files.h"
 #include "host/export/html/document_page.h"
 
 namespace vornwout {
 
 void HtmlExporter::run(const ExportJob& job, ExportFiles& files, ExportResponse& response) {
   const ExportHTMLSpec& spec = job.spec.html;
-  response.documentFile = spec.getDocumentFile();
-  ReplacedFile& file = files.begin(exportPath(response.documentFile));
+  const std::string path = exportPath(spec.getDocumentFile());
+  ReplacedFile& file = files.begin(path);
   PageOptions options;
   options.layers = job.scope.layers;
   options.pickLayers = spec.getInteractiveLayers();
   options.withNotes = spec.getNotesAndCaptions();
   options.withStyles = spec.getStyling();
+  std::optional<ChartFiles> charts;
+  if (spec.getImageFormat() || ChartFiles::isAskedFor(job.spec)) {
+    charts.emplace(job.spec, path, spec.getImageFormat().value_or(ChartImageFormat::PNG), files);
+    options.image = [&](const DocumentObject& object, const MediaContent& chart) {
+      try {
+        MediaContent image = charts->draw(chart, object.size);
+        if (charts->hasRoot()) charts->write(image);
+        return image;
+      } catch (const DrawError&) {
+        // The page shows the chart itself: nobody misses anything.
+        return chart;
+      }
+    };
+  }
   writePage(job.document.name(), job.scope.entries, options,
             [&](std::string_view html) { file.write(html); });
+  response.documentFile = path;
+  if (charts) charts->report(response);
 }
 
 }  // namespace vornwout

@@ -8,7 +8,7 @@
 #pragma once
 
 #include "host/document/outline.h"
-#include "host/export/text/chart_files.h"
+#include "host/export/chart_files.h"
 #include "host/export/text/text_output.h"
 #include "host/export/text/text_table.h"
 

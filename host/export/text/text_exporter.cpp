@@ -1,6 +1,6 @@
 #include "host/export/text/text_exporter.h"
 
-#include "host/export/text/chart_files.h"
+#include "host/export/chart_files.h"
 #include "host/export/text/text_contents.h"
 #include "host/export/text/text_output.h"
 #include "platform/adapter/progress_listener.h"

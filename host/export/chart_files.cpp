@@ -1,11 +1,13 @@
-#include "host/export/text/chart_files.h"
+#include "host/export/chart_files.h"
 
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <stdexcept>
 
 #include <fmt/format.h>
 
+#include "host/document/media_size.h"
 #include "host/export/document_exporter.h"
 
 namespace vornwout {
@@ -27,6 +29,18 @@ ImageFormat drawnAs(ChartImageFormat format) {
       break;
   }
   return ImageFormat::kPng;
+}
+
+const char* mediaTypeOf(ImageFormat format) {
+  switch (format) {
+    case ImageFormat::kJpg:
+      return "image/jpeg";
+    case ImageFormat::kBmp:
+      return "image/bmp";
+    case ImageFormat::kPng:
+      break;
+  }
+  return kPngMediaType;
 }
 
 bool isWithoutColors(ExportPNGSpec::DEPTH depth) {
@@ -67,15 +81,26 @@ ChartFiles::ChartFiles(const ExportSpec& spec, const std::string& documentFile,
   options_.compressBmp = spec.bmp.getCompress();
   options_.format = drawnAs(format);
   formatName_ = keyword(format);
+  hasRoot_ = !root.empty();
   root_ = root.empty() ? fs::path(documentFile).replace_extension().string() : exportPath(root);
 }
 
-std::string ChartFiles::add(const MediaContent& chart, const std::optional<ObjectSize>& size) {
-  const std::string image = drawChart(chart, size, options_);
+bool ChartFiles::isAskedFor(const ExportSpec& spec) {
+  return spec.bmp.isPresent() || spec.emf.isPresent() || spec.eps.isPresent() ||
+         spec.jpg.isPresent() || spec.png.isPresent() || spec.tif.isPresent();
+}
+
+MediaContent ChartFiles::draw(const MediaContent& chart,
+                              const std::optional<ObjectSize>& size) const {
+  return {mediaTypeOf(options_.format),
+          std::make_shared<const std::string>(drawChart(chart, size, options_))};
+}
+
+std::string ChartFiles::write(const MediaContent& image) {
   std::string extension = formatName_;
   for (char& c : extension) c = static_cast<char>(c - 'A' + 'a');
   const std::string path = fmt::format("{}{:03}.{}", root_, count_ + 1, extension);
-  files_.add(path, image, ExportErrorCode::kInvalidRootName);
+  files_.add(path, *image.bytes, ExportErrorCode::kInvalidRootName);
   ++count_;
   return folderOf(path) == documentFolder_ ? fs::path(path).filename().string() : path;
 }

@@ -1,4 +1,4 @@
-// How the program treats memory that was freed.
+// What the program asks of the system for itself: memory and open files.
 #pragma once
 
 namespace vornwout {
@@ -7,5 +7,9 @@ namespace vornwout {
 /// document takes and frees megabytes for every part; getting them anew from the system each time
 /// cost as much as the reading itself.
 void keepFreedMemory();
+
+/// Lets as many files be open as the system allows at all. An export holds all its files open until
+/// it puts them in place together, and may have an image for each of a thousand charts.
+void allowManyOpenFiles();
 
 }  // namespace vornwout

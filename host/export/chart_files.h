@@ -3,7 +3,7 @@
 // An image subcommand decides the root, the format and what the format can be told; without one the
 // root is the document's path without its extension, and the document's own setting the format.
 //
-// Entry points: add() for each chart, report() behind the last one.
+// Entry points: add() for each chart, or draw() and write(); report() behind the last one.
 #pragma once
 
 #include <optional>
@@ -25,10 +25,20 @@ class ChartFiles {
   ChartFiles(const ExportSpec& spec, const std::string& documentFile, ChartImageFormat format,
              ExportFiles& files);
 
-  /// Draws a chart into the next file and gives that file's name; with its folder where that is not
-  /// the document's. Throws DrawError, after which no number is missing, ExportError and
-  /// StoreError.
-  std::string add(const MediaContent& chart, const std::optional<ObjectSize>& size);
+  /// Whether an image subcommand is given.
+  static bool isAskedFor(const ExportSpec& spec);
+  /// Whether it says where the files stand.
+  bool hasRoot() const { return hasRoot_; }
+
+  /// The chart as an image. Throws DrawError.
+  MediaContent draw(const MediaContent& chart, const std::optional<ObjectSize>& size) const;
+  /// Writes an image into the next file and gives that file's name; with its folder where that is
+  /// not the document's. Throws ExportError and StoreError.
+  std::string write(const MediaContent& image);
+  /// Draws a chart into the next file. Where it cannot be drawn no number is missing.
+  std::string add(const MediaContent& chart, const std::optional<ObjectSize>& size) {
+    return write(draw(chart, size));
+  }
 
   /// Says in the response what was made, if anything was.
   void report(ExportResponse& response) const;
@@ -38,6 +48,7 @@ class ChartFiles {
   std::string documentFolder_;
   std::string root_;  ///< the system's path
   std::string formatName_;
+  bool hasRoot_ = false;
   ImageOptions options_;
   int count_ = 0;
 };
