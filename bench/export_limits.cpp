@@ -1,5 +1,6 @@
 // Limits of exporting: a large table in each format against a plain writer of its cells, and the
 // memory that it takes besides the document.
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -17,6 +18,8 @@
 #include "bench/limits.h"
 #include "host/export/export_files.h"
 #include "host/export/export_scope.h"
+#include "host/export/html/html_exporter.h"
+#include "host/export/html/html_writer.h"
 #include "host/export/text/text_exporter.h"
 #include "platform/pivot/cell_text.h"
 
@@ -97,16 +100,40 @@ class Subject {
     ExportResponse response;
     TextExporter().run({document_, scope_, spec}, files, response);
   }
+  void exportHtml() const {
+    ExportSpec spec;
+    spec.html.setOptionPresent(true);
+    spec.html.setDocumentFile(folder_.file("table.html"));
+    ExportFiles files;
+    ExportResponse response;
+    HtmlExporter().run({document_, scope_, spec}, files, response);
+  }
 
-  /// The yardstick: formats every cell and writes it, buffered, with something between them.
+  /// The yardsticks: each formats every cell and writes it, buffered, with something between them.
   void writePlainText() const {
-    std::ofstream file(folder_.file("plain.txt"), std::ios::binary);
-    std::string buffer;
-    int row = 0;
-    for (const PivotCell& cell : table_->cells) {
+    writePlain([row = 0](std::string& buffer, const PivotCell& cell) mutable {
       buffer += cell.at[0] == row ? '|' : '\n';
       row = cell.at[0];
       buffer += renderText(cell.value);
+    });
+  }
+  void writePlainHtml() const {
+    writePlain([row = 0](std::string& buffer, const PivotCell& cell) mutable {
+      if (cell.at[0] != row) buffer += "</tr>\n<tr>";
+      row = cell.at[0];
+      buffer += "<td>";
+      buffer += escapedHtml(renderText(cell.value));
+      buffer += "</td>";
+    });
+  }
+
+ private:
+  template <typename Append>
+  void writePlain(Append append) const {
+    std::ofstream file(folder_.file("plain"), std::ios::binary);
+    std::string buffer;
+    for (const PivotCell& cell : table_->cells) {
+      append(buffer, cell);
       if (buffer.size() < kBuffer) continue;
       file.write(buffer.data(), static_cast<std::streamsize>(buffer.size()));
       buffer.clear();
@@ -114,7 +141,6 @@ class Subject {
     file.write(buffer.data(), static_cast<std::streamsize>(buffer.size()));
   }
 
- private:
   const Folder& folder_;
   std::shared_ptr<const PivotTable> table_;
   Document document_;
@@ -139,17 +165,31 @@ double peakOf(const std::function<void()>& work) {
   return (statusOf("VmHWM") - before) / 1024;
 }
 
+/// A format, its yardstick, and what is promised of it.
+struct Format {
+  const char* name;
+  void (Subject::*exportIt)() const;
+  void (Subject::*writePlain)() const;
+  double limit;
+};
+constexpr std::array kFormats = {
+    Format{"TEXT", &Subject::exportText, &Subject::writePlainText, 1.8},
+    Format{"HTML", &Subject::exportHtml, &Subject::writePlainHtml, 2.0},
+};
+
 void memory(const Effort& effort, const Folder& folder, std::vector<LimitResult>& results) {
   const int most = effort.isSmoke ? 100 : 1000;
-  for (const int side : {most / 10, most}) {
-    const Subject subject(folder, side);
-    LimitResult result;
-    result.name = fmt::format("memory of TEXT of {} x {} cells, MB", side, side);
-    result.measured = peakOf([&] { subject.exportText(); });
-    // What waits in memory before the scratch file takes the rest, and buffers.
-    result.limit = 8;
-    result.isPromised = side == most;
-    results.push_back(result);
+  for (const Format& format : kFormats) {
+    for (const int side : {most / 10, most}) {
+      const Subject subject(folder, side);
+      LimitResult result;
+      result.name = fmt::format("memory of {} of {} x {} cells, MB", format.name, side, side);
+      result.measured = peakOf([&] { (subject.*format.exportIt)(); });
+      // Buffers, and what waits in memory before a scratch file takes the rest.
+      result.limit = 8;
+      result.isPromised = side == most;
+      results.push_back(result);
+    }
   }
 }
 
@@ -157,16 +197,18 @@ void growth(const Effort& effort, const Folder& folder, std::vector<LimitResult>
   const int most = effort.isSmoke ? 100 : 1000;
   for (const int side : {most / 10, most * 32 / 100, most}) {
     const Subject subject(folder, side);
-    const Medians medians = mediansInTurn(
-        effort, [&] { subject.exportText(); }, [&] { subject.writePlainText(); });
-    LimitResult result;
-    result.name = fmt::format("TEXT of {} x {} cells : a plain writer", side, side);
-    result.measured = medians.first / medians.second;
-    result.limit = 1.8;
-    result.isPromised = side == most;
-    result.detail =
-        fmt::format("{:.3f} ms against {:.3f} ms", medians.first * 1e3, medians.second * 1e3);
-    results.push_back(result);
+    for (const Format& format : kFormats) {
+      const Medians medians = mediansInTurn(
+          effort, [&] { (subject.*format.exportIt)(); }, [&] { (subject.*format.writePlain)(); });
+      LimitResult result;
+      result.name = fmt::format("{} of {} x {} cells : a plain writer", format.name, side, side);
+      result.measured = medians.first / medians.second;
+      result.limit = format.limit;
+      result.isPromised = side == most;
+      result.detail =
+          fmt::format("{:.3f} ms against {:.3f} ms", medians.first * 1e3, medians.second * 1e3);
+      results.push_back(result);
+    }
   }
 }
 

@@ -1,5 +1,5 @@
 #!/bin/bash
-# Opens what OUTPUT EXPORT makes of the example document, and of a hostile one, with programs that are not ours.
+# Opens what OUTPUT EXPORT makes of the example document, and of hostile ones, with programs that are not ours.
 #
 #   exports.sh PROGRAM [FOLDER for screenshots]
 set -eu -o pipefail
@@ -37,6 +37,13 @@ for name in report hostile long wide; do
 OUTPUT OPEN FILE='$work/$name.qxv'.
 OUTPUT EXPORT PRINT=ERRORS /CONTENTS LAYERS=ALL /HTML DOCUMENTFILE='$work/$name.html' INTERACTLAYERS=YES.
 OUTPUT EXPORT PRINT=ERRORS /HTML DOCUMENTFILE='$work/$name-plain.html' STYLING=NO.
+OUTPUT CLOSE *.
+* Again, without the logs of the commands so far.
+OUTPUT OPEN FILE='$work/$name.qxv'.
+OUTPUT EXPORT PRINT=ERRORS /CONTENTS LAYERS=ALL /TEXT DOCUMENTFILE='$work/$name.txt' SEPARATOR=TAB.
+OUTPUT CLOSE *.
+OUTPUT OPEN FILE='$work/$name.qxv'.
+OUTPUT EXPORT PRINT=ERRORS /CONTENTS LAYERS=ALL /TEXT DOCUMENTFILE='$work/$name-16.txt' SEPARATOR=TAB ENCODING=UTF16.
 JOB
   "$program" run --quiet "$work/$name.qxs" >>"$work/log"
   "$program" show "$work/$name.qxv" --json >"$work/$name.json"
@@ -44,4 +51,8 @@ JOB
     # shellcheck disable=SC2086 # two words or none
     tests/readers/html_page.py "$work/$page.html" "$work/$name.json" $screenshots
   done
+  # In every encoding the same text, and in it every cell.
+  iconv -f UTF-16 -t UTF-8 "$work/$name-16.txt" | sed "s/$name-16\\([0-9]*\\.png\\)/$name\\1/" |
+    cmp - "$work/$name.txt"
+  tests/readers/tab_text.py "$work/$name.txt" "$work/$name.json"
 done
