@@ -2,7 +2,9 @@
 
 find_program(VORN_CCACHE ccache)
 if(VORN_CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER "${VORN_CCACHE}")
+  # What a precompiled header needs to be found in the cache again.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros
+      "${VORN_CCACHE}")
 endif()
 
 add_library(vorn_options INTERFACE)
