@@ -331,14 +331,80 @@ TEST(DocumentPage, LayersArePickedByRadioButtons) {
   PageOptions options;
   options.pickLayers = true;
   const std::string page = pageOf({layered()}, options);
-  EXPECT_THAT(page,
-              HasSubstr("<div class=\"layers\" role=\"group\" aria-label=\"Layers of Sales\">"));
+  EXPECT_THAT(
+      page, HasSubstr("<div class=\"layers\" role=\"radiogroup\" aria-label=\"Layers of Sales\">"));
   EXPECT_THAT(page, HasSubstr("<input type=\"radio\" name=\"l1\" id=\"l1x1\"><label for=\"l1x1\">"
                               "Year: 2023</label><div class=\"panel\">"));
   EXPECT_THAT(page, HasSubstr("<input type=\"radio\" name=\"l1\" id=\"l1x2\" checked><label "
                               "for=\"l1x2\">Year: 2024</label>"))
       << "the chosen one is seen first";
   EXPECT_THAT(page, Not(HasSubstr("<script")));
+}
+
+TEST(DocumentPage, OnlyTheLayersThatAreWantedCanBePicked) {
+  PageOptions options;
+  options.pickLayers = true;
+  options.layers = ShownLayers::kFirst;
+  const std::string page = pageOf({layered()}, options);
+  EXPECT_THAT(page, Not(HasSubstr("<input")));
+  EXPECT_THAT(page, Not(HasSubstr(">1</td>"))) << "who limits the layers gives away no other";
+}
+
+TEST(DocumentPage, LayersWithoutLabelsAreCounted) {
+  DocumentObject table = layered();
+  PivotTable content = **table.content.as<TableContent>();
+  content.dimensions[1].position->hideLabel = true;
+  content.dimensions[1].position->hideCategories = true;
+  table.content = ObjectContent(TableContent(std::make_shared<const PivotTable>(content)));
+  PageOptions options;
+  options.pickLayers = true;
+  const std::string page = pageOf({table}, options);
+  EXPECT_THAT(page, HasSubstr(">Layer 1</label>"));
+  EXPECT_THAT(page, HasSubstr(">Layer 2</label>"));
+}
+
+TEST(DocumentPage, ManyLayersAreAList) {
+  PivotTable content;
+  content.title = textCell("Sales");
+  content.dimensions = {
+      makeDimension("Region", PivotPlace::kRows, 1, {"North"}),
+      makeDimension("Day", PivotPlace::kLayers, 1, std::vector<std::string>(40, "day"))};
+  for (int i = 0; i < 40; ++i) addCell(content, {0, i}, numberCell(i));
+  PageOptions options;
+  options.pickLayers = true;
+  const std::string page =
+      pageOf({object(ObjectType::kTable, "Sales",
+                     TableContent(std::make_shared<const PivotTable>(content)))},
+             options);
+  EXPECT_THAT(page, Not(HasSubstr("<input")));
+  EXPECT_THAT(page,
+              HasSubstr("<div class=\"layerlist\">\n<details open><summary>Day: day</summary>"));
+}
+
+TEST(DocumentPage, TextsThatRunFromRightToLeftDecideTheirDirection) {
+  const std::string arabic = "\xD9\x85\xD8\xB1\xD8\xAD\xD8\xA8\xD8\xA7!";
+  const std::string page =
+      pageOf({object(ObjectType::kTable, arabic, TableContent(smallTable(arabic)))}, {});
+  EXPECT_THAT(page, HasSubstr("dir=\"auto\">" + arabic));
+  EXPECT_THAT(
+      pageOf({object(ObjectType::kTable, "a", TableContent(smallTable("\xE6\x97\xA5")))}, {}),
+      Not(HasSubstr("dir=")));
+  // One that turns what stands behind it is not let in.
+  EXPECT_THAT(pageOf({object(ObjectType::kLog, "\xE2\x80\xAEgnp.exe", LogContent{"x"})}, {}),
+              HasSubstr("\xEF\xBF\xBDgnp.exe"));
+}
+
+TEST(DocumentPage, ATableThatCannotBeShownIsTold) {
+  PivotTable content = **layered().content.as<TableContent>();
+  content.dimensions[1].shownLeaf = -1;
+  content.cells[0].at = std::vector<int>{9, 9};
+  PageOptions options;
+  std::string missing;
+  options.missing = [&](const DocumentObject& table) { missing += table.label; };
+  pageOf({object(ObjectType::kTable, "Sales",
+                 TableContent(std::make_shared<const PivotTable>(content)))},
+         options);
+  EXPECT_EQ(missing, "Sales");
 }
 
 TEST(DocumentPage, WithoutStylesItIsBareElements) {
@@ -350,7 +416,7 @@ TEST(DocumentPage, WithoutStylesItIsBareElements) {
   EXPECT_THAT(page, Not(HasSubstr("class=")));
   EXPECT_THAT(page, Not(HasSubstr("style=\"")));
   EXPECT_THAT(page, Not(HasSubstr("<input"))) << "nothing could be picked";
-  EXPECT_THAT(page, HasSubstr("<td>1</td>"));
+  EXPECT_THAT(page, Not(HasSubstr("<td>1</td>"))) << "the table shows its chosen layer";
   EXPECT_THAT(page, HasSubstr("<td>2</td>"));
   EXPECT_THAT(page, HasSubstr("Content-Security-Policy"));
 }

@@ -35,6 +35,9 @@ constexpr const char* kPolicy =
 constexpr std::array<std::string_view, 6> kImageTypes = {kSvgMediaType, kPngMediaType, "image/jpeg",
                                                          "image/gif",   "image/webp",  "image/bmp"};
 
+/// Layers that can be picked by buttons without losing sight of the table.
+constexpr std::size_t kMostButtons = 30;
+
 /// A table is read, laid out and written, and all three take long for a large one.
 constexpr std::uint64_t kTableSteps = 3;
 
@@ -71,7 +74,9 @@ class ContentWriter {
   void operator()(const MediaContent& media) const;
 
  private:
-  void writeGrid(TableLayout& layout, std::size_t index, bool isPicked) const;
+  void writeGrid(GridRows& rows, std::size_t index) const;
+  void writePicker(const TableLayout& layout) const;
+  void writeLayerList(const TableLayout& layout) const;
   void writeImage(const MediaContent& media) const;
 
   HtmlWriter& html_;
@@ -81,29 +86,65 @@ class ContentWriter {
   const PageOptions& options_;
 };
 
-/// A grid; one that can be picked has its button before it.
-void ContentWriter::writeGrid(TableLayout& layout, std::size_t index, bool isPicked) const {
-  GridRows rows(layout, index);
-  if (isPicked) {
-    const std::string name = fmt::format("l{}", entry_.number);
-    const std::string id = fmt::format("{}x{}", name, index + 1);
-    html_.raw("<input type=\"radio\"");
-    html_.attribute("name", name);
-    html_.attribute("id", id);
-    html_.raw(index == layout.chosenGrid() ? " checked>" : ">");
-    html_.start("label");
-    html_.attribute("for", id);
-    html_.text(layerHeading(rows.grid()));
-    html_.end("label");
-    html_.start("div");
-    html_.attribute("class", "panel");
-    html_.newLine();
-  }
+/// What a layer is called where it is picked.
+std::string layerName(const TableGrid& grid, std::size_t index) {
+  const std::string heading = layerHeading(grid);
+  return heading.empty() ? fmt::format("Layer {}", index + 1) : heading;
+}
+
+void ContentWriter::writeGrid(GridRows& rows, std::size_t index) const {
   writeLayerHeading(html_, rows.grid(), headingLevel_);
   writeHtmlTable(
       html_, rows,
       {fmt::format("t{}x{}", entry_.number, index + 1), object_.label, options_.withNotes});
-  if (isPicked) html_.raw("</div>\n");
+}
+
+/// Buttons of which one is pressed, each before the grid that it shows.
+void ContentWriter::writePicker(const TableLayout& layout) const {
+  html_.start("div");
+  html_.attribute("class", "layers");
+  html_.attribute("role", "radiogroup");
+  html_.attribute("aria-label", "Layers of " + outlineLabel(object_));
+  html_.newLine();
+  const std::string name = fmt::format("l{}", entry_.number);
+  for (std::size_t i = 0; i < layout.gridCount(); ++i) {
+    const ProgressStep step(i, layout.gridCount());
+    GridRows rows(layout, i);
+    const std::string id = fmt::format("{}x{}", name, i + 1);
+    html_.raw("<input type=\"radio\"");
+    html_.attribute("name", name);
+    html_.attribute("id", id);
+    html_.raw(i == layout.chosenGrid() ? " checked>" : ">");
+    html_.start("label");
+    html_.attribute("for", id);
+    const std::string label = layerName(rows.grid(), i);
+    html_.direction(label);
+    html_.text(label);
+    html_.end("label");
+    html_.start("div");
+    html_.attribute("class", "panel");
+    html_.newLine();
+    writeGrid(rows, i);
+    html_.raw("</div>\n");
+  }
+  html_.raw("</div>\n");
+}
+
+/// So many that buttons would push the table off the screen: a list, each with its grid below it.
+void ContentWriter::writeLayerList(const TableLayout& layout) const {
+  html_.start("div");
+  html_.attribute("class", "layerlist");
+  html_.newLine();
+  for (std::size_t i = 0; i < layout.gridCount(); ++i) {
+    const ProgressStep step(i, layout.gridCount());
+    GridRows rows(layout, i);
+    html_.raw(i == layout.chosenGrid() ? "<details open>" : "<details>");
+    html_.element("summary", layerName(rows.grid(), i));
+    html_.newLine();
+    writeGrid(rows, i);
+    html_.raw("</details>\n");
+  }
+  html_.raw("</div>\n");
 }
 
 void ContentWriter::operator()(const TableContent& table) const {
@@ -111,26 +152,27 @@ void ContentWriter::operator()(const TableContent& table) const {
   try {
     const ProgressStep step(1, kTableSteps);
     LayoutOptions wanted;
-    wanted.layers = options_.pickLayers ? ShownLayers::kAll : options_.layers;
+    wanted.layers = options_.layers;
+    const bool picks = options_.pickLayers && options_.withStyles;
+    if (picks && wanted.layers == ShownLayers::kAsChosen) wanted.layers = ShownLayers::kAll;
     layout.emplace(*table, wanted);
   } catch (const std::logic_error& error) {
     html_.element("p", fmt::format("This table cannot be shown: {}.", error.what()), "aside");
+    if (options_.missing) options_.missing(object_);
     return;
   }
   const ProgressStep writing(2, kTableSteps);
-  const bool isPicked = options_.pickLayers && options_.withStyles && layout->gridCount() > 1;
-  if (isPicked) {
-    html_.start("div");
-    html_.attribute("class", "layers");
-    html_.attribute("role", "group");
-    html_.attribute("aria-label", "Layers of " + outlineLabel(object_));
-    html_.newLine();
+  if (options_.pickLayers && options_.withStyles && layout->gridCount() > kMostButtons) {
+    writeLayerList(*layout);
+  } else if (options_.pickLayers && options_.withStyles && layout->gridCount() > 1) {
+    writePicker(*layout);
+  } else {
+    for (std::size_t i = 0; i < layout->gridCount(); ++i) {
+      const ProgressStep step(i, layout->gridCount());
+      GridRows rows(*layout, i);
+      writeGrid(rows, i);
+    }
   }
-  for (std::size_t i = 0; i < layout->gridCount(); ++i) {
-    const ProgressStep step(i, layout->gridCount());
-    writeGrid(*layout, i, isPicked);
-  }
-  if (isPicked) html_.raw("</div>\n");
 }
 
 void ContentWriter::operator()(const LogContent& log) const {
@@ -164,6 +206,7 @@ void ContentWriter::operator()(const MessageContent& message) const {
   }
   html_.start("p");
   html_.attribute("class", cssClass);
+  html_.direction(message.text);
   html_.element("strong", name);
   html_.text(" " + message.text);
   html_.end("p");
@@ -312,6 +355,7 @@ void PageWriter::writeNavigation() {
     if (entry.object->type == ObjectType::kHeading) html_.attribute("class", "heading");
     html_.start("a");
     html_.attribute("href", "#" + idOf(entry));
+    html_.direction(outlineLabel(*entry.object));
     html_.text(outlineLabel(*entry.object));
     html_.end("a");
   }
@@ -334,6 +378,7 @@ void PageWriter::writeObject(const OutlineEntry& entry) {
     const std::string name = fmt::format("h{}", headingLevel(entry.depth));
     html_.start(name);
     html_.attribute("id", idOf(entry));
+    html_.direction(outlineLabel(object));
     html_.text(outlineLabel(object));
     html_.end(name);
     html_.newLine();
@@ -359,6 +404,7 @@ void PageWriter::write() {
   for (const OutlineEntry& entry : entries_) {
     if (entry.object == titleObject_) html_.attribute("id", idOf(entry));
   }
+  html_.direction(title_);
   html_.text(title_);
   html_.end("h1");
   html_.newLine();

@@ -21,13 +21,16 @@ struct PageOptions {
   std::string title;            ///< empty for the page title that it begins with, or its name
   std::string language = "en";  ///< of the document's texts, a BCP 47 tag
   ShownLayers layers = ShownLayers::kAsChosen;
-  /// Shows one layer of a table at a time; without styles all of them.
+  /// Shows one layer of a table at a time, of those that `layers` names, or of all when each table
+  /// has its own choice. Without styles nothing is picked.
   bool pickLayers = false;
   bool withNotes = true;  ///< captions and footnotes of tables
   /// Without, a page of bare elements.
   bool withStyles = true;
   /// What stands for a chart that the page shows; the chart itself where there is none.
   std::function<MediaContent(const DocumentObject& object, const MediaContent& chart)> image;
+  /// Is told of a table that cannot be shown.
+  std::function<void(const DocumentObject& object)> missing;
 };
 
 /// Writes the page of those `entries` that are shown, HTML in UTF-8, piece by piece. Reads the

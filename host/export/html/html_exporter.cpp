@@ -1,5 +1,6 @@
 #include "host/export/html/html_exporter.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -17,6 +18,10 @@ void HtmlExporter::run(const ExportJob& job, ExportFiles& files, ExportResponse&
   options.pickLayers = spec.getInteractiveLayers();
   options.withNotes = spec.getNotesAndCaptions();
   options.withStyles = spec.getStyling();
+  options.missing = [&](const DocumentObject& table) {
+    response.warnings[static_cast<std::size_t>(WARNING_CODE::TOO_MANY_COLUMNS)].push_back(
+        table.label);
+  };
   std::optional<ChartFiles> charts;
   if (spec.getImageFormat() || ChartFiles::isAskedFor(job.spec)) {
     charts.emplace(job.spec, path, spec.getImageFormat().value_or(ChartImageFormat::PNG), files);

@@ -31,7 +31,8 @@ main>section>h2{border-top:1px solid var(--line);padding-top:1.6rem}
 p,ul,ol,blockquote,pre{margin:0 0 1rem}
 .text{max-width:44rem;overflow-wrap:anywhere}
 li>ul,li>ol{margin:0}
-.text p,.text li,th,td,caption,.caption,dd,.message{white-space:pre-line}
+.text p,.text li,th,td,caption,.caption,dd,.message{white-space:pre-wrap}
+th,td{max-width:40rem;overflow-wrap:break-word}
 blockquote{border-left:3px solid var(--line);padding-left:1rem;color:var(--quiet)}
 blockquote p:last-child{margin:0}
 code,pre{font-family:ui-monospace,"SFMono-Regular","DejaVu Sans Mono",monospace;font-size:.9em}
@@ -75,14 +76,20 @@ max-width:44rem}
 .error{border-color:var(--err);background:var(--err-back)}
 .aside{color:var(--quiet);font-style:italic}
 .layers{display:flex;flex-wrap:wrap;gap:.4rem}
-.layers>input{position:absolute;opacity:0;width:1px;height:1px}
+.layers>input{appearance:none;width:0;height:1px;margin:0 -.4rem 0 0;align-self:center}
 .layers>label{border:1px solid var(--line);border-radius:99px;padding:.15rem .8rem;font-size:.9rem;cursor:pointer}
 .layers>label:hover{background:var(--soft)}
 .layers>input:checked+label{background:var(--accent);border-color:var(--accent);color:var(--paper)}
 .layers>input:focus-visible+label{outline:2px solid var(--accent);outline-offset:2px}
 .layers>.panel{display:none;order:1;width:100%;margin-top:.6rem}
 .layers>input:checked+label+.panel{display:block}
-.panel>.layer{display:none}
+.panel>.layer,.layerlist .layer{display:none}
+.layerlist>details{border:1px solid var(--line);border-radius:6px;margin:0 0 .3rem;padding:0 .8rem}
+.layerlist>details[open]{padding-bottom:.6rem}
+.layerlist summary{cursor:pointer;padding:.3rem 0}
+.cut{display:none}
+@media (forced-colors:active){.layers>input:checked+label{forced-color-adjust:none;background:Highlight;
+color:HighlightText;border-color:Highlight}}
 nav{background:var(--side);border-bottom:1px solid var(--line);padding:.7rem 1.25rem;font-size:.9rem}
 nav summary{cursor:pointer;font-weight:650;padding:.25rem 0}
 nav ul{list-style:none;margin:0;padding:0 0 0 .9rem}
@@ -98,11 +105,18 @@ nav details>ul{max-height:none}
 main{padding:2rem 3rem 5rem}}
 @media (prefers-color-scheme:dark){td.ink,th.ink,span.ink{background:#e9ecf1}
 img{filter:brightness(.92)}}
+@page broad{size:landscape}
 @media print{:root{color-scheme:light;--paper:#fff;--text:#000;--quiet:#333;--line:#bbb;--soft:#fff;--head:#fff;
 --accent:#000}
 body{display:block;font-size:10pt}
 nav,.skip,.layers>input,.layers>label{display:none}
-.layers,.layers>.panel,.panel>.layer{display:block}
+.layers,.layers>.panel,.panel>.layer,.layerlist .layer,.cut{display:block}
+.layerlist summary{display:none}
+.layerlist>details{border:0;padding:0}
+.layerlist>details::details-content{content-visibility:visible;block-size:auto}
+.broad{page:broad}
+.broad table{font-size:6pt}
+.broad th,.broad td{padding:.1rem .25rem}
 main{max-width:none;padding:0}
 .wide{overflow:visible}
 table{font-size:8.5pt}

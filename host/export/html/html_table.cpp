@@ -16,6 +16,9 @@ namespace {
 // More than this a browser does not count.
 constexpr int kMostColumnsSpanned = 1000;
 constexpr int kMostRowsSpanned = 65'534;
+// Columns that fit on paper as it stands, and turned with a smaller font.
+constexpr int kColumnsOnPaper = 12;
+constexpr int kColumnsOnBroadPaper = 24;
 
 std::size_t at(int index) { return static_cast<std::size_t>(index); }
 
@@ -191,7 +194,8 @@ void GridWriter::writeStyle(const GridCell& cell, int column, int columnSpan) {
 
 void GridWriter::writeCell(const GridCell& cell, int column, int columnSpan) {
   // Nearly all cells of a large table are like this.
-  if (isBare_ && cell.role == CellRole::kData && cell.look.empty() && cell.notes.empty()) {
+  if (isBare_ && cell.role == CellRole::kData && cell.isNumber && cell.look.empty() &&
+      cell.notes.empty()) {
     const bool isRight = cell.alignment == CellAlignment::kRight && !html_.isPlain();
     html_.raw(isRight ? "<td class=\"n\">" : "<td>");
     html_.text(cell.text);
@@ -210,7 +214,8 @@ void GridWriter::writeCell(const GridCell& cell, int column, int columnSpan) {
   } else if (isNested_) {
     html_.optionalAttribute("headers", headersOf(cell.row, column));
   }
-  html_.text(cell.text);
+  html_.direction(cell.text);
+  html_.lines(cell.text);
   if (options_.withNotes) writeMarks(html_, cell.notes, grid_, options_);
   html_.end(name);
   for (int i = 0; i < columnSpan; ++i) coveredUntil_[at(column + i)] = cell.row + rowSpan;
@@ -224,12 +229,14 @@ void writeLookAttributes(HtmlWriter& html, const LookCss& look) {
 
 /// A text in an element that itself takes no look.
 void writeLooked(HtmlWriter& html, const std::string& text, const LookCss& look) {
-  if (!look.style.empty()) {
+  const bool needsElement = !look.style.empty() || mayTurn(text);
+  if (needsElement) {
     html.start("span");
     writeLookAttributes(html, look);
+    html.direction(text);
   }
-  html.text(text);
-  if (!look.style.empty()) html.end("span");
+  html.lines(text);
+  if (needsElement) html.end("span");
 }
 
 void writeFootnotes(HtmlWriter& html, const TableGrid& grid, const HtmlTableOptions& options) {
@@ -269,7 +276,8 @@ void writeTitle(HtmlWriter& html, const TableGrid& grid, const HtmlTableOptions&
     } else {
       writeLookAttributes(html, lookCss(grid.titleLook.get()));
     }
-    html.text(title);
+    html.direction(title);
+    html.lines(title);
     if (!grid.title.empty() && options.withNotes) {
       writeMarks(html, grid.titleNotes, grid, options);
     }
@@ -332,7 +340,8 @@ void writeHtmlTable(HtmlWriter& html, GridRows& rows, const HtmlTableOptions& op
   const TableGrid& grid = rows.grid();
   // A table that is wider than the screen scrolls by itself, also by keyboard.
   html.start("div");
-  html.attribute("class", "wide");
+  const bool isBroad = grid.columnCount > kColumnsOnPaper;
+  html.attribute("class", isBroad ? "wide broad" : "wide");
   html.attribute("tabindex", "0");
   html.attribute("role", "group");
   const bool hasCaption =
@@ -362,6 +371,10 @@ void writeHtmlTable(HtmlWriter& html, GridRows& rows, const HtmlTableOptions& op
   html.end("table");
   html.end("div");
   html.newLine();
+  if (grid.columnCount > kColumnsOnBroadPaper && !html.isPlain()) {
+    html.element("p", "On paper the columns beyond the edge are missing.", "cut");
+    html.newLine();
+  }
   if (!options.withNotes) return;
   if (!grid.caption.empty()) {
     html.start("p");

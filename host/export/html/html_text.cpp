@@ -62,6 +62,8 @@ class TextWriter {
   };
 
   void writeRuns(const TextParagraph& paragraph);
+  /// An attribute of the element that the paragraph stands in.
+  void direction(const TextParagraph& paragraph);
   void openListItem(const TextParagraph& paragraph);
   void openQuote(std::size_t depth);
 
@@ -90,6 +92,13 @@ void TextWriter::closeDownTo(std::size_t depth) {
 
 void TextWriter::writeRuns(const TextParagraph& paragraph) {
   for (const TextRun& run : paragraph.runs) writeRun(html_, run);
+}
+
+void TextWriter::direction(const TextParagraph& paragraph) {
+  if (std::any_of(paragraph.runs.begin(), paragraph.runs.end(),
+                  [](const TextRun& run) { return mayTurn(run.text); })) {
+    html_.attribute("dir", "auto");
+  }
 }
 
 void TextWriter::openListItem(const TextParagraph& paragraph) {
@@ -129,11 +138,13 @@ void TextWriter::write(const TextParagraph& paragraph) {
     case Kind::kBullet:
     case Kind::kNumbered:
       openListItem(paragraph);
+      direction(paragraph);
       writeRuns(paragraph);
       return;
     case Kind::kQuote:
       openQuote(depthOf(paragraph));
       html_.start("p");
+      direction(paragraph);
       writeRuns(paragraph);
       html_.end("p");
       break;
@@ -144,6 +155,7 @@ void TextWriter::write(const TextParagraph& paragraph) {
       deepestNext_ = level + 1;
       const std::string name = fmt::format("h{}", level);
       html_.start(name);
+      direction(paragraph);
       writeRuns(paragraph);
       html_.end(name);
       break;
@@ -159,6 +171,7 @@ void TextWriter::write(const TextParagraph& paragraph) {
     case Kind::kPlain:
       closeDownTo(0);
       html_.start("p");
+      direction(paragraph);
       writeRuns(paragraph);
       html_.end("p");
       break;

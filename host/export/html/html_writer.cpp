@@ -12,10 +12,15 @@ namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-/// Control characters, which HTML cannot hold, and non-characters.
+/// Control characters, which HTML cannot hold, non-characters, and controls of direction.
 bool isForbidden(char32_t codePoint) {
   if (codePoint < 0x20) return codePoint != '\t' && codePoint != '\n';
   if (codePoint >= 0x7F && codePoint < 0xA0) return true;
+  // What turns texts round can make one look like another.
+  if (codePoint == 0x200E || codePoint == 0x200F || (codePoint >= 0x202A && codePoint <= 0x202E) ||
+      (codePoint >= 0x2066 && codePoint <= 0x2069)) {
+    return true;
+  }
   return (codePoint >= 0xFDD0 && codePoint <= 0xFDEF) || (codePoint & 0xFFFEU) == 0xFFFE;
 }
 
@@ -81,6 +86,27 @@ bool isSafeLink(std::string_view target) {
   });
 }
 
+bool mayTurn(std::string_view utf8) {
+  // The first such script begins at U+0590, whose first byte is this one.
+  constexpr unsigned char kFirst = 0xD6;
+  while (!utf8.empty()) {
+    const auto* const found = std::find_if(
+        utf8.begin(), utf8.end(), [](char c) { return static_cast<unsigned char>(c) >= kFirst; });
+    utf8.remove_prefix(static_cast<std::size_t>(found - utf8.begin()));
+    const int length = validUtf8Length(utf8);
+    if (length > 0) {
+      const char32_t code = utf8CodePoint(utf8, length);
+      if ((code >= 0x590 && code <= 0x8FF) || (code >= 0xFB1D && code <= 0xFDFF) ||
+          (code >= 0xFE70 && code <= 0xFEFE) || (code >= 0x10800 && code <= 0x10FFF) ||
+          (code >= 0x1E800 && code <= 0x1EFFF)) {
+        return true;
+      }
+    }
+    if (!utf8.empty()) utf8.remove_prefix(length > 0 ? static_cast<std::size_t>(length) : 1);
+  }
+  return false;
+}
+
 std::string htmlColor(Rgb color) {
   return fmt::format("#{:02x}{:02x}{:02x}", color.red, color.green, color.blue);
 }
@@ -120,6 +146,16 @@ void HtmlWriter::newLine() {
   out_.clear();
 }
 
+void HtmlWriter::lines(std::string_view utf8) {
+  if (!isPlain_) return text(utf8);
+  for (std::size_t at = utf8.find('\n'); at != std::string_view::npos; at = utf8.find('\n')) {
+    text(utf8.substr(0, at));
+    raw("<br>");
+    utf8.remove_prefix(at + 1);
+  }
+  text(utf8);
+}
+
 void HtmlWriter::text(std::string_view utf8) {
   close();
   appendEscaped(out_, utf8);
@@ -128,6 +164,7 @@ void HtmlWriter::text(std::string_view utf8) {
 void HtmlWriter::element(std::string_view name, std::string_view utf8, std::string_view cssClass) {
   start(name);
   optionalAttribute("class", cssClass);
+  direction(utf8);
   text(utf8);
   end(name);
 }

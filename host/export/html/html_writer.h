@@ -21,6 +21,9 @@ std::string escapedHtml(std::string_view utf8);
 /// Whether a link may go there: http, https and mailto, and places in the page itself.
 bool isSafeLink(std::string_view target);
 
+/// Whether a text has letters that run from right to left.
+bool mayTurn(std::string_view utf8);
+
 /// "#rrggbb".
 std::string htmlColor(Rgb color);
 
@@ -50,8 +53,16 @@ class HtmlWriter {
     if (!value.empty()) attribute(name, value);
   }
 
+  /// Lets a text that may turn decide by itself in which direction it runs; an attribute of the
+  /// element that it is to stand in.
+  void direction(std::string_view utf8) {
+    if (mayTurn(utf8)) attribute("dir", "auto");
+  }
+
   void text(std::string_view utf8);
-  /// An element with nothing but a text in it.
+  /// A text with line ends that show, also where no style says so.
+  void lines(std::string_view utf8);
+  /// An element with nothing but a text in it, which decides in which direction it runs.
   void element(std::string_view name, std::string_view utf8, std::string_view cssClass = {});
   /// Takes `html` over as it stands: the program's own text, or one that was written by a writer.
   void raw(std::string_view html);
