@@ -316,14 +316,17 @@ int runBuild(const BuildOptions& options) {
     SaveOptions save;
     save.type = documentFileType(options.output);
     if (!options.passwordFile.empty()) {
-      auto password = readPasswordFile(options.passwordFile);
+      auto password = readPasswordFile(options.passwordFile, PasswordUse::kNew);
       if (const auto* error = std::get_if<PasswordFileError>(&password)) return refuse(error->text);
       save.password = std::get<std::string>(std::move(password));
     }
     Document document(1, "", false);
     const StandardProgress progress(false);
     buildDocument(options, document);
-    saveDocument(document, options.output, save);
+    const SavedFile saved = saveDocument(document, options.output, save);
+    if (!saved.warning.empty()) {
+      std::cerr << fmt::format("vornwout: warning: {}\n", saved.warning);
+    }
     return kExitSuccess;
   } catch (const UsageError& error) {
     return refuse(error.what());

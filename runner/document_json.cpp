@@ -1,6 +1,7 @@
 #include "runner/document_json.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <variant>
@@ -12,6 +13,7 @@
 #include "host/store/content_names.h"
 #include "host/store/store_error.h"
 #include "host/store/xml_writer.h"
+#include "platform/adapter/progress_listener.h"
 #include "platform/text/utf8.h"
 
 namespace vornwout {
@@ -126,7 +128,12 @@ Json ContentJson::operator()(const TableContent& table) const {
     dimensions.push_back(dimensionJson(dimension));
   }
   Json& cells = json["cells"] = Json::array();
-  for (const PivotCell& cell : table->cells) cells.push_back(cellJson(cell));
+  constexpr std::size_t kCellsBetweenReports = 4096;
+  for (const PivotCell& cell : table->cells) {
+    if (cells.size() % kCellsBetweenReports == 0)
+      reportWithinStep(cells.size(), table->cells.size());
+    cells.push_back(cellJson(cell));
+  }
   return json;
 }
 
@@ -242,8 +249,12 @@ bool DocumentJsonWriter::write(const std::vector<OutlineEntry>& entries) {
   int depth = entries.empty() ? 0 : entries.front().depth;
   const int top = depth;
   bool isFirst = true;
+  const std::string progress = showingText(options_.file);
+  std::uint64_t done = 0;
   for (const OutlineEntry& entry : entries) {
     if (!out_) break;
+    const ProgressStep step(progress, done, entries.size());
+    reportProgress(progress, done++, entries.size());
     // Objects that hold others stay open until something comes that stands beside them.
     for (; depth > entry.depth; --depth) out_ << "]}";
     if (!isFirst) out_ << ',';
@@ -260,10 +271,15 @@ bool DocumentJsonWriter::write(const std::vector<OutlineEntry>& entries) {
   }
   for (; depth > top; --depth) out_ << "]}";
   out_ << "\n]}\n";
+  reportProgress(progress, entries.size(), entries.size());
   return isWhole_;
 }
 
 }  // namespace
+
+std::string showingText(const std::string& file) {
+  return "Showing " + repairedUtf8(file.substr(file.rfind('/') + 1));
+}
 
 bool writeDocumentJson(std::ostream& out, const std::vector<OutlineEntry>& entries,
                        const DocumentJsonOptions& options) {

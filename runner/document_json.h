@@ -18,6 +18,9 @@ struct DocumentJsonOptions {
   bool isAsciiOnly = false;  ///< other characters are escaped: a terminal obeys some of them
 };
 
+/// What a progress bar says while the file is shown.
+std::string showingText(const std::string& file);
+
 /// Writes one JSON value and a line end. `entries` is an outline, or an object of one with all that
 /// stands below it. Returns whether every content could be read; one that cannot has a member
 /// "error" in its place. A failure of writing is left in the stream's state.

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "runner/application.h"
+#include "runner/ending_signals.h"
 #include "runner/process_resources.h"
 #include "runner/run_options.h"
 #include "runner/standard_streams.h"
@@ -14,6 +15,7 @@ int main(int argc, char** argv) {
     vornwout::prepareStandardStreams();
     // A file that grows beyond what the user may write is then an error like any other.
     std::signal(SIGXFSZ, SIG_IGN);
+    vornwout::removeFilesOnEndingSignals();
     return vornwout::runApplication(argc, argv);
   } catch (const std::exception& exception) {
     std::cerr << "vornwout: error: " << exception.what() << "\n";

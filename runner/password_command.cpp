@@ -1,7 +1,6 @@
 #include "runner/password_command.h"
 
 #include <iostream>
-#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -15,7 +14,6 @@
 #include "runner/password_file.h"
 #include "runner/run_options.h"
 #include "runner/standard_streams.h"
-#include "runner/terminal/hidden_input.h"
 
 namespace vornwout {
 namespace {
@@ -40,7 +38,8 @@ constexpr const char* kExplanation =
     "whoever reads the key as well; the length shows, and equal passwords have equal forms.\n"
     "With fewer than 6 bytes, a form made with another key may be taken for a password.\n"
     "The document itself is encrypted with the readable password, by AES-256: who gets that\n"
-    "opens it with any zip program.";
+    "opens it with any zip program. Without it the names and sizes of the document's parts can be\n"
+    "read, and the checksums of those that could not be compressed, as most PNG pictures.";
 
 /// The password, or why there is none.
 struct Answer {
@@ -50,21 +49,11 @@ struct Answer {
 
 Answer readPassword() {
   Answer answer;
-  if (isatty(STDIN_FILENO) != 0) {
-    HiddenInput input;
-    const auto first = input.ask("Password: ");
-    const auto second = first ? input.ask("The same again: ") : std::nullopt;
-    if (!second) return {{}, "No password was given."};
-    if (*first != *second) return {{}, "The two passwords differ."};
-    answer.password = *first;
-    if (answer.password.empty()) return {{}, "The password is empty."};
-  } else {
-    auto password = readPasswordFile("-");
-    if (auto* error = std::get_if<PasswordFileError>(&password)) {
-      return {{}, std::move(error->text)};
-    }
-    answer.password = std::get<std::string>(std::move(password));
+  auto password = readPasswordFile("-", PasswordUse::kNew);
+  if (auto* error = std::get_if<PasswordFileError>(&password)) {
+    return {{}, std::move(error->text)};
   }
+  answer.password = std::get<std::string>(std::move(password));
   if (answer.password.size() > kMaxPasswordBytes) {
     return {{},
             fmt::format("The password has {} bytes; OUTPUT SAVE takes {} at most.",

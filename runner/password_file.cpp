@@ -9,6 +9,8 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include "runner/terminal/hidden_input.h"
+
 namespace vornwout {
 namespace {
 
@@ -32,9 +34,24 @@ class InputFile {
   int descriptor_;
 };
 
+std::variant<std::string, PasswordFileError> askForPassword(PasswordUse use) {
+  HiddenInput input;
+  const auto first = input.ask("Password: ");
+  const auto second = first && use == PasswordUse::kNew ? input.ask("The same again: ") : first;
+  if (!second) return PasswordFileError{"No password was given."};
+  if (*first != *second) return PasswordFileError{"The two passwords differ."};
+  if (first->empty()) return PasswordFileError{"The password is empty."};
+  if (first->find('\0') != std::string::npos) {
+    return PasswordFileError{"The password has a zero byte."};
+  }
+  return *first;
+}
+
 }  // namespace
 
-std::variant<std::string, PasswordFileError> readPasswordFile(const std::string& path) {
+std::variant<std::string, PasswordFileError> readPasswordFile(const std::string& path,
+                                                              PasswordUse use) {
+  if (path == "-" && isatty(STDIN_FILENO) != 0) return askForPassword(use);
   const std::string name = path == "-" ? "standard input" : "file " + path;
   const auto systemError = [&] {
     return PasswordFileError{

@@ -14,6 +14,7 @@
 #include "host/document/outline.h"
 #include "host/store/document_store.h"
 #include "host/store/store_error.h"
+#include "platform/adapter/progress_listener.h"
 #include "runner/document_json.h"
 #include "runner/password_file.h"
 #include "runner/run_options.h"
@@ -32,10 +33,11 @@ constexpr int kWidest = 10'000;
 /// The entries of an outline that an option asks for: all, or one with what stands below it.
 using Entries = std::vector<OutlineEntry>;
 
-Entries chosenEntries(Entries entries, std::optional<std::size_t> object) {
+Entries chosenEntries(Entries entries, std::optional<std::int64_t> object) {
   if (!object) return entries;
   const auto first = static_cast<std::ptrdiff_t>(*object - 1);
-  const auto last = static_cast<std::ptrdiff_t>(entries[*object - 1].nextNumber - 1);
+  const std::size_t next = entries[static_cast<std::size_t>(*object - 1)].nextNumber;
+  const auto last = static_cast<std::ptrdiff_t>(next - 1);
   Entries chosen(entries.begin() + first, entries.begin() + last);
   // Who names an object wants to see it, hidden or not, and below it what is not hidden itself.
   std::vector<bool> isShownAbove = {true};
@@ -70,15 +72,19 @@ int writeRaw(std::ostream& out, const OutlineEntry& entry, bool isTerminal) {
 }
 
 /// Shows objects one after the other, each below an empty line.
-int writeContents(std::ostream& out, const Entries& entries, const std::string& file,
+int writeContents(std::ostream& out, const Entries& entries, const ShowOptions& options,
                   const TerminalStyle& style, bool hasOutput) {
   bool isWhole = true;
+  const std::string progress = showingText(options.file);
+  std::uint64_t done = 0;
   const auto separate = [&] {
     if (std::exchange(hasOutput, true)) out << '\n';
   };
   for (const OutlineEntry& entry : entries) {
     // A reader who has left the pager needs no more of it.
     if (!out) break;
+    const ProgressStep step(progress, done, entries.size());
+    reportProgress(progress, done++, entries.size());
     if (!entry.isShown) continue;
     const DocumentObject& object = *entry.object;
     if (object.type == ObjectType::kHeading) {
@@ -91,7 +97,9 @@ int writeContents(std::ostream& out, const Entries& entries, const std::string& 
       const ContentView content(object.content);
       if (std::holds_alternative<std::monostate>(*content)) continue;
       separate();
-      isWhole = printContent(out, object, *content, {file, entry.number}, style) && isWhole;
+      isWhole = printContent(out, object, *content,
+                             {options.file, entry.number, options.passwordFile}, style) &&
+                isWhole;
     } catch (const StoreError& error) {
       separate();
       printRefusal(out, fmt::format("Object {} cannot be read. {}", entry.number, error.what()),
@@ -99,13 +107,15 @@ int writeContents(std::ostream& out, const Entries& entries, const std::string& 
       isWhole = false;
     }
   }
+  reportProgress(progress, entries.size(), entries.size());
   return isWhole ? kExitSuccess : kExitErrors;
 }
 
 std::unique_ptr<Document> open(const ShowOptions& options) {
   OpenOptions how;
   if (!options.passwordFile.empty()) {
-    std::variant<std::string, PasswordFileError> password = readPasswordFile(options.passwordFile);
+    std::variant<std::string, PasswordFileError> password =
+        readPasswordFile(options.passwordFile, PasswordUse::kOpen);
     if (const auto* error = std::get_if<PasswordFileError>(&password)) {
       refuse(error->text);
       return nullptr;
@@ -162,7 +172,8 @@ void addShowCommand(CLI::App& application, ShowOptions& options) {
 int showDocument(std::ostream& out, const Document& document, const ShowOptions& options,
                  const TerminalStyle& style, bool isTerminal) {
   Entries all = outlineOf(document.root());
-  if (options.object && (*options.object < 1 || *options.object > all.size())) {
+  if (options.object &&
+      (*options.object < 1 || *options.object > static_cast<std::int64_t>(all.size()))) {
     return refuse(all.empty() ? std::string("The document has no objects.")
                               : fmt::format("There is no object {}; the document has {}.",
                                             *options.object, all.size()));
@@ -183,7 +194,7 @@ int showDocument(std::ostream& out, const Document& document, const ShowOptions&
     hasOutput = true;
   }
   if (options.outline) return kExitSuccess;
-  return writeContents(out, entries, options.file, style, hasOutput);
+  return writeContents(out, entries, options, style, hasOutput);
 }
 
 int runShow(const ShowOptions& options) {
@@ -198,6 +209,9 @@ int runShow(const ShowOptions& options) {
     if (const auto command = pagerCommand(facts, variable)) pager = Pager::start(*command);
   }
   std::ostream& out = pager != nullptr ? pager->out() : std::cout;
+  // On a terminal the output itself shows how far it is.
+  std::optional<StandardProgress> progress;
+  if (!facts.isTerminal) progress.emplace(false);
   return showDocument(out, *document, options, style, facts.isTerminal);
 }
 

@@ -5,7 +5,7 @@
 // place, the rest is shown, and the status tells of it.
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -19,9 +19,9 @@ namespace vornwout {
 
 struct ShowOptions {
   std::string file;
-  bool outline = false;               ///< the outline alone
-  std::optional<std::size_t> object;  ///< this object alone, with what stands below it
-  bool raw = false;                   ///< the bytes of a chart or model
+  bool outline = false;                ///< the outline alone
+  std::optional<std::int64_t> object;  ///< this object alone, with what stands below it
+  bool raw = false;                    ///< the bytes of a chart or model
   bool json = false;
   bool noPager = false;
   std::string passwordFile;  ///< empty for none

@@ -352,10 +352,10 @@ class TableMaker {
                        fmt::format("The number \"{}\" is too large.", shortened(text)),
                        "The largest is about 1.8e308.");
     }
-    throw BuildError(reader_.file(), placeOf(value),
-                     fmt::format("\"{}\" is no number.", shortened(text)),
-                     "If the column holds texts, say so; decimal mark and thousands separator can "
-                     "be given as well.");
+    throw BuildError(
+        reader_.file(), placeOf(value), fmt::format("\"{}\" is no number.", shortened(text)),
+        "For a column of texts a manifest has \"text\": true, the command line --format "
+        "A8; decimal mark and thousands separator can be given as well.");
   }
 
   SourcePlace placeOf(const RawValue& value) {

@@ -66,7 +66,13 @@ std::string documentPath(const char* text) {
 std::optional<FileLock> lockToOpen(const std::string& path) {
   // What cannot be read is said better by whoever then tries to read it.
   if (access(path.c_str(), R_OK) != 0 || access(path.c_str(), W_OK) != 0) return std::nullopt;
-  std::optional<FileLock> lock = FileLock::tryLock(path);
+  std::optional<FileLock> lock;
+  try {
+    lock = FileLock::tryLock(path);
+  } catch (const StoreError& error) {
+    if (error.kind() != StoreError::Kind::kNotWritten) throw;
+    throw StoreError(error.kind(), fmt::format("{} LOCK=NO opens it.", error.what()));
+  }
   if (!lock) throw StoreError(StoreError::Kind::kLocked, "Another process has locked it.");
   return lock;
 }

@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <filesystem>
 #include <iterator>
 #include <memory>
 #include <optional>
+#include <system_error>
 #include <utility>
 
+#include <fmt/format.h>
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
@@ -58,19 +61,25 @@ std::string foldedName(std::string_view name) {
 }
 
 /// The lock of the document on the file that stands at the path now.
-std::vector<FileLock>::const_iterator lockOn(const OpenDocument& opened, const std::string& path) {
+std::vector<DocumentLock>::const_iterator lockOn(const OpenDocument& opened,
+                                                 const std::string& path) {
   return std::find_if(opened.locks.begin(), opened.locks.end(),
-                      [&](const FileLock& lock) { return lock.holds(path); });
+                      [&](const DocumentLock& held) { return held.lock.holds(path); });
 }
 
-/// A response has room for what failed only, so this goes into the output.
-void warnOfLostProtection(const std::string& path) {
+/// The path as it is remembered beside a lock.
+std::string lockedPath(const std::string& path) {
+  std::error_code failure;
+  std::string whole = std::filesystem::weakly_canonical(path, failure).string();
+  return failure ? path : whole;
+}
+
+/// A response has room for what failed only, so this goes into the output. "^1" stands for the
+/// path.
+void warn(const std::string& text, const std::string& path) {
   constexpr int kShow = 2;
   constexpr int kWarningLevel = 2;
-  BpComposite message(
-      "The output document was encrypted when it was opened or saved before; ^1 is not. "
-      "/PASSPROTECT encrypts it.",
-      true);
+  BpComposite message(currentEncoding().fromUtf8(text), true);
   message.Add(BpString(currentEncoding().fromUtf8(path), false));
   message.Finish();
   BpError(message, kShow, kWarningLevel);
@@ -280,7 +289,7 @@ bool OutputController::openFile(const VornwMsgOutputControllerRequest& request,
     OpenDocument& opened = open(name, request.getMinimized() == OutputDocumentMinimized::kYes);
     opened.document.setContents(std::move(read->root()), read->runs());
     opened.document.setWasEncrypted(read->wasEncrypted());
-    if (lock) opened.locks.push_back(std::move(*lock));
+    if (lock) opened.locks.push_back({lockedPath(path), std::move(*lock)});
     return true;
   } catch (const StoreError& error) {
     return fail(response, openingFailed(error, path), path);
@@ -295,8 +304,7 @@ bool OutputController::saveFile(const VornwMsgOutputControllerRequest& request,
   const std::string path = documentPath(request.getText());
   try {
     const auto held = lockOn(*opened, path);
-    const bool isHeld = held != opened->locks.end();
-    const FileLock* own = isHeld ? &*held : nullptr;
+    const FileLock* own = held != opened->locks.end() ? &held->lock : nullptr;
     if (holderOf(path, opened) != nullptr) {
       return fail(response, "The file ^1 is open as another output document, and locked.", path);
     }
@@ -308,18 +316,33 @@ bool OutputController::saveFile(const VornwMsgOutputControllerRequest& request,
     options.storeModels = request.getStoreModel() == YesNoEnum::kYes;
     // Whether another process has it is found out by the save, which then keeps others off.
     options.ownLock = own;
-    std::optional<FileLock> lock = saveDocument(opened->document, path, options);
-    // The lock on the old file guards nothing any more, so one that was held goes on to the new.
-    // The locks on the document's other files stay: it is open from there too.
-    const bool keeps = request.getLock() == OutputDocumentLock::kUnspecified && isHeld;
-    if (isHeld) opened->locks.erase(held);
-    if (lock && (keeps || request.getLock() == OutputDocumentLock::kLocked)) {
-      opened->locks.push_back(std::move(*lock));
+    const std::string whole = lockedPath(path);
+    SavedFile saved = saveDocument(opened->document, path, options);
+    // The lock on the old file guards nothing any more, so one that was held goes on to the new,
+    // also where a program had replaced that file meanwhile. The locks on the document's other
+    // files stay: it is open from there too.
+    const auto replaced = [&](const DocumentLock& one) {
+      return &one.lock == own || one.path == whole;
+    };
+    const auto kept = std::remove_if(opened->locks.begin(), opened->locks.end(), replaced);
+    const bool wasHeld = kept != opened->locks.end();
+    opened->locks.erase(kept, opened->locks.end());
+    const bool shallLock = request.getLock() == OutputDocumentLock::kLocked ||
+                           (request.getLock() == OutputDocumentLock::kUnspecified && wasHeld);
+    if (shallLock && saved.lock) opened->locks.push_back({whole, std::move(*saved.lock)});
+    if (shallLock && !saved.lock) {
+      warn("^1 was saved, but is not locked, because its file system has no locks.", path);
+    }
+    if (!saved.warning.empty()) {
+      warn(fmt::format("The output document ^1 was saved. {}", saved.warning), path);
     }
     if (!options.password.empty()) {
       opened->document.setWasEncrypted(true);
     } else if (opened->document.wasEncrypted()) {
-      warnOfLostProtection(path);
+      warn(
+          "The output document was encrypted when it was opened or saved before; ^1 is not. "
+          "/PASSPROTECT encrypts it.",
+          path);
     }
     return true;
   } catch (const StoreError& error) {

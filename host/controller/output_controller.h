@@ -22,13 +22,20 @@
 
 namespace vornwout {
 
+/// A lock of a document, and the path that it was taken for: what stands there by now may be
+/// another file, which a program has put in the locked one's place.
+struct DocumentLock {
+  std::string path;  ///< absolute, with links followed
+  FileLock lock;
+};
+
 /// An open document, where it stands among the others, and the locks on its files.
 struct OpenDocument {
   OpenDocument(int number, std::string name, bool minimized)
       : document(number, std::move(name), minimized) {}
 
   Document document;
-  std::vector<FileLock> locks;
+  std::vector<DocumentLock> locks;
   std::list<OpenDocument>::iterator self;
   std::list<OpenDocument*>::iterator inHistory;
 };

@@ -144,6 +144,7 @@ class ContainerReader::Archive {
     if (readSome(member, opened.get(), &beyond, 1) != 0) {
       refuseMember(item.name, "is longer than it says");
     }
+    file_->requireUnchanged();
     if (item.isEncrypted) isPasswordProven_ = true;
     return bytes;
   }
@@ -281,6 +282,7 @@ class ContainerReader::Archive {
                                           " cannot be read" + systemReason(state_.systemError));
     }
     if (state_.isCutShort) refuseMember(item.name, "is missing: the file has been cut short");
+    file_->requireUnchanged();
     if (code == ZIP_ER_NOPASSWD) {
       refusePassword("The file is encrypted, and no password was given.");
     }
@@ -333,6 +335,8 @@ class ContainerReader::StoredMember : public RawMember {
         archive_->readSome(member_, opened_.get(), target, std::min<std::uint64_t>(size, left_));
     if (count == 0) refuseMember(archive_->members()[member_].name, "ends too early");
     left_ -= count;
+    // Whoever copies the bytes as they are looks at none of them.
+    if (left_ == 0) archive_->file()->requireUnchanged();
     return count;
   }
   void close() override { opened_.reset(); }

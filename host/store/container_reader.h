@@ -4,7 +4,8 @@
 // read() for one member; rawMember() for a writer that takes a member over as it lies there.
 //
 // The file is open from the constructor on, by one descriptor. A save that puts another file in its
-// place changes nothing for a reader that is open.
+// place changes nothing for a reader that is open; a program that writes into this very file is
+// noticed by the file's size and time, and what was read meanwhile is refused.
 //
 // What bounds the cost of a hostile file: the members' compressed sizes together must fit into the
 // file, so none is counted twice; a member may declare only what deflate can make of its bytes; and

@@ -22,6 +22,9 @@ constexpr std::string_view kReadableMember = "mimetype";
 // 1 January 1980, 0:00: the first moment that the format can express.
 constexpr zip_uint16_t kFixedDate = 1 << 5 | 1;
 
+// How much of the members is written between two reports.
+constexpr double kProgressStep = 0.001;
+
 [[noreturn]] void fail(const std::string& sentence) {
   throw StoreError(StoreError::Kind::kNotWritten, sentence);
 }
@@ -73,7 +76,9 @@ zip_int64_t openMember(MemberSource& source) {
 }
 
 /// Says that the bytes are compressed already (and encrypted, where they are), so that the library
-/// takes them as they come.
+/// takes them as they come. An encrypted member has no checksum: that of the readable bytes would
+/// tell who guesses them that the guess is right, and the authentication code serves as well. (Of
+/// what is stored the library makes one itself.)
 zip_int64_t describeMember(const MemberSource& source, void* data, zip_uint64_t length) {
   if (length < sizeof(zip_stat_t)) return -1;
   auto* status = static_cast<zip_stat_t*>(data);
@@ -84,7 +89,7 @@ zip_int64_t describeMember(const MemberSource& source, void* data, zip_uint64_t 
     status->size = raw->size();
     status->comp_size = raw->compressedSize();
     status->comp_method = raw->method();
-    status->crc = raw->checksum();
+    status->crc = source.member.isEncrypted ? 0 : raw->checksum();
     status->encryption_method = raw->isEncrypted() ? ZIP_EM_AES_256 : ZIP_EM_NONE;
     return sizeof(zip_stat_t);
   }
@@ -92,7 +97,7 @@ zip_int64_t describeMember(const MemberSource& source, void* data, zip_uint64_t 
   status->size = part.size;
   status->comp_size = part.place.size;
   status->comp_method = part.isDeflated ? ZIP_CM_DEFLATE : ZIP_CM_STORE;
-  status->crc = part.checksum;
+  status->crc = source.member.isEncrypted ? 0 : part.checksum;
   status->encryption_method = ZIP_EM_NONE;
   return sizeof(zip_stat_t);
 }
@@ -172,13 +177,15 @@ class ContainerWriter::Work {
                    spool_.keep(std::move(compressed.bytes))};
   }
 
-  Written commit() {
+  Written commit(const std::function<void(double part)>& progress) {
     compressor_.finish();
     if (members_.empty()) fail("A container needs at least one part.");
     std::exception_ptr failure;
     {
       ZipArchive archive = makeArchive(failure);
       for (Member& member : members_) declare(archive.get(), member, failure);
+      WritingProgress writing{progress, failure};
+      if (progress) watch(archive.get(), writing);
       if (zip_close(archive.get()) != 0) {
         if (failure != nullptr) std::rethrow_exception(failure);
         fail(std::string("The container could not be written: ") + zip_strerror(archive.get()) +
@@ -189,11 +196,38 @@ class ContainerWriter::Work {
     }
     // Before the rename: afterwards nothing may fail any more.
     FileDescriptor reading = file_.duplicate();
-    std::optional<FileLock> lock = file_.commit();
-    return {std::move(lock), std::move(reading)};
+    ReplacedFile::Committed committed = file_.commit();
+    return {std::move(committed.lock), std::move(reading), std::move(committed.warning)};
   }
 
  private:
+  /// Who wants to know how far the library is. Exceptions must not pass through it.
+  struct WritingProgress {
+    const std::function<void(double part)>& tell;
+    std::exception_ptr& failure;
+  };
+
+  /// `writing` outlives the archive.
+  static void watch(zip_t* archive, WritingProgress& writing) {
+    const auto tell = [](zip_t*, double part, void* context) {
+      auto& to = *static_cast<WritingProgress*>(context);
+      if (to.failure != nullptr) return;
+      try {
+        to.tell(part);
+      } catch (...) {
+        to.failure = std::current_exception();
+      }
+    };
+    const auto isEnded = [](zip_t*, void* context) {
+      return static_cast<WritingProgress*>(context)->failure == nullptr ? 0 : 1;
+    };
+    if (zip_register_progress_callback_with_state(archive, kProgressStep, tell, nullptr,
+                                                  &writing) != 0 ||
+        zip_register_cancel_callback_with_state(archive, isEnded, nullptr, &writing) != 0) {
+      throw std::bad_alloc();
+    }
+  }
+
   Member& addMember(std::string_view name, std::uint64_t size) {
     const std::string quoted = quotedMemberName(name);
     if (const std::string fault = faultOfMemberName(name); !fault.empty() || name.ends_with('/')) {
@@ -289,6 +323,8 @@ void ContainerWriter::copy(ContainerReader& reader, std::string_view name) {
   work_->copy(reader, name);
 }
 
-ContainerWriter::Written ContainerWriter::commit() { return work_->commit(); }
+ContainerWriter::Written ContainerWriter::commit(const std::function<void(double part)>& progress) {
+  return work_->commit(progress);
+}
 
 }  // namespace vornwout

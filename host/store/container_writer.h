@@ -12,6 +12,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -55,10 +56,13 @@ class ContainerWriter {
   struct Written {
     std::optional<FileLock> lock;  ///< on the new file (ReplacedFile::commit())
     FileDescriptor file;           ///< the new file, to read it with, whatever its name is
+    std::string warning;           ///< as ReplacedFile::commit() has it
   };
 
   /// Writes all members and puts the file in its place. Nothing may be called afterwards.
-  Written commit();
+  /// `progress`, where there is one, is told meanwhile which part of the members (0 to 1) is
+  /// written, now and then and in this thread; what it throws ends the writing.
+  Written commit(const std::function<void(double part)>& progress = {});
 
  private:
   class Work;

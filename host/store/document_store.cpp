@@ -83,11 +83,13 @@ class DocumentSaver {
         progress_("Saving " + nameIn(path)),
         writer_(path, containerOptions(options)) {}
 
-  std::optional<FileLock> save() {
+  SavedFile save() {
     collect();
     takeOver();
-    // The outline and the flushing to the disk count as well.
+    // The outline and the flushing to the disk count as well. What is taken over is copied, and
+    // maybe encrypted, no sooner than the container is written.
     total_ = manifest_.parts.size() + items_.size() + 2;
+    commitUnits_ = 1 + manifest_.parts.size();
     if (options_.type == DocumentFileType::kQxw) ++total_;
     reportProgress(progress_, 0, total_);
     writer_.add("mimetype", kDocumentMediaType, false);
@@ -99,10 +101,15 @@ class DocumentSaver {
     writer_.add(kManifestMember,
                 checked(writeManifest(document_.root(), manifest_, numbers_), "The outline"), true);
     countDone();
-    ContainerWriter::Written written = writer_.commit();
+    ContainerWriter::Written written = writer_.commit([this](double part) {
+      const auto units = static_cast<std::uint64_t>(part * static_cast<double>(commitUnits_));
+      // The last one is for the flushing.
+      const std::uint64_t now = done_ + std::min(units, commitUnits_ - 1);
+      if (now > reported_) reportProgress(progress_, reported_ = now, total_);
+    });
     moveIn(std::move(written.file));
-    countDone();
-    return std::move(written.lock);
+    reportProgress(progress_, total_, total_);
+    return {std::move(written.lock), std::move(written.warning)};
   }
 
  private:
@@ -121,7 +128,7 @@ class DocumentSaver {
     bool isKept = false;  ///< lies in a part or medium that is taken over
   };
 
-  void countDone() { reportProgress(progress_, ++done_, total_); }
+  void countDone() { reportProgress(progress_, reported_ = ++done_, total_); }
 
   void collect() {
     forEachObject(document_.indexedRoot(), options_.storeModels, [&](DocumentObject& object) {
@@ -133,7 +140,8 @@ class DocumentSaver {
     });
   }
 
-  /// A part is taken over when all that lies in it is still wanted, and nothing of it twice.
+  /// A part is taken over when all that lies in it is still wanted, and nothing of it twice; and
+  /// nothing is that the new file would have in another form (packed media or not).
   void takeOver() {
     if (old_ == nullptr) return;
     const Manifest& old = old_->manifest();
@@ -156,8 +164,8 @@ class DocumentSaver {
       const LazyContent::Place& place = item.object->content.place();
       if (place.source != old_ || !taken.insert(place.id).second) continue;
       item.id = place.id;
-      const int part = old.places.at(place.id).part;
-      if (part >= 0) --missing[static_cast<std::size_t>(part)];
+      const StoredPlace& stored = old.places.at(place.id);
+      if (stored.part >= 0 && !isUnpacked(stored)) --missing[static_cast<std::size_t>(stored.part)];
     }
     newPart_.assign(old.parts.size(), -1);
     for (std::size_t i = 0; i < old.parts.size(); ++i) {
@@ -170,23 +178,33 @@ class DocumentSaver {
       if (item.id == 0) continue;
       StoredPlace place = old.places.at(item.id);
       if (place.part >= 0) place.part = newPart_[static_cast<std::size_t>(place.part)];
-      item.isKept = place.part >= 0 || !place.member.empty();
+      item.isKept = place.part >= 0 || (!place.member.empty() && !isPacked(place));
+      if (!item.isKept) continue;
       if (!place.member.empty()) keptNames_.insert(caseFoldedName(place.member));
-      if (item.isKept) manifest_.places.emplace(item.id, std::move(place));
+      manifest_.places.emplace(item.id, std::move(place));
     }
   }
 
+  /// True for a medium of the old file, in a member of its own, that is packed in the new one.
+  bool isPacked(const StoredPlace& old) const {
+    return !options_.password.empty() &&
+           old_->container().find(old.member)->size <= kPackedMediaBytes;
+  }
+
+  /// True for a medium that was packed for the sake of an encryption that the new file has not.
+  bool isUnpacked(const StoredPlace& old) const {
+    return options_.password.empty() && old_->container().isEncrypted() &&
+           (old.type == ObjectType::kChart || old.type == ObjectType::kModel);
+  }
+
   void copyTakenOver() {
-    for (const std::string& part : manifest_.parts) {
-      writer_.copy(old_->container(), part);
-      countDone();
-    }
+    for (const std::string& part : manifest_.parts) writer_.copy(old_->container(), part);
     for (const Item& item : items_) {
       if (!item.isKept) continue;
       const StoredPlace& place = manifest_.places.at(item.id);
       if (place.part >= 0) continue;
       if (copied_.insert(place.member).second) writer_.copy(old_->container(), place.member);
-      countDone();
+      ++commitUnits_;
     }
   }
 
@@ -199,7 +217,7 @@ class DocumentSaver {
         writeContentOf(item);
         if (!item.wasLoaded) item.object->content.unload();
       } else if (manifest_.places.at(item.id).part < 0) {
-        continue;  // was counted when it was copied
+        continue;  // counts when it is copied
       }
       countDone();
     }
@@ -269,14 +287,14 @@ class DocumentSaver {
     const std::string name = newName("objects", "xml");
     const auto part = static_cast<int>(manifest_.parts.size());
     manifest_.parts.push_back(name);
-    for (const std::uint64_t id : ids)
-      manifest_.places.emplace(id, StoredPlace{part, {}, {}, false});
+    for (const std::uint64_t id : ids) manifest_.places.emplace(id, StoredPlace{part, {}, {}});
     writer_.add(name, checked(std::move(bytes), "An object"), true);
   }
 
   void addPage() {
     const ProgressStep step(progress_, done_, total_);
-    writer_.add(kPageMember, checked(renderPage(document_, options_.storeModels), "The page"), true);
+    writer_.add(kPageMember, checked(renderPage(document_, options_.storeModels), "The page"),
+                true);
     countDone();
     // The page needed every content; what was not in memory before need not stay there.
     for (const Item& item : items_) {
@@ -297,6 +315,7 @@ class DocumentSaver {
   /// From now on the contents lie in the new file, so that the next save can take them from there.
   /// The file itself is read, and not what its name stands for by now.
   void moveIn(FileDescriptor file) {
+    for (const Item& item : items_) manifest_.places.at(item.id).type = item.object->type;
     auto container = std::make_unique<ContainerReader>(std::move(file));
     container->setPassword(options_.password);
     const auto stored =
@@ -308,7 +327,9 @@ class DocumentSaver {
   const SaveOptions& options_;
   std::string progress_;    ///< what is being done, for whoever shows how far it is
   std::uint64_t done_ = 0;  ///< parts, objects and so on
+  std::uint64_t reported_ = 0;
   std::uint64_t total_ = 0;
+  std::uint64_t commitUnits_ = 1;  ///< of total_, for writing the container
   ContainerWriter writer_;
   std::vector<Item> items_;
   std::shared_ptr<StoredDocument> old_;  ///< the file that contents are taken from, if there is one
@@ -357,8 +378,7 @@ std::unique_ptr<Document> openDocument(const std::string& path, const OpenOption
   return document;
 }
 
-std::optional<FileLock> saveDocument(Document& document, const std::string& path,
-                                     const SaveOptions& options) {
+SavedFile saveDocument(Document& document, const std::string& path, const SaveOptions& options) {
   return DocumentSaver(document, path, options).save();
 }
 

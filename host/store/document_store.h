@@ -37,12 +37,18 @@ struct SaveOptions {
 /// A document with the file's objects; its number is 1 and it has no name. Throws StoreError.
 std::unique_ptr<Document> openDocument(const std::string& path, const OpenOptions& options = {});
 
+/// What has become of a document that was saved.
+struct SavedFile {
+  std::optional<FileLock> lock;  ///< on the new file; nothing where its file system has no locks
+  std::string warning;           ///< a sentence about what did not succeed besides; mostly empty
+};
+
 /// Saves the document as the file `path`; afterwards its contents lie there. Gives the lock on the
 /// new file, for whoever wants to keep it. An old file is locked until it is replaced, unless the
 /// caller holds its lock; one that another holds is refused (kLocked). Throws StoreError; the
 /// document and an old file are then as they were.
-std::optional<FileLock> saveDocument(Document& document, const std::string& path,
-                                     const SaveOptions& options = {});
+SavedFile saveDocument(Document& document, const std::string& path,
+                       const SaveOptions& options = {});
 
 /// The type by the path's extension; QXV unless it is ".qxw" in any case.
 DocumentFileType documentFileType(const std::string& path);

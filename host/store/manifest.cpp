@@ -1,7 +1,9 @@
 #include "host/store/manifest.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <iterator>
 #include <utility>
 
 #include <fmt/format.h>
@@ -31,20 +33,86 @@ class ManifestReader {
                                           "may read it",
                                           version));
     }
-    for (const pugi::xml_node run : document.child("runs").children("run")) {
-      const auto count = static_cast<int>(integerAttribute(run, "count", 0, 0));
-      if (!manifest_.runs.emplace(textAttribute(run, "command"), count).second) {
-        refuseElement(run, "its command stands twice");
-      }
-    }
-    for (const pugi::xml_node part : document.child("parts").children("part")) {
-      manifest_.parts.push_back(textAttribute(part, "name"));
-    }
+    const auto [runs, parts, outline] = sectionsOf(document);
+    readRuns(runs);
+    readParts(parts);
     root.type = ObjectType::kHeading;
-    readChildren(document.child("outline"), root, 1);
+    readChildren(outline, root, 1);
   }
 
  private:
+  struct Sections {
+    pugi::xml_node runs;
+    pugi::xml_node parts;
+    pugi::xml_node outline;
+  };
+
+  /// The three sections, each of which stands once. One that were passed over would be gone for
+  /// good with the next save.
+  static Sections sectionsOf(pugi::xml_node document) {
+    Sections sections;
+    const std::pair<const char*, pugi::xml_node*> known[] = {
+        {"runs", &sections.runs}, {"parts", &sections.parts}, {"outline", &sections.outline}};
+    for (const pugi::xml_node child : document.children()) {
+      const auto* found = std::find_if(std::begin(known), std::end(known),
+                                       [&](const auto& one) { return is(child, one.first); });
+      if (found == std::end(known)) {
+        refuseChild(child);
+      } else if (*found->second) {
+        refuseElement(document, fmt::format("its element {} stands twice", found->first));
+      } else {
+        *found->second = child;
+      }
+    }
+    for (const auto& [name, section] : known) {
+      if (!*section) refuseElement(document, fmt::format("it has no element {}", name));
+    }
+    return sections;
+  }
+
+  void readRuns(pugi::xml_node runs) {
+    for (const pugi::xml_node run : runs.children()) {
+      if (!is(run, "run")) {
+        refuseChild(run);
+        continue;
+      }
+      refuseContent(run);
+      if (!hasText(run, "command")) refuseElement(run, "it has no command");
+      if (!run.attribute("count")) refuseElement(run, "it has no count");
+      const auto count = static_cast<int>(integerAttribute(run, "count", 0, 0));
+      if (!manifest_.runs.emplace(shortText(run, "command"), count).second) {
+        refuseElement(run, "its command stands twice");
+      }
+    }
+  }
+
+  void readParts(pugi::xml_node parts) {
+    for (const pugi::xml_node part : parts.children()) {
+      if (!is(part, "part")) {
+        refuseChild(part);
+        continue;
+      }
+      refuseContent(part);
+      manifest_.parts.push_back(textAttribute(part, "name"));
+    }
+  }
+
+  static void refuseContent(pugi::xml_node node) {
+    for (const pugi::xml_node child : node.children()) refuseChild(child);
+  }
+
+  static std::string shortText(pugi::xml_node node, const char* name) {
+    std::string text = textAttribute(node, name);
+    if (text.size() > kMaxOutlineText) {
+      refuseElement(node, fmt::format("its {} has more than 1 MiB", name));
+    }
+    return text;
+  }
+
+  static bool hasText(pugi::xml_node node, const char* name) {
+    return node.attribute(name) || node.attribute((std::string(name) + "-base64").c_str());
+  }
+
   void readChildren(pugi::xml_node parent, DocumentObject& heading, int depth) {
     if (depth > kMaxOutlineDepth && parent.child("object")) {
       refuseElement(parent, "headings are nested too deeply");
@@ -68,14 +136,22 @@ class ManifestReader {
     const auto type = findObjectType(node.attribute("type").value());
     if (!type) refuseElement(node, "its type is unknown");
     object.type = *type;
-    object.command = textAttribute(node, "command");
+    object.command = shortText(node, "command");
     object.run = static_cast<int>(integerAttribute(node, "run", 0, 0));
-    object.subtype = textAttribute(node, "subtype");
-    object.label = textAttribute(node, "label");
-    object.index = textAttribute(node, "index");
+    object.subtype = shortText(node, "subtype");
+    object.label = shortText(node, "label");
+    object.index = shortText(node, "index");
     object.visible = flagAttribute(node, "visible", true);
-    if (node.attribute("width") || node.attribute("height")) readSize(node, object);
-    if (node.attribute("id")) readPlace(node, object);
+    if (node.attribute("width") || node.attribute("height")) {
+      readSize(node, object);
+    } else if (node.attribute("unit")) {
+      refuseElement(node, "it has the unit of a size and no size");
+    }
+    if (node.attribute("id")) {
+      readPlace(node, object);
+    } else if (node.attribute("part") || hasText(node, "media") || hasText(node, "media-type")) {
+      refuseElement(node, "it says where its content is and has no id");
+    }
   }
 
   static void readSize(pugi::xml_node node, DocumentObject& object) {
@@ -99,7 +175,10 @@ class ManifestReader {
     const auto id =
         static_cast<std::uint64_t>(integerAttribute(node, "id", 0, 1, std::int64_t{kMaxObjectId}));
     StoredPlace place;
-    place.isChart = object.type == ObjectType::kChart;
+    place.type = object.type;
+    if (node.attribute("part") && (hasText(node, "media") || hasText(node, "media-type"))) {
+      refuseElement(node, "it has a part and a medium");
+    }
     place.member = textAttribute(node, "media");
     if (place.member.empty()) {
       const auto parts = static_cast<std::int64_t>(manifest_.parts.size());
@@ -184,13 +263,21 @@ class ManifestWriter {
   /// What is no size is left to whoever shows the object.
   static double writableSide(double side) { return std::isfinite(side) && side > 0 ? side : 0; }
 
+  void writeText(const char* name, const std::string& text) {
+    if (text.size() > kMaxOutlineText) {
+      throw StoreError(StoreError::Kind::kNotWritten,
+                       fmt::format("The {} of an object has more than 1 MiB.", name));
+    }
+    xml_.optionalAttribute(name, text);
+  }
+
   void writeObject(const DocumentObject& object) {
     xml_.attribute("type", objectTypeName(object.type));
-    xml_.optionalAttribute("label", object.label);
-    xml_.optionalAttribute("command", object.command);
+    writeText("label", object.label);
+    writeText("command", object.command);
     if (object.run != 0) xml_.attribute("run", std::int64_t{object.run});
-    xml_.optionalAttribute("subtype", object.subtype);
-    xml_.optionalAttribute("index", object.index);
+    writeText("subtype", object.subtype);
+    writeText("index", object.index);
     if (!object.visible) xml_.attribute("visible", "false");
     if (object.size) {
       xml_.attribute("width", writableSide(object.size->width));

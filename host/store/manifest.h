@@ -22,16 +22,19 @@ inline constexpr int kMaxOutlineDepth = 256;
 inline constexpr std::size_t kMaxObjects = 1'000'000;
 /// Elements and attributes of a manifest, for reader and writer alike.
 inline constexpr std::size_t kMaxManifestNodes = 10'000'000;
+/// Bytes of a text of the outline. They are in memory as long as the document, and shown in one
+/// line.
+inline constexpr std::size_t kMaxOutlineText = std::size_t{1} << 20;
 /// The largest number of an object: every XML tool can hold it exactly.
 inline constexpr std::uint64_t kMaxObjectId = std::uint64_t{1} << 53;
 
 /// Where the content of one object lies: in a part with others, or as a medium in a member of its
 /// own.
 struct StoredPlace {
-  int part = -1;          ///< index into Manifest::parts, -1 for a medium
-  std::string member;     ///< of a medium
-  std::string mediaType;  ///< of a medium
-  bool isChart = false;   ///< the object is a chart
+  int part = -1;                           ///< index into Manifest::parts, -1 for a medium
+  std::string member;                      ///< of a medium
+  std::string mediaType;                   ///< of a medium
+  ObjectType type = ObjectType::kUnknown;  ///< of the object
 };
 
 struct Manifest {
@@ -51,8 +54,8 @@ struct OutlineNumbers {
   bool withModels = true;                                        ///< models are written too
 };
 
-/// Throws StoreError of the kind kNotWritten for headings that are nested too deeply, and for more
-/// objects than kMaxObjects.
+/// Throws StoreError of the kind kNotWritten for headings that are nested too deeply, for more
+/// objects than kMaxObjects, and for texts longer than kMaxOutlineText.
 std::string writeManifest(const DocumentObject& root, const Manifest& manifest,
                           const OutlineNumbers& numbers);
 

@@ -128,7 +128,7 @@ void ReplacedFile::write(std::string_view bytes) {
   size_ = std::max(size_, offset_);
 }
 
-std::optional<FileLock> ReplacedFile::commit() {
+ReplacedFile::Committed ReplacedFile::commit() {
   flushBuffer();
   setPermissions();
   if (uninterrupted([&] { return fsync(descriptor()); }) != 0) {
@@ -136,13 +136,16 @@ std::optional<FileLock> ReplacedFile::commit() {
   }
   putInPlace();
   temporary_.clear();
+  unfinished_.reset();
   oldLock_.reset();
   const int directory = directory_.number();
+  std::string warning;
   // EINVAL: a file system that flushes no directories.
   if (uninterrupted([&] { return fsync(directory); }) != 0 && errno != EINVAL) {
-    fail("The new file is in place, but its directory could not be flushed to the disk", errno);
+    warning = "The new file is in place, but its directory could not be flushed to the disk" +
+              systemReason(errno);
   }
-  return std::exchange(lock_, std::nullopt);
+  return {std::exchange(lock_, std::nullopt), std::move(warning)};
 }
 
 void ReplacedFile::putInPlace() {
@@ -296,6 +299,8 @@ bool ReplacedFile::tryCreateTemporary() {
   // Nobody else reads it before it has its final permissions; without an old file the system gives
   // them, by the process's mask.
   const mode_t mode = hasOldFile_ ? 0600 : 0666;
+  // Before it is there: a signal may come as soon as it is.
+  unfinished_.emplace(directory_.number(), name);
   FileDescriptor file(uninterrupted([&] {
     return openat(directory_.number(), name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
   }));

@@ -22,6 +22,7 @@
 
 #include "host/store/file_descriptor.h"
 #include "host/store/file_lock.h"
+#include "host/store/unfinished_files.h"
 
 namespace vornwout {
 
@@ -52,10 +53,15 @@ class ReplacedFile {
   /// Another descriptor of the new file, to read it with, whatever its name stands for later.
   FileDescriptor duplicate() const;
 
+  /// What has become of the new file.
+  struct Committed {
+    std::optional<FileLock> lock;  ///< on the new file; nothing where its file system has no locks
+    std::string warning;  ///< a sentence where the directory could not be flushed to the disk
+  };
+
   /// Puts the file in the target's place. Gives the lock on the new file, for whoever wants to keep
-  /// it; nothing where the file system has no locks. When the directory could not be flushed it
-  /// throws although the new file is already in place, whole.
-  std::optional<FileLock> commit();
+  /// it. Once the file is in its place nothing can fail any more: there is only a warning.
+  Committed commit();
 
  private:
   void resolve(const std::string& path);
@@ -74,7 +80,8 @@ class ReplacedFile {
   std::string temporaryPrefix_;  // with which the names of its temporaries start
   std::string temporary_;        // the temporary's name; empty when there is none
   FileDescriptor directory_;
-  FileDescriptor unlocked_;  // the temporary, where the file system has no locks
+  std::optional<UnfinishedFile> unfinished_;  // the temporary, where a signal looks for it
+  FileDescriptor unlocked_;                   // the temporary, where the file system has no locks
   std::optional<FileLock> lock_;
 
   const FileLock* own_;

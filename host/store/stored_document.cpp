@@ -61,23 +61,25 @@ void checkMembers(const Manifest& manifest, const ContainerReader& container) {
   }
 }
 
-/// A chart of a file may come from anywhere, so it is taken as when one is added: of the two kinds
-/// there are, and without what could run in it.
-void clean(MediaContent& chart, const std::string& member) {
+/// A picture of a file may come from anywhere, so it is taken as when one is added: sound, and
+/// without what could run in it, whatever the type of its object. A chart is of one of the two
+/// kinds that there are. A model is not shown, and stays as it is.
+void clean(MediaContent& media, ObjectType type, const std::string& member) {
+  if (type == ObjectType::kModel) return;
   const auto refuse = [&](std::string_view reason) {
     throw StoreError(StoreError::Kind::kDamaged, fmt::format("Its part {} cannot be shown. {}",
                                                              quotedMemberName(member), reason));
   };
-  if (chart.mediaType == kPngMediaType) {
-    const std::string problem = pngProblem(*chart.bytes);
+  if (media.mediaType == kPngMediaType) {
+    const std::string problem = pngProblem(*media.bytes);
     if (!problem.empty()) refuse(problem);
-  } else if (chart.mediaType == kSvgMediaType) {
+  } else if (media.mediaType == kSvgMediaType) {
     try {
-      chart.bytes = std::make_shared<const std::string>(sanitizeSvg(*chart.bytes));
+      media.bytes = std::make_shared<const std::string>(sanitizeSvg(*media.bytes));
     } catch (const SvgError& error) {
       refuse(error.what());
     }
-  } else {
+  } else if (type == ObjectType::kChart) {
     refuse("A chart is image/svg+xml or image/png.");
   }
 }
@@ -102,13 +104,13 @@ ObjectContent StoredDocument::load(std::uint64_t id) {
   if (place.part >= 0) {
     ObjectContent content = loadFromPart(place.part, id);
     auto* media = std::get_if<MediaContent>(&content);
-    if (media != nullptr && place.isChart) clean(*media, nameOf(place.part));
+    if (media != nullptr) clean(*media, place.type, nameOf(place.part));
     return content;
   }
   MediaContent media;
   media.mediaType = place.mediaType;
   media.bytes = std::make_shared<const std::string>(container_->read(place.member, kMemberLimit));
-  if (place.isChart) clean(media, place.member);
+  clean(media, place.type, place.member);
   return media;
 }
 

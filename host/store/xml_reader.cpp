@@ -127,12 +127,12 @@ pugi::xml_node rootElement(const pugi::xml_document& document, const char* name)
 }
 
 std::string textAttribute(pugi::xml_node node, const char* name) {
-  if (const pugi::xml_attribute plain = node.attribute(name)) return plain.value();
+  const pugi::xml_attribute plain = node.attribute(name);
   const std::string encoded = std::string(name) + "-base64";
-  if (const pugi::xml_attribute base64 = node.attribute(encoded.c_str())) {
-    return decodeBase64(node, base64.value());
-  }
-  return {};
+  const pugi::xml_attribute base64 = node.attribute(encoded.c_str());
+  if (plain && base64) refuseElement(node, fmt::format("it has {} twice", name));
+  if (plain) return plain.value();
+  return base64 ? decodeBase64(node, base64.value()) : std::string();
 }
 
 bool flagAttribute(pugi::xml_node node, const char* name, bool absent) {

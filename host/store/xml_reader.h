@@ -30,7 +30,7 @@ void parseXml(std::string& bytes, pugi::xml_document& document,
 /// The only element of the document; refuses another name or namespace.
 pugi::xml_node rootElement(const pugi::xml_document& document, const char* name);
 
-/// A text as XmlWriter::attribute() wrote it; empty when it is absent.
+/// A text as XmlWriter::attribute() wrote it; empty when it is absent. Refuses one in both forms.
 std::string textAttribute(pugi::xml_node node, const char* name);
 bool flagAttribute(pugi::xml_node node, const char* name, bool absent = false);
 std::int64_t integerAttribute(pugi::xml_node node, const char* name, std::int64_t absent,

@@ -114,6 +114,19 @@ void ReadableFile::examine() {
                      S_ISDIR(status.st_mode) ? "It is a folder." : "This is no ordinary file.");
   }
   size_ = static_cast<std::uint64_t>(status.st_size);
+  modified_ = status.st_mtim;
+}
+
+void ReadableFile::requireUnchanged() const {
+  struct stat status = {};
+  if (fstat(file_.number(), &status) != 0) {
+    throw StoreError(StoreError::Kind::kNoFile, "The file cannot be read" + systemReason(errno));
+  }
+  if (static_cast<std::uint64_t>(status.st_size) != size_ ||
+      status.st_mtim.tv_sec != modified_.tv_sec || status.st_mtim.tv_nsec != modified_.tv_nsec) {
+    throw StoreError(StoreError::Kind::kDamaged,
+                     "The file was changed by another program since it was opened.");
+  }
 }
 
 zip_source_t* makeZipReadSource(std::shared_ptr<const ReadableFile> file, ReadSourceState& state) {

@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 
+#include <time.h>
 #include <zip.h>
 
 #include "host/store/file_descriptor.h"
@@ -27,12 +28,17 @@ class ReadableFile {
   int descriptor() const { return file_.number(); }
   /// The size when it was opened.
   std::uint64_t size() const { return size_; }
+  /// Throws StoreError of the kind kDamaged when another program has written into the file since it
+  /// was opened: what was found out about it then need not hold any more. A new name, or none, and
+  /// other permissions change nothing of it.
+  void requireUnchanged() const;
 
  private:
   void examine();
 
   FileDescriptor file_;
   std::uint64_t size_ = 0;
+  timespec modified_ = {};
 };
 
 /// What a source tells its owner beside the library.

@@ -11,7 +11,7 @@ constexpr auto kWarning = MessageSeverity::kWarning;
 
 constexpr std::string_view kNameRemedy =
     "A document name is one word that starts with a letter and goes on with letters, digits and "
-    ". _ $ # @; OUTPUT ACTIVATE and CLOSE also take *, CLOSE also ALL.";
+    ". _ $ # @; OUTPUT ACTIVATE, CLOSE and SAVE also take *, CLOSE also ALL.";
 constexpr std::string_view kFileRemedy = "The name of a file stands in quotes.";
 
 constexpr std::array kCatalogue = {

@@ -30,6 +30,10 @@ const CommandDescriptor& guessedGrammar() {
     grammar.addSubComDesc(main);
     SubComDescriptor protect("PASSPROTECT", UPSpecTypes::kKeywords, false, false);
     protect.addParamDesc(password);
+    ParamDescriptor encrypted("ENCRYPTEDPW", UPSpecTypes::kDeclaredValue, false, true);
+    encrypted.addStringValue("YES");
+    encrypted.addStringValue("NO");
+    protect.addParamDesc(encrypted);
     grammar.addSubComDesc(protect);
     return grammar;
   }();
@@ -45,6 +49,23 @@ bool resembles(std::string_view written, std::string_view name) {
   }
   return written.size() + kMostMistakes >= name.size() &&
          editDistance(toUpperCase(written), toUpperCase(name)) <= kMostMistakes;
+}
+
+/// True for what people call a password, whatever a command calls it.
+bool isUsualName(std::string_view written) {
+  const std::string name = toUpperCase(written);
+  return name.find(kUsualName) != std::string::npos || name.ends_with("PW") ||
+         name.ends_with("PWD");
+}
+
+/// True for one of the values that a keyword takes, or one that is meant for it. What has too
+/// little in common with them may be anything.
+bool isMeantForValue(std::string_view written, const ParamDescriptor& param) {
+  const std::string text = toUpperCase(written);
+  return std::any_of(param.values().begin(), param.values().end(), [&](const std::string& value) {
+    if (text.size() > value.size() + kMostMistakes) return false;
+    return editDistance(text, toUpperCase(value)) <= std::min(kMostMistakes, value.size() - 1);
+  });
 }
 
 bool hasSecrets(const SubComDescriptor& subcommand) {
@@ -140,6 +161,7 @@ class SecretScan {
     // A word that is no keyword here counts when it is written like one.
     const bool hasEquals = isOperator(i + 1, OperatorCode::kEquals);
     if (hasEquals && resembles(source(i), kUsualName)) return true;
+    if ((hasEquals || isString(i + 1)) && isUsualName(source(i))) return true;
     return (hasEquals || isString(i + 1)) &&
            std::any_of(names_.begin(), names_.end(),
                        [&](std::string_view name) { return resembles(source(i), name); });
@@ -154,6 +176,9 @@ class SecretScan {
     } else if (namesSecret(at_)) {
       ++at_;
       readSecret();
+    } else if (isName(at_) && isOperator(at_ + 1, OperatorCode::kEquals) && mayTakeSecret(at_)) {
+      ++at_;
+      readSecret();
     } else if (isName(at_) && isOperator(at_ + 1, OperatorCode::kEquals)) {
       at_ += 2;
       passFirstOfValue();
@@ -163,6 +188,23 @@ class SecretScan {
       secret_[at_] = isProtected_ && !isKeyword && tokens_[at_].kind != TokenKind::kOperator;
       ++at_;
     }
+  }
+
+  /// True for a word with an equals sign, in a subcommand of secrets, whose value may be one that
+  /// was meant for another keyword: the word is none, or has values of its own and this is none of
+  /// them.
+  bool mayTakeSecret(std::size_t i) const {
+    if (!isProtected_) return false;
+    const ParamDescriptor* param =
+        subcommand_ == nullptr ? nullptr : subcommand_->findParam(source(i));
+    if (param == nullptr) return true;
+    const std::size_t value = i + 2;
+    if (param->values().empty() || value >= tokens_.size()) return false;
+    // The value was left out, and the next keyword is there.
+    if (isName(value) && isOperator(value + 1, OperatorCode::kEquals)) return false;
+    std::string_view text = source(value);
+    if (isString(value) && text.size() >= 2) text = text.substr(1, text.size() - 2);
+    return !isMeantForValue(text, *param);
   }
 
   void enterSubcommand() {

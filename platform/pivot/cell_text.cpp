@@ -5,13 +5,27 @@
 #include <fmt/format.h>
 
 namespace vornwout {
+namespace {
+
+constexpr double kLargestExactInteger = 9007199254740992;  // 2^53
+constexpr double kSixDigits = 1e5;  // from here on six digits stand before the point
+constexpr double kExponential = 1e15;
+
+std::string generalText(double value) {
+  const double size = std::abs(value);
+  const bool isExact = size <= kLargestExactInteger && value == std::trunc(value);
+  const bool isLarge = size >= kSixDigits && size < kExponential;
+  return isExact || isLarge ? fmt::format("{:.0f}", value) : fmt::format("{:.6g}", value);
+}
+
+}  // namespace
 
 std::string renderNumber(double value, BpFormatSpec format) {
   if (format.display) return renderNumber(value, *format.display);
   // The package shows a number that has no value as a period.
   if (!std::isfinite(value)) return ".";
-  std::string shown = format.type == BpFormatSpec::Type::kCount ? fmt::format("{:.0f}", value)
-                                                                : fmt::format("{:.6g}", value);
+  std::string shown =
+      format.type == BpFormatSpec::Type::kCount ? fmt::format("{:.0f}", value) : generalText(value);
   return shown == "-0" ? "0" : shown;
 }
 

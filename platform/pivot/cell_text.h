@@ -48,7 +48,9 @@ CellText withoutSecrets(const CellText& cell);
 std::string renderText(const CellText& cell);
 
 /// A number as its format shows it: by its display format where it has one, otherwise a count
-/// without decimals, otherwise up to six significant digits.
+/// without decimals, otherwise whole where it is an integer that a double can hold exactly, else in
+/// up to six significant digits, with all that stand before the point, and without an exponent from
+/// 1e-4 to 1e15.
 std::string renderNumber(double value, BpFormatSpec format);
 
 /// Replaces "^1" to "^9" in `text` by the arguments; one without an argument stays as it is, and a

@@ -130,49 +130,31 @@ class Boundaries {
   UText* text_ = nullptr;
 };
 
-struct Cluster {
-  std::size_t end;
-  int width;
-  bool isBlank;
-};
-
-std::vector<Cluster> clustersOf(std::string_view text) {
-  std::vector<Cluster> clusters;
-  clusters.reserve(text.size());
-  std::size_t end = 0;
-  forEachCluster(text, [&](std::string_view cluster, int width) {
-    end += cluster.size();
-    clusters.push_back({end, width, cluster == " " || cluster == "\t"});
-  });
-  return clusters;
-}
-
-/// Fills lines with clusters of one paragraph, the text between two line ends.
+/// Fills lines with clusters of one paragraph, the text between two line ends. It keeps no more of
+/// them than a line has, however long a word is.
 class LineFiller {
  public:
   LineFiller(std::string_view text, int columns, std::vector<std::string>& lines)
       : text_(text), columns_(columns), lines_(lines) {}
 
-  /// Puts what stands between two places where a line may break.
-  void putSegment(const Cluster* first, const Cluster* last) {
-    const Cluster* word = last;
-    while (word != first && (word - 1)->isBlank) --word;
-    int width = 0;
-    for (const Cluster* at = first; at != word; ++at) width += at->width;
-    if (width_ + width > columns_ && lineStart_ != end_) finishLine();
-    for (const Cluster* at = first; at != word; ++at) putCluster(*at);
-    // Blanks at the end of a segment may reach over the edge; they are dropped if a break follows.
-    for (const Cluster* at = word; at != last; ++at) {
-      width_ += at->width;
-      end_ = at->end;
+  /// The next cluster. A segment is what stands between two places where a line may break.
+  void take(std::string_view cluster, int width) {
+    if (cluster == " " || cluster == "\t") {
+      ++blanks_;
+      return;
     }
+    // Blanks within a segment are a part of its word.
+    for (; blanks_ > 0; --blanks_) takeOfWord(1, 1);
+    takeOfWord(cluster.size(), width);
   }
 
-  void finishLine() {
-    std::string_view line = text_.substr(lineStart_, end_ - lineStart_);
-    lines_.emplace_back(line.substr(0, line.find_last_not_of(" \t") + 1));
-    lineStart_ = end_;
-    width_ = 0;
+  void endSegment() {
+    putWaiting();
+    // Blanks at the end of a segment may reach over the edge; they are dropped if a break follows.
+    width_ += static_cast<int>(blanks_);
+    end_ += blanks_;
+    blanks_ = 0;
+    isTooLong_ = false;
   }
 
   /// The last line keeps its blanks where they fit, as nothing is broken there.
@@ -185,39 +167,77 @@ class LineFiller {
   }
 
  private:
-  void putCluster(const Cluster& cluster) {
+  struct Waiting {
+    std::size_t size;
+    int width;
+  };
+
+  void takeOfWord(std::size_t size, int width) {
+    if (isTooLong_) {
+      put({size, width});
+      return;
+    }
+    if (width == 0 && !waiting_.empty()) {
+      waiting_.back().size += size;
+      return;
+    }
+    waiting_.push_back({size, width});
+    waitingWidth_ += width;
+    if (width_ + waitingWidth_ <= columns_) return;
+    // It does not fit beside what stands there; whether it fits alone need not be known.
+    if (lineStart_ != end_) finishLine();
+    isTooLong_ = true;
+    putWaiting();
+  }
+
+  void putWaiting() {
+    for (const Waiting& one : waiting_) put(one);
+    waiting_.clear();
+    waitingWidth_ = 0;
+  }
+
+  void put(const Waiting& cluster) {
     if (width_ + cluster.width > columns_ && lineStart_ != end_) finishLine();
     width_ += cluster.width;
-    end_ = cluster.end;
+    end_ += cluster.size;
+  }
+
+  void finishLine() {
+    std::string_view line = text_.substr(lineStart_, end_ - lineStart_);
+    lines_.emplace_back(line.substr(0, line.find_last_not_of(" \t") + 1));
+    lineStart_ = end_;
+    width_ = 0;
   }
 
   std::string_view text_;
   int columns_;
   std::vector<std::string>& lines_;
   std::size_t lineStart_ = 0;
-  std::size_t end_ = 0;
+  std::size_t end_ = 0;  ///< of what is put
   int width_ = 0;
+  std::vector<Waiting> waiting_;  ///< the word that may still fit
+  int waitingWidth_ = 0;
+  std::size_t blanks_ = 0;  ///< behind the word, each of one byte and one column
+  bool isTooLong_ = false;  ///< the word began a line of its own
 };
 
 void wrapParagraph(std::string_view text, int columns, std::vector<std::string>& lines) {
-  if (text.size() <= static_cast<std::size_t>(columns) && isPrintableAscii(text)) {
+  // No character takes more columns than bytes.
+  if (text.size() <= static_cast<std::size_t>(columns)) {
     lines.emplace_back(text);
     return;
   }
-  const std::vector<Cluster> clusters = clustersOf(text);
   LineFiller filler(text, columns, lines);
   Boundaries breaks(Boundaries::Kind::kLineBreaks, text);
-  const Cluster* const end = clusters.data() + clusters.size();
-  for (const Cluster* first = clusters.data(); first != end;) {
+  std::size_t place = 0;
+  std::size_t end = 0;
+  forEachCluster(text, [&](std::string_view cluster, int width) {
+    end += cluster.size();
+    filler.take(cluster, width);
     // A break inside a cluster is passed over: the segment goes on to the break after it.
-    const std::size_t place = breaks.next();
-    const Cluster* last = first;
-    while (last != end && last->end <= place) ++last;
-    const bool isAtBoundary = last != first && (last - 1)->end == place;
-    if (!isAtBoundary) continue;
-    filler.putSegment(first, last);
-    first = last;
-  }
+    while (place < end) place = breaks.next();
+    if (place == end) filler.endSegment();
+  });
   filler.finishParagraph();
 }
 

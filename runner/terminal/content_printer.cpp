@@ -160,8 +160,10 @@ bool ContentPrinter::operator()(const MediaContent& media) const {
   // A file whose name begins like an option is named in a way that it is none.
   const std::string path = (place_.file.starts_with('-') ? "./" : "") + place_.file;
   // Not wrapped, so that it can be copied.
-  const std::string command =
-      fmt::format("vornwout show {} --object {} --raw > {}", quoted(path), place_.number, file);
+  const std::string password =
+      place_.passwordFile.empty() ? "" : " --password-file " + quoted(place_.passwordFile);
+  const std::string command = fmt::format("vornwout show {} --object {}{} --raw > {}", quoted(path),
+                                          place_.number, password, file);
   out_ << "  " << withStyle(shownLine(command), kDim, style_) << '\n';
   return true;
 }

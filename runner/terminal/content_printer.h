@@ -15,8 +15,9 @@ namespace vornwout {
 
 /// Where an object stands, for what is told about it.
 struct ObjectPlace {
-  std::string file;        ///< as the user wrote it
-  std::size_t number = 0;  ///< in the outline
+  std::string file;          ///< as the user wrote it
+  std::size_t number = 0;    ///< in the outline
+  std::string passwordFile;  ///< with which the file is opened; empty for none
 };
 
 /// Writes the content, every line ended; nothing for one that holds nothing. `object` says what

@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include <fmt/format.h>
 
+#include "platform/adapter/progress_listener.h"
 #include "platform/text/display_width.h"
 #include "runner/terminal/color.h"
 #include "runner/terminal/column_widths.h"
@@ -25,6 +27,8 @@ constexpr int kWidestColumn = 500;   // where neither table nor terminal sets a 
 constexpr int kWidestGrowth = 32;    // a label over several columns widens them up to this
 constexpr int kNarrowestCover = 12;  // room in a panel for a label over columns of several panels
 constexpr std::size_t kMostEmptyPanels = 10;  // above, panels without values are left out
+constexpr int kRowsBetweenReports = 256;
+constexpr std::size_t kMostOfACell = 64 << 10;  // bytes
 constexpr std::string_view kBold = "1";
 constexpr std::string_view kDim = "2";
 constexpr std::string_view kItalic = "3";
@@ -47,9 +51,12 @@ std::string withMarks(std::string text, const std::vector<int>& notes, const Tab
   return text + "]";
 }
 
-/// A cell's text with its footnote marks.
+/// A cell's text with its footnote marks; the start of one that nobody would read to its end.
 std::string markedText(const GridCell& cell, const TableGrid& grid) {
-  return withMarks(shownText(cell.text), cell.notes, grid);
+  const std::string_view start = startOf(cell.text, kMostOfACell);
+  std::string text = shownText(start);
+  if (start.size() < cell.text.size()) text += "…";
+  return withMarks(std::move(text), cell.notes, grid);
 }
 
 /// Measures the columns of a grid.
@@ -309,6 +316,7 @@ void PanelPainter::paint() {
   for (int row = 0; row < grid_.rowCount; ++row) {
     beginRow(row);
     paintRow();
+    if (row % kRowsBetweenReports == 0) reportWithinStep(at(row), at(grid_.rowCount));
     if (row + 1 == grid_.headerRows) paintBorder("├", "┼", "┤");
   }
   paintBorder("└", "┴", "┘");

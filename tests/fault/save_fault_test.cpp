@@ -5,14 +5,20 @@
 // temporary file stays, except where the process was killed: there the next save removes it.
 #include <filesystem>
 #include <set>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include "host/controller/output_controller.h"
 #include "host/store/container_reader.h"
 #include "host/store/container_writer.h"
+#include "host/store/document_store.h"
+#include "host/store/file_lock.h"
 #include "host/store/password_key.h"
 #include "host/store/store_error.h"
+#include "platform/adapter/output_sink.h"
 #include "tests/support/program_run.h"
 #include "tests/support/system_faults.h"
 
@@ -65,7 +71,8 @@ class SaveFault : public testing::TestWithParam<SaveCase> {
     if (GetParam().hasOldFile) scratch_.write("place/report.qxv", "the old file");
   }
 
-  void save() const {
+  /// What was said of the save that succeeded.
+  std::string save() const {
     ContainerReader reader(other_);
     reader.setPassword(GetParam().password);
     // Little memory, so that parts go to the scratch file too.
@@ -74,7 +81,7 @@ class SaveFault : public testing::TestWithParam<SaveCase> {
     writer.add("text", std::string(20'000, 't'));
     writer.add("noise", noise(40'000));
     writer.copy(reader, "kept");
-    writer.commit();
+    return writer.commit().warning;
   }
 
   bool isOld() const {
@@ -109,14 +116,16 @@ TEST_P(SaveFault, CallThatFailsLeavesTheOldFileOrTheNewOne) {
   for (const int error : {EIO, ENOSPC, EACCES}) {
     bool struck = true;
     int refused = 0;
+    int warned = 0;
     for (long n = 1; struck; ++n) {
       ASSERT_LT(n, kMostCalls);
       writeOld();
       std::string reason;
+      std::string warning;
       {
         const SystemFault fault(n, error);
         try {
-          save();
+          warning = save();
         } catch (const StoreError& caught) {
           reason = caught.what();
         }
@@ -129,10 +138,16 @@ TEST_P(SaveFault, CallThatFailsLeavesTheOldFileOrTheNewOne) {
         ++refused;
         EXPECT_TRUE(struck) << reason;
         EXPECT_TRUE(reason.ends_with(".")) << reason;
-        EXPECT_TRUE(isOld() || (isNew() && reason.starts_with("The new file is in place")))
-            << "call " << n << ", error " << error << ": " << reason;
+        EXPECT_TRUE(isOld()) << "call " << n << ", error " << error << ": " << reason;
       }
+      if (warning.empty()) continue;
+      ++warned;
+      EXPECT_TRUE(struck);
+      EXPECT_TRUE(warning.starts_with(
+          "The new file is in place, but its directory could not be flushed to the disk: "))
+          << warning;
     }
+    EXPECT_EQ(warned, 1);
     EXPECT_GT(refused, 10) << "the faults did not reach the save";
   }
 }
@@ -179,6 +194,98 @@ INSTANTIATE_TEST_SUITE_P(Every, SaveFault,
                                          SaveCase{"OfANewFile", "", false},
                                          SaveCase{"WithAPassword", "secret", true}),
                          [](const auto& test) { return test.param.condition; });
+
+/// Hears what goes into the output.
+class RecordingMessages : public OutputSink {
+ public:
+  void outputMessage(const OutputMessageRecord& message) override {
+    texts.push_back(message.shownText());
+  }
+
+  std::vector<std::string> texts;
+
+ private:
+  SinkRegistration registration_{*this};
+};
+
+VornwMsgOutputControllerRequest lockedRequest(OutputControllerCommand command,
+                                              const std::string& path) {
+  return {1,
+          command,
+          "",
+          path.c_str(),
+          OutputDocumentLock::kLocked,
+          OutputDocumentMinimized::kNo,
+          OutputDocumentType::kUnspecified,
+          "",
+          OutputDocumentEncryptPW::kNo,
+          YesNoEnum::kYes};
+}
+
+TEST(LockFault, DocumentThatIsSavedIsLockedOrSaysThatItIsNot) {
+  const ScratchDirectory scratch;
+  const std::string path = scratch.file("report.qxv");
+  // The calls are the same each time: there is an old file from the first one on.
+  Document document(1, "", false);
+  saveDocument(document, path, {});
+  for (const int error : {EIO, ENOLCK}) {
+    bool struck = true;
+    int unlocked = 0;
+    int unflushed = 0;
+    for (long n = 1; struck; ++n) {
+      ASSERT_LT(n, kMostCalls);
+      OutputController controller;
+      controller.documentForOutput();
+      RecordingMessages messages;
+      bool isSaved = false;
+      {
+        VornwMsgOutputControllerResponse response;
+        const SystemFault fault(n, error);
+        isSaved =
+            controller.SendRequest(lockedRequest(OutputControllerCommand::kSave, path), response);
+      }
+      struck = SystemFault::hasStruck();
+      const bool isLocked = fs::exists(path) && FileLock::isLockedByAnother(path);
+      std::string said = messages.texts.empty() ? "" : messages.texts.front();
+      if (said == path + " was saved, but is not locked, because its file system has no locks.") {
+        ++unlocked;
+        EXPECT_TRUE(isSaved && !isLocked);
+      } else {
+        EXPECT_EQ(isLocked, isSaved) << "call " << n << ", error " << error << ": " << said;
+        if (!said.empty()) ++unflushed;
+        EXPECT_TRUE(said.empty() ||
+                    said.starts_with("The output document " + path +
+                                     " was saved. The new file is in place, but its directory "))
+            << said;
+      }
+    }
+    EXPECT_EQ(unlocked, error == ENOLCK ? 1 : 0);
+    EXPECT_EQ(unflushed, 1);
+  }
+}
+
+TEST(LockFault, DocumentThatCannotBeLockedNamesTheRemedy) {
+  const ScratchDirectory scratch;
+  const std::string path = scratch.file("report.qxv");
+  Document document(1, "", false);
+  saveDocument(document, path, {});
+  bool isSaid = false;
+  bool struck = true;
+  for (long n = 1; struck; ++n) {
+    ASSERT_LT(n, kMostCalls);
+    OutputController controller;
+    VornwMsgOutputControllerResponse response;
+    {
+      const SystemFault fault(n, ENOLCK);
+      controller.SendRequest(lockedRequest(OutputControllerCommand::kOpen, path), response);
+    }
+    struck = SystemFault::hasStruck();
+    isSaid = isSaid || response.GetMsgString().view() ==
+                           "The output document ^1 was not opened. The file cannot be locked, "
+                           "because its file system has no locks. LOCK=NO opens it.";
+  }
+  EXPECT_TRUE(isSaid);
+}
 
 TEST(OpenFault, CallThatFailsIsReportedWithItsReason) {
   const ScratchDirectory scratch;

@@ -1,5 +1,6 @@
 #include "host/store/container_reader.h"
 
+#include <chrono>
 #include <filesystem>
 #include <thread>
 
@@ -36,6 +37,8 @@ Failure failureOf(Action action) {
   ADD_FAILURE() << "no StoreError was thrown";
   return {Kind::kNoFile, ""};
 }
+
+constexpr const char* kChanged = "The file was changed by another program since it was opened.";
 
 std::string xmlText(int rows) {
   std::string text = "<rows>";
@@ -482,7 +485,33 @@ TEST_F(ContainerReaderTest, FileThatIsCutShortWhileItIsOpenIsDamaged) {
   const Failure failure = failureOf([&] { reader.read("parts/one.xml"); });
   EXPECT_EQ(failure.kind, Kind::kDamaged);
   EXPECT_EQ(failure.reason, "The part \"parts/one.xml\" is missing: the file has been cut short.");
-  EXPECT_EQ(reader.read("mimetype"), "application/test");
+  // What is still there need not be what was there.
+  EXPECT_EQ(failureOf([&] { reader.read("mimetype"); }).reason, kChanged);
+}
+
+TEST_F(ContainerReaderTest, FileThatIsWrittenOverWhileItIsOpenIsNoticed) {
+  for (const char* password : {"", "secret"}) {
+    writeContainer(path(), password);
+    const std::string bytes = scratch_.read("container");
+    ContainerReader reader(path());
+    reader.setPassword(password);
+    const std::unique_ptr<RawMember> raw = reader.rawMember("parts/one.xml");
+    // Another name, none, and other permissions leave the bytes as they are.
+    ASSERT_EQ(rename(path().c_str(), scratch_.file("other").c_str()), 0);
+    ASSERT_EQ(chmod(scratch_.file("other").c_str(), 0600), 0);
+    EXPECT_EQ(reader.read("parts/one.xml"), xmlText(60));
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    scratch_.write("other", bytes);
+    const Failure failure = failureOf([&] { reader.read("parts/one.xml"); });
+    EXPECT_EQ(failure.kind, Kind::kDamaged);
+    EXPECT_EQ(failure.reason, kChanged);
+    EXPECT_EQ(failureOf([&] {
+                std::string target(raw->compressedSize(), '\0');
+                raw->open();
+                raw->readSome(target.data(), target.size());
+              }).reason,
+              kChanged);
+  }
 }
 
 TEST_F(ContainerReaderTest, ReadersOfOneFileWorkInTheirOwnThreads) {

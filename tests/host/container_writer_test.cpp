@@ -144,6 +144,38 @@ TEST_F(ContainerWriterTest, NamesAreMarkedAsUtf8) {
   EXPECT_TRUE(ContainerReader(path()).contains("表.xml"));
 }
 
+TEST_F(ContainerWriterTest, EncryptedMembersHaveNoChecksumOfTheirReadableBytes) {
+  writeParts(path("old"), {"secret", 2}, 5);
+  ContainerReader old(path("old"));
+  old.setPassword("secret");
+  for (const char* password : {"secret", "other", ""}) {
+    {
+      ContainerWriter writer(path(), {password, 2});
+      writer.add("mimetype", "application/test");
+      for (int i = 0; i < 5; ++i) writer.copy(old, "parts/" + std::to_string(i));
+      writer.copy(old, "stored");
+      writer.add("new", partText(2));
+      writer.commit();
+    }
+    ContainerReader reader(path());
+    reader.setPassword(password);
+    for (const char* name : {"parts/0", "parts/4", "new"}) {
+      EXPECT_EQ(reader.rawMember(name)->checksum() == 0, *password != '\0') << name;
+    }
+    EXPECT_NE(reader.rawMember("mimetype")->checksum(), 0u);
+    EXPECT_EQ(reader.read("parts/4"), partText(4));
+    EXPECT_EQ(reader.read("stored"), std::string(1'000, 's'));
+    // The header before each member says the same as the list at the end.
+    const std::string bytes = scratch_.read("new");
+    const std::string local("PK\3\4", 4);
+    for (std::size_t at = bytes.find("parts/4"); at != std::string::npos;
+         at = bytes.find("parts/4", at + 1)) {
+      if (at < 30 || bytes.compare(at - 30, 4, local) != 0) continue;
+      EXPECT_EQ(bytes.substr(at - 16, 4) == std::string(4, '\0'), *password != '\0');
+    }
+  }
+}
+
 TEST_F(ContainerWriterTest, OtherReadersFindTheSame) {
   for (const char* password : {"", "secret"}) {
     writeParts(path(), {password, 2}, 20);

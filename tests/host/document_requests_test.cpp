@@ -391,6 +391,26 @@ TEST_F(DocumentRequestsTest, SavingCanTakeAndReleaseTheLock) {
   EXPECT_TRUE(isFree(path_));
 }
 
+TEST_F(DocumentRequestsTest, ALockGoesOnWhereAProgramHasReplacedTheFile) {
+  make("sales");
+  ASSERT_EQ(save({"sales", path_, Lock::kLocked}), "");
+  const std::string link = folder_.file("link.qxv");
+  std::filesystem::create_symlink("report.qxv", link);
+  for (const std::string& path : {path_, link}) {
+    folder_.write("foreign", "foreign");
+    std::filesystem::rename(folder_.file("foreign"), path_);
+    EXPECT_TRUE(isFree(path_));
+    ASSERT_EQ(save({"sales", path}), "");
+    EXPECT_FALSE(isFree(path_)) << path;
+  }
+  // The same where the file is gone.
+  std::filesystem::remove(path_);
+  ASSERT_EQ(save({"sales", path_}), "");
+  EXPECT_FALSE(isFree(path_));
+  ASSERT_EQ(save({"sales", path_, Lock::kUnlocked}), "");
+  EXPECT_TRUE(isFree(path_));
+}
+
 TEST_F(DocumentRequestsTest, SavingElsewhereKeepsTheLockOnTheFirstFile) {
   make("sales");
   ASSERT_EQ(save({"", path_}), "");
@@ -493,6 +513,52 @@ TEST_F(DocumentRequestsTest, OpeningAndSavingTellHowFarTheyAre) {
   EXPECT_THAT(recorder.reports,
               testing::ElementsAre("Opening report.qxv 0/2", "Opening report.qxv 1/2",
                                    "Opening report.qxv 2/2"));
+}
+
+TEST_F(DocumentRequestsTest, WhatIsTakenOverCountsWhenItIsCopied) {
+  class Counter : public ProgressListener {
+   public:
+    void progress(std::string_view, std::uint64_t done, std::uint64_t total) override {
+      isGrowing = isGrowing && done >= last;
+      last = done;
+      all = total;
+      reports += done > 0 && done < total ? 1 : 0;
+    }
+    bool isGrowing = true;
+    std::uint64_t last = 0;
+    std::uint64_t all = 0;
+    int reports = 0;
+  };
+  make("sales");
+  for (int i = 0; i < 500; ++i) {
+    DocumentObject chart;
+    chart.type = ObjectType::kChart;
+    chart.content = ObjectContent(
+        MediaContent{"image/svg+xml",
+                     std::make_shared<std::string>("<svg xmlns=\"http://www.w3.org/2000/svg\"/>")});
+    controller_.activeDocument()->append(std::move(chart));
+  }
+  ASSERT_EQ(save({"", path_}), "");
+  Counter counter;
+  const ProgressRegistration registration(counter);
+  ASSERT_EQ(save({"", folder_.file("other.qxv")}), "");
+  EXPECT_TRUE(counter.isGrowing);
+  // Its part, 501 objects, the outline, the disk.
+  EXPECT_EQ(counter.all, 504U);
+  EXPECT_EQ(counter.last, 504U);
+  EXPECT_GT(counter.reports, 400);
+  // A listener that ends the work ends it.
+  class Leaver : public ProgressListener {
+   public:
+    void progress(std::string_view, std::uint64_t done, std::uint64_t) override {
+      if (done > 100) throw StoreError(StoreError::Kind::kNotWritten, "Enough.");
+    }
+  };
+  Leaver leaver;
+  const ProgressRegistration ending(leaver);
+  const std::string third = folder_.file("third.qxv");
+  EXPECT_EQ(save({"", third}), "The output document " + third + " was not saved. Enough.");
+  EXPECT_FALSE(std::filesystem::exists(third));
 }
 
 TEST_F(DocumentRequestsTest, AFileThatMayNotBeWrittenOpensUnlocked) {

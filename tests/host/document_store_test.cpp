@@ -1,9 +1,12 @@
 #include "host/store/document_store.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
+#include <filesystem>
 #include <limits>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -297,63 +300,53 @@ TEST_F(DocumentStoreTest, APasswordCanBeChangedTakenAwayAndGiven) {
   }
 }
 
-TEST_F(DocumentStoreTest, WhatIsNoDocumentIsRefused) {
-  struct Case {
-    std::vector<std::pair<std::string, std::string>> members;
-    const char* reason;
-  };
-  const std::string start = "<document xmlns='urn:vornwout:document:1' version='1'>";
-  const std::string noParts = start + "<runs/><parts/>";
-  const std::string onePart = start + "<runs/><parts><part name='p.xml'/></parts>";
-  const std::string log = "<object type='log' id='1' part='1'/>";
-  const Case cases[] = {
-      {{{"a", "b"}}, "It is no output document: it has no manifest.xml."},
-      {{{"manifest.xml", "no"}},
-       "Its part manifest.xml cannot be read: near line 1: a text stands outside of its root "
-       "element."},
-      {{{"manifest.xml", "<document/>"}},
-       "Its part manifest.xml cannot be read: document: its namespace is not "
-       "urn:vornwout:document:1."},
-      {{{"manifest.xml", "<objects xmlns='urn:vornwout:document:1'/>"}},
-       "Its part manifest.xml cannot be read: its element is objects where document is expected."},
-      {{{"manifest.xml", "<document xmlns='urn:vornwout:document:1' version='2'/>"}},
-       "Its part manifest.xml cannot be read: document: version 2 of the format is not known; a "
-       "newer program may read it."},
-      {{{"manifest.xml", onePart + "<outline/></document>"}},
-       "Its part manifest.xml cannot be read: the part \"p.xml\" is missing."},
-      {{{"manifest.xml", noParts + "<outline><dog/></outline></document>"}},
-       "Its part manifest.xml cannot be read: outline: it holds an element dog."},
-      {{{"manifest.xml", noParts + "<outline><object type='dog'/></outline></document>"}},
-       "Its part manifest.xml cannot be read: object: its type is unknown."},
-      {{{"manifest.xml", noParts + "<outline>" + log + "</outline></document>"}},
-       "Its part manifest.xml cannot be read: object: a number is not an integer, or out of "
-       "bounds."},
-      {{{"manifest.xml", noParts + "<outline><object type='log' id='1'/></outline></document>"}},
-       "Its part manifest.xml cannot be read: object: it says neither its part nor its medium."},
-      {{{"manifest.xml", onePart + "<outline>" + log + log + "</outline></document>"},
-        {"p.xml", ""}},
-       "Its part manifest.xml cannot be read: object: the number 1 stands twice."},
-      {{{"manifest.xml", noParts + "<outline><object type='log'><object type='log'/></object>"
-                                   "</outline></document>"}},
-       "Its part manifest.xml cannot be read: object: objects stand below one that is no "
-       "heading."},
-      {{{"manifest.xml", onePart + "<outline>" + log + "</outline></document>"},
-        {"p.xml", "<objects xmlns='urn:vornwout:document:1'/>"}},
-       "Its part p.xml cannot be read: object 1 is missing."},
-      {{{"manifest.xml", onePart + "<outline>" + log + "</outline></document>"},
-        {"p.xml",
-         "<objects xmlns='urn:vornwout:document:1'><log object='1'/><log object='1'/>"
-         "</objects>"}},
-       "Its part p.xml cannot be read: log: object 1 stands twice."},
-      {{{"manifest.xml", onePart + "<outline>" + log + "</outline></document>"},
-        {"p.xml", "<objects xmlns='urn:vornwout:document:1'><dog object='1'/></objects>"}},
-       "Its part p.xml cannot be read: dog: no content has this name."},
-  };
-  for (const Case& c : cases) {
-    const StoreError error = openingFails(container(c.members));
-    EXPECT_STREQ(error.what(), c.reason);
-    EXPECT_EQ(error.kind(), Kind::kDamaged) << c.reason;
+TEST_F(DocumentStoreTest, MediaArePackedByTheNewFilesEncryption) {
+  Document made(1, "", false);
+  for (int i = 0; i < 50; ++i) {
+    made.append(mediaObject(ObjectType::kChart, "image/svg+xml", kSvg));
   }
+  made.append(mediaObject(ObjectType::kModel, "application/xml", "<m/>"));
+  made.append(mediaObject(ObjectType::kChart, "image/png", pngPicture(std::string(70'000, 'p'))));
+  saveDocument(made, path_, {});
+  // Four members of an encrypted file: its type, a part, the large picture, the outline.
+  const struct {
+    const char* password;
+    std::size_t members;
+  } saves[] = {{"first", 4}, {"first", 4}, {"second", 4}, {"", 54}, {"", 54}, {"third", 4}};
+  std::string password;
+  for (const auto& save : saves) {
+    SCOPED_TRACE(save.password);
+    const auto document = openDocument(path_, {password});
+    saveDocument(*document, path_, {DocumentFileType::kQxv, save.password});
+    password = save.password;
+    EXPECT_EQ(memberNames(path_).size(), save.members);
+    EXPECT_TRUE(sameObject(openDocument(path_, {password})->root(), made.root()));
+  }
+  // The same without opening it in between.
+  for (const auto& save : saves) {
+    saveDocument(made, path_, {DocumentFileType::kQxv, save.password});
+    EXPECT_EQ(memberNames(path_).size(), save.members) << save.password;
+    EXPECT_TRUE(sameObject(openDocument(path_, {save.password})->root(), made.root()));
+  }
+}
+
+TEST_F(DocumentStoreTest, AFileThatWasWrittenOverIsNotTakenOver) {
+  Document made = documentOfLogs(20, 20'000);
+  saveDocument(made, path_, {});
+  const std::string copy = folder_.file("copy.qxv");
+  const auto document = openDocument(path_);
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  std::string bytes = folder_.read("report.qxv");
+  bytes[200] = static_cast<char>(bytes[200] ^ 1);
+  folder_.write("report.qxv", bytes);
+  try {
+    saveDocument(*document, copy, {});
+    ADD_FAILURE() << "it was saved";
+  } catch (const StoreError& error) {
+    EXPECT_STREQ(error.what(), "The file was changed by another program since it was opened.");
+  }
+  EXPECT_FALSE(std::filesystem::exists(copy));
+  EXPECT_THROW(readAll(*document), StoreError);
 }
 
 /// A document of one part; `outline` and `contents` as they stand in the file.
@@ -522,6 +515,24 @@ TEST_F(DocumentStoreTest, ScriptsOfAChartAreGoneWhenItIsRead) {
               R"(<svg xmlns="http://www.w3.org/2000/svg"><g id="a"/></svg>)");
     EXPECT_EQ(*back->root().children[1].content.as<MediaContent>()->bytes, svg) << "a model";
     EXPECT_THROW(back->root().children[2].content.get(), StoreError);
+  }
+}
+
+TEST_F(DocumentStoreTest, ScriptsOfAnyShownPictureAreGoneWhenItIsRead) {
+  const std::string svg = R"x(<svg xmlns="http://www.w3.org/2000/svg" onload="alert(1)"/>)x";
+  for (const ObjectType type : {ObjectType::kText, ObjectType::kTable, ObjectType::kTree,
+                                ObjectType::kOther, ObjectType::kUnknown}) {
+    Document document(1, "", false);
+    document.append(mediaObject(type, "image/svg+xml", svg));
+    document.append(mediaObject(type, "application/xml", "<m/>"));
+    document.append(mediaObject(type, "image/png", "notpng"));
+    for (const char* password : {"", "s3cret"}) {
+      saveDocument(document, path_, {DocumentFileType::kQxv, password});
+      const auto back = openDocument(path_, {password});
+      EXPECT_EQ(*back->root().children[0].content.as<MediaContent>()->bytes, kSvg);
+      EXPECT_EQ(*back->root().children[1].content.as<MediaContent>()->bytes, "<m/>");
+      EXPECT_THROW(back->root().children[2].content.get(), StoreError);
+    }
   }
 }
 

@@ -38,7 +38,7 @@ std::optional<FileLock> replace(const std::string& path, const std::string& cont
                                 const FileLock* own) {
   ReplacedFile file(path, own);
   file.write(content);
-  return file.commit();
+  return file.commit().lock;
 }
 
 TEST(FileLock, ExcludesEveryOtherUntilItEnds) {

@@ -198,10 +198,12 @@ TEST(Manifest, MistakeInAFileIsSaidAtItsPlaceThere) {
             "bad.md:2:2: This byte is no character in UTF-8. Save the text as UTF-8.");
   EXPECT_EQ(errorOf(object("\"type\": \"chart\", \"file\": \"none.svg\"")),
             "none.svg:0:0: There is no such file.");
-  EXPECT_EQ(errorOf(object("\"type\": \"table\", \"csv\": \"a.csv\", \"columns\": [\"year\"], "
-                           "\"value\": \"region\"")),
-            "a.csv:2:1: \"North\" is no number. If the column holds texts, say so; decimal mark "
-            "and thousands separator can be given as well.");
+  EXPECT_EQ(
+      errorOf(object("\"type\": \"table\", \"csv\": \"a.csv\", \"columns\": [\"year\"], "
+                     "\"value\": \"region\"")),
+      "a.csv:2:1: \"North\" is no number. For a column of texts a manifest has \"text\": true, "
+      "the command line --format A8; decimal mark and thousands separator can be given as "
+      "well.");
 }
 
 TEST(Manifest, WhatIsNoSoundJsonIsRefused) {

@@ -302,7 +302,7 @@ TEST_F(ReplacedFileTest, NobodyLocksOrReplacesAFileThatIsBeingReplaced) {
     EXPECT_FALSE(FileLock::tryLock(path()));
     EXPECT_TRUE(isHeldByAnother([&] { save(path(), "another"); }));
     file.write("new");
-    const std::optional<FileLock> lock = file.commit();
+    const std::optional<FileLock> lock = file.commit().lock;
     EXPECT_FALSE(FileLock::tryLock(path())) << "the new file's lock is the caller's";
   }
   EXPECT_TRUE(FileLock::tryLock(path()));

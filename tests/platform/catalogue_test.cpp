@@ -63,7 +63,7 @@ TEST(Catalogue, DocumentsEveryRemedyOfARow) {
             "Put the values between ( and ).");
   EXPECT_EQ(documentedRemedy(messageEntry(MessageKey::kWrongValueType)),
             "NAME: A document name is one word that starts with a letter and goes on with letters, "
-            "digits and . _ $ # @; OUTPUT ACTIVATE and CLOSE also take *, CLOSE also ALL. "
+            "digits and . _ $ # @; OUTPUT ACTIVATE, CLOSE and SAVE also take *, CLOSE also ALL. "
             "FILE, OUTFILE, DOCUMENTFILE, IMAGEROOT: The name of a file stands in quotes. Others: "
             "A text of several words stands in quotes.");
 }

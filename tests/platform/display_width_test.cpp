@@ -133,7 +133,16 @@ TEST(DisplayWidthTest, textWrapsAtWordsAndInsideOnlyWhereItMust) {
        "bc",
        2,
        {"ae\xCC\x81", "bc"}},
-      {"\xFF\xFF", 1, {kBad, kBad}}};
+      {"\xFF\xFF", 1, {kBad, kBad}},
+      // A blank within a word, and blanks of two kinds at a break.
+      {"ab \xC2\xA0"
+       "cd",
+       4,
+       {"ab",
+        "\xC2\xA0"
+        "cd"}},
+      {"(word \t\xC2\xA0\xE6\x97\xA5", 5, {"(word", "\xC2\xA0\xE6\x97\xA5"}},
+      {"ab \t cd", 2, {"ab", "cd"}}};
   for (const auto& c : cases) EXPECT_EQ(wrapToWidth(c.text, c.columns), c.lines) << c.text;
 }
 

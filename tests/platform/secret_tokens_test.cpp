@@ -39,7 +39,10 @@ CommandDescriptor saveGrammar() {
   ParamDescriptor password("PASSWORD", UPSpecTypes::kString, false, true);
   password.setSecret();
   protect.addParamDesc(password);
-  protect.addParamDesc("ENCRYPTEDPW", UPSpecTypes::kDeclaredValue, false, true);
+  ParamDescriptor encrypted("ENCRYPTEDPW", UPSpecTypes::kDeclaredValue, false, true);
+  encrypted.addStringValue("YES");
+  encrypted.addStringValue("NO");
+  protect.addParamDesc(encrypted);
   command.addSubComDesc(protect);
   command.addSubComDesc({"OTHER", UPSpecTypes::kKeywords, false, false});
   return command;
@@ -165,7 +168,7 @@ TEST(SecretTokens, AreTextsWithoutAKeywordInASubcommandOfSecrets) {
       {"SAVE /PASSPROTECT 's'", "SAVE / PASSPROTECT ***"},
       {"SAVE /PASSPROTECT='s'", "SAVE / PASSPROTECT = ***"},
       {"SAVE /PASSPROTECT s 5 (", "SAVE / PASSPROTECT *** *** ("},
-      {"SAVE /PASSPROTECT FOO=a 's'", "SAVE / PASSPROTECT FOO = a ***"},
+      {"SAVE /PASSPROTECT FOO=a 's'", "SAVE / PASSPROTECT FOO = *** ***"},
       {"SAVE /PASPROTECT 's' PASSWORD='t'", "SAVE / PASPROTECT *** PASSWORD = ***"},
       {"SAVE /PASSPROTECT PASSWORD='s' /X 't'", "SAVE / PASSPROTECT PASSWORD = *** / X ***"},
       {"SAVE /PASSPROTECT PASSWORD='s' /OTHER 't'",
@@ -177,6 +180,41 @@ TEST(SecretTokens, AreTextsWithoutAKeywordInASubcommandOfSecrets) {
        "SAVE NAME = 'NAME' 'b' / PASSPROTECT PASSWORD = ***"},
   };
   for (const SecretCase& row : cases) EXPECT_EQ(shown(row.source, &grammar), row.shown);
+}
+
+TEST(SecretTokens, AreValuesThatMayHaveBeenMeantForThePassword) {
+  const CommandDescriptor save = saveGrammar();
+  const SecretCase saves[] = {
+      {"SAVE /PASSPROTECT ENCRYPTEDPW='geheim'", "SAVE / PASSPROTECT ENCRYPTEDPW = ***"},
+      {"SAVE /PASSPROTECT ENCRYPTEDPW=my/s PASSWORD=",
+       "SAVE / PASSPROTECT ENCRYPTEDPW = *** *** *** PASSWORD ="},
+      {"SAVE /PASSPROTECT ENCRYPTEDPW=(YES geheim)",
+       "SAVE / PASSPROTECT ENCRYPTEDPW = *** *** *** ***"},
+      {"SAVE /PASSPROTECT ENCRYPTEDPW=-5", "SAVE / PASSPROTECT ENCRYPTEDPW = ***"},
+      {"SAVE /PASSPROTECT ENCRYPTEDPW=YES='s'", "SAVE / PASSPROTECT ENCRYPTEDPW = YES = ***"},
+      {"SAVE /PASSPROTECT ENCRYPTEDPW=xy", "SAVE / PASSPROTECT ENCRYPTEDPW = ***"},
+      {"SAVE /PASSPROTECT ENCRYPTEDPW='yes '", "SAVE / PASSPROTECT ENCRYPTEDPW = 'yes '"},
+      {"SAVE /PASSPROTECT ENCRYPTEDPW=N", "SAVE / PASSPROTECT ENCRYPTEDPW = N"},
+      {"SAVE /PASSPROTECT ENCRYPTEDPW= PASSWORD='s'",
+       "SAVE / PASSPROTECT ENCRYPTEDPW = PASSWORD = ***"},
+      {"SAVE /PASSPROTECT ENCRYPTEDPW=", "SAVE / PASSPROTECT ENCRYPTEDPW ="},
+      {"SAVE /PASSPROTECT PW='s'", "SAVE / PASSPROTECT PW = ***"},
+      {"SAVE /PASSPROTECT PWD=s ENCRYPTEDPW=NO", "SAVE / PASSPROTECT PWD = *** ENCRYPTEDPW = NO"},
+      {"SAVE /PASSPROTECT KEY='s'", "SAVE / PASSPROTECT KEY = ***"},
+      {"SAVE /PASSPROTECT ENCRYPTEDPASSWORD='s'", "SAVE / PASSPROTECT ENCRYPTEDPASSWORD = ***"},
+      {"SAVE FILE='a' PW='s' NAME=b", "SAVE FILE = 'a' PW = *** NAME = b"},
+      {"SAVE FILE='a' MYPASSWORD 's'", "SAVE FILE = 'a' MYPASSWORD ***"},
+  };
+  for (const SecretCase& row : saves) EXPECT_EQ(shown(row.source, &save), row.shown);
+  const CommandDescriptor open = openGrammar();
+  const SecretCase opens[] = {
+      {"OPEN FILE='a' PWD='s' LOCK=YES", "OPEN FILE = 'a' PWD = *** LOCK = YES"},
+      {"OPEN FILE='a' PW 's'", "OPEN FILE = 'a' PW ***"},
+      {"OPEN FILE='a' ENCRYPTEDPW=YES 's'", "OPEN FILE = 'a' ENCRYPTEDPW = *** ***"},
+      {"OPEN FILE='a' KEY='s'", "OPEN FILE = 'a' KEY = 's'"},
+      {"OPEN FILE=PW LOCK=YES", "OPEN FILE = PW LOCK = YES"},
+  };
+  for (const SecretCase& row : opens) EXPECT_EQ(shown(row.source, &open), row.shown);
 }
 
 TEST(SecretTokens, AreNoneWhereTheWordIsAValue) {

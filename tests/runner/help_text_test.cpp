@@ -41,7 +41,7 @@ TEST(HelpText, OverviewListsTheCommandsOfThisVersion) {
 TEST(HelpText, OverviewOfAStartListsWhatBeginsWithItsWords) {
   EXPECT_EQ(commandOverview("output"), commandOverview());
   EXPECT_THAT(commandOverview("OUTPUT"), HasSubstr("OUTPUT NEW"));
-  for (const char* start : {"outp", "STB", "NEW", "OUTPUT NEW"}) {
+  for (const char* start : {"outp", "PIVOT", "NEW", "OUTPUT NEW"}) {
     EXPECT_EQ(commandOverview(start), "") << start;
   }
 }

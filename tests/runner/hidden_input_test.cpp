@@ -4,6 +4,8 @@
 #include <csignal>
 #include <cstdlib>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,6 +15,7 @@
 #include <unistd.h>
 #include <utmp.h>
 
+#include "host/store/document_store.h"
 #include "tests/support/clean_environment.h"
 #include "tests/support/scratch_directory.h"
 
@@ -21,10 +24,12 @@ namespace {
 
 constexpr int kPatience = 20'000;  // milliseconds
 
-/// `vornwout password` on a terminal of its own, below something like a shell.
+/// The program on a terminal of its own, below something like a shell.
 class PasswordPrompt {
  public:
-  explicit PasswordPrompt(const std::string& configuration) {
+  explicit PasswordPrompt(const std::string& configuration,
+                          std::vector<std::string> arguments = {"password"})
+      : arguments_(std::move(arguments)) {
     if (openpty(&master_, &slave_, nullptr, nullptr, nullptr) != 0) return;
     shell_ = fork();
     if (shell_ == 0) runShell(configuration);
@@ -91,7 +96,11 @@ class PasswordPrompt {
       setpgid(0, 0);
       tcsetpgrp(STDIN_FILENO, getpid());
       signal(SIGTTOU, SIG_DFL);
-      execl(VORN_BUILD_DIR "/runner/vornwout", "vornwout", "password", nullptr);
+      std::string name = "vornwout";
+      std::vector<char*> argv = {name.data()};
+      for (std::string& argument : arguments_) argv.push_back(argument.data());
+      argv.push_back(nullptr);
+      execv(VORN_BUILD_DIR "/runner/vornwout", argv.data());
       _exit(127);
     }
     int result = 0;
@@ -105,6 +114,7 @@ class PasswordPrompt {
     _exit(result + (WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status)));
   }
 
+  std::vector<std::string> arguments_;
   int master_ = -1;
   int slave_ = -1;
   pid_t shell_ = -1;
@@ -163,6 +173,41 @@ TEST_F(HiddenInputTest, AStopGivesTheTerminalBackAndAsksAgainAfterwards) {
   prompt_.type("s3cret\n");
   EXPECT_EQ(prompt_.status(), 64) << "stopped once, with the terminal as it was before";
   EXPECT_TRUE(prompt_.isEchoing());
+}
+
+TEST(HiddenPassword, OfADocumentIsAskedForOnATerminal) {
+  const ScratchDirectory scratch;
+  const std::string text = scratch.write("a.md", "Read me");
+  const std::string file = scratch.file("a.qxv");
+  const std::vector<std::string> build = {"build", "--text", text, "--password-file",
+                                          "-",     "-o",     file};
+  {
+    PasswordPrompt prompt(scratch.path(), build);
+    if (!prompt.isThere()) GTEST_SKIP() << "the machine has no pseudo terminals";
+    ASSERT_TRUE(prompt.waitFor("Password: "));
+    prompt.type("s3cret\n");
+    ASSERT_TRUE(prompt.waitFor("The same again: "));
+    prompt.type("secret\n");
+    ASSERT_TRUE(prompt.waitFor("The two passwords differ."));
+    EXPECT_EQ(prompt.status(), 2);
+  }
+  {
+    PasswordPrompt prompt(scratch.path(), build);
+    ASSERT_TRUE(prompt.waitFor("Password: "));
+    prompt.type("s3cret\n");
+    ASSERT_TRUE(prompt.waitFor("The same again: "));
+    prompt.type("s3cret\n");
+    EXPECT_EQ(prompt.status(), 0);
+    EXPECT_THAT(prompt.shown(), testing::Not(testing::HasSubstr("s3cret")));
+  }
+  EXPECT_NO_THROW(openDocument(file, {"s3cret"}));
+  // What opens a document is asked for once.
+  PasswordPrompt prompt(scratch.path(), {"show", file, "--no-pager", "--password-file", "-"});
+  ASSERT_TRUE(prompt.waitFor("Password: "));
+  prompt.type("s3cret\n");
+  EXPECT_TRUE(prompt.waitFor("Read me"));
+  EXPECT_EQ(prompt.status(), 0);
+  EXPECT_THAT(prompt.shown(), testing::Not(testing::HasSubstr("again")));
 }
 
 }  // namespace

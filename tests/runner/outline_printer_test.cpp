@@ -74,6 +74,16 @@ TEST(OutlinePrinter, LabelsAreCutToTheTerminal) {
   }
 }
 
+TEST(OutlinePrinter, LongLabelsAreCutWithoutATerminalToo) {
+  DocumentObject root =
+      object(ObjectType::kHeading, "",
+             {object(ObjectType::kText, std::string(100'000, 'x')),
+              object(ObjectType::kHeading, "A", {object(ObjectType::kTable, "B")})});
+  EXPECT_EQ(printed(root), "1 ├─ " + std::string(59, 'x') + "…  text\n" + "2 └─ A" +
+                               std::string(61, ' ') + "heading\n" + "3    └─ B" +
+                               std::string(58, ' ') + "table\n");
+}
+
 TEST(OutlinePrinter, LabelsAreSanitized) {
   DocumentObject hostile = object(ObjectType::kText, "a\x1b[2J\nb");
   hostile.command = "C\x1b[31m";

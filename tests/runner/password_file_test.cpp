@@ -12,7 +12,7 @@ namespace {
 
 std::string passwordIn(const std::string& content) {
   const ScratchDirectory scratch;
-  const auto result = readPasswordFile(scratch.write("p", content));
+  const auto result = readPasswordFile(scratch.write("p", content), PasswordUse::kOpen);
   if (const auto* error = std::get_if<PasswordFileError>(&result)) return "error: " + error->text;
   return std::get<std::string>(result);
 }
@@ -36,10 +36,10 @@ TEST(PasswordFile, AnythingElseIsRefusedWithoutSayingIt) {
 }
 
 TEST(PasswordFile, FileThatCannotBeReadSaysWhy) {
-  const auto missing = readPasswordFile("/nowhere/p");
+  const auto missing = readPasswordFile("/nowhere/p", PasswordUse::kOpen);
   EXPECT_EQ(std::get<PasswordFileError>(missing).text,
             "The password's file /nowhere/p cannot be read: No such file or directory.");
-  EXPECT_THAT(std::get<PasswordFileError>(readPasswordFile("/")).text,
+  EXPECT_THAT(std::get<PasswordFileError>(readPasswordFile("/", PasswordUse::kOpen)).text,
               testing::HasSubstr("Is a directory"));
 }
 

@@ -5,12 +5,17 @@
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "host/store/document_store.h"
 #include "host/store/store_error.h"
+#include "platform/adapter/progress_listener.h"
 #include "tests/support/pivot_tables.h"
 #include "tests/support/program_run.h"
 #include "tests/support/terminal_run.h"
@@ -114,7 +119,8 @@ TEST_F(ShowTest, OneObjectIsShownHiddenOrNotAndNothingElseIsRead) {
 }
 
 TEST_F(ShowTest, ObjectThatIsNotThereIsRefused) {
-  for (const std::size_t number : {std::size_t{0}, std::size_t{5}, SIZE_MAX}) {
+  for (const std::int64_t number :
+       {std::int64_t{0}, std::int64_t{5}, std::int64_t{-1}, INT64_MAX}) {
     options_.object = number;
     EXPECT_EQ(show(), 2);
     EXPECT_EQ(err_, "vornwout: error: There is no object " + std::to_string(number) +
@@ -178,6 +184,44 @@ TEST_F(ShowTest, EmptyDocumentSaysSo) {
   EXPECT_THAT(out_.str(), HasSubstr("\n\nThe document has no objects.\n"));
 }
 
+TEST_F(ShowTest, TellsHowFarItIs) {
+  class Recorder : public ProgressListener {
+   public:
+    void progress(std::string_view what, std::uint64_t done, std::uint64_t total) override {
+      reports.push_back(std::string(what) + " " + std::to_string(done) + "/" +
+                        std::to_string(total));
+    }
+    std::vector<std::string> reports;
+  };
+  const std::vector<std::string> expected = {"Showing a.qxv 0/4", "Showing a.qxv 1/4",
+                                             "Showing a.qxv 2/4", "Showing a.qxv 3/4",
+                                             "Showing a.qxv 4/4"};
+  options_.file = "folder/a.qxv";
+  for (const bool isJson : {false, true}) {
+    options_.json = isJson;
+    Recorder recorder;
+    const ProgressRegistration registration(recorder);
+    show();
+    EXPECT_EQ(recorder.reports, expected);
+  }
+  // A large table tells of itself.
+  auto table = std::make_shared<PivotTable>();
+  std::vector<std::string> labels;
+  for (int i = 0; i < 10'000; ++i) labels.push_back(std::to_string(i));
+  table->dimensions = {makeDimension("Rows", PivotPlace::kRows, 1, labels)};
+  for (int i = 0; i < 10'000; ++i) addCell(*table, {i}, numberCell(i));
+  document_.append(object(ObjectType::kTable, "Numbers", LazyContent(TableContent(table))));
+  for (const bool isJson : {false, true}) {
+    options_.json = isJson;
+    Recorder recorder;
+    const ProgressRegistration registration(recorder);
+    show();
+    EXPECT_THAT(recorder.reports,
+                testing::Contains(StartsWith("Showing a.qxv 4")).Times(testing::Gt(2)));
+    EXPECT_EQ(recorder.reports.back(), "Showing a.qxv 5/5");
+  }
+}
+
 /// A file with a document, and the program that shows it.
 class ShowProgram : public testing::Test {
  protected:
@@ -231,6 +275,76 @@ TEST_F(ShowProgram, PasswordComesFromAFile) {
   EXPECT_THAT(refused.err, StartsWith("vornwout: error: " + file + " cannot be opened. "));
   EXPECT_THAT(refused.err, Not(HasSubstr("sesame")));
   EXPECT_EQ(runProgram({"show", file, "--password-file", "/nowhere"}).status, 2);
+}
+
+TEST_F(ShowProgram, ObjectsOfAnEncryptedFileAreHadWithItsPassword) {
+  Document document(1, "", false);
+  document.append(object(
+      ObjectType::kChart, "Chart",
+      LazyContent(MediaContent{"image/svg+xml", std::make_shared<const std::string>(kChart)})));
+  SaveOptions options;
+  options.password = "secret";
+  saveDocument(document, scratch_.file("a.qxv"), options);
+  const std::string password = scratch_.write("my password", "secret");
+  const std::string file = scratch_.file("a.qxv");
+  EXPECT_THAT(runProgram({"show", file, "--password-file", password}).out,
+              HasSubstr("  vornwout show " + file + " --object 1 --password-file '" + password +
+                        "' --raw > chart.svg\n"));
+}
+
+TEST_F(ShowProgram, AnObjectThatIsNotThereIsNamedAsItWasWritten) {
+  const std::string file = save("a.qxv");
+  for (const char* number : {"-1", "0", "3", "9000000000000000000"}) {
+    const ProgramResult result = runProgram({"show", file, "--object", number});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.err, "vornwout: error: There is no object " + std::string(number) +
+                              "; the document has 2.\n");
+  }
+}
+
+/// The most memory in bytes that the program takes at a time.
+long peakOf(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), VORN_BUILD_DIR "/runner/vornwout");
+  std::vector<char*> argv;
+  for (std::string& argument : arguments) argv.push_back(argument.data());
+  argv.push_back(nullptr);
+  const pid_t child = fork();
+  if (child == 0) {
+    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    dup2(nowhere, STDOUT_FILENO);
+    execv(argv[0], argv.data());
+    _exit(127);
+  }
+  int status = 0;
+  struct rusage usage {};
+  EXPECT_EQ(wait4(child, &status, 0, &usage), child);
+  EXPECT_EQ(status, 0);
+  return usage.ru_maxrss * 1024;
+}
+
+TEST_F(ShowProgram, ALongTextTakesNoMoreThanAFewTimesItsMemory) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizer's own memory is larger";
+#endif
+  constexpr long kSize = 24'000'000;
+  const std::string text(kSize, 'x');
+  const std::string words = [] {
+    std::string made;
+    while (made.size() < kSize) made += "wörd ";
+    return made;
+  }();
+  for (const std::string& label : {text, words}) {
+    Document document(1, "", false);
+    auto table = std::make_shared<PivotTable>();
+    table->dimensions = {makeDimension("Rows", PivotPlace::kRows, 1, {label, "b"})};
+    addCell(*table, {0}, numberCell(1.5));
+    document.append(object(ObjectType::kTable, "Numbers", LazyContent(TableContent(table))));
+    document.append(object(ObjectType::kLog, "Log", LazyContent(LogContent{label})));
+    saveDocument(document, scratch_.file("a.qxv"), {});
+    EXPECT_LT(peakOf({"show", scratch_.file("a.qxv"), "--object", "1"}), 14 * kSize);
+    EXPECT_LT(peakOf({"show", scratch_.file("a.qxv"), "--object", "2", "--width", "80"}),
+              14 * kSize);
+  }
 }
 
 TEST_F(ShowProgram, WrongUsageAndFilesThatAreNoneAreRefused) {

@@ -1,5 +1,6 @@
 #include "runner/terminal/table_printer.h"
 
+#include <algorithm>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -71,6 +72,12 @@ TEST(TablePrinter, DrawsTitleFrameAndOneRuleBelowTheHeader) {
             "│ r │ x     12.5 │\n"
             "│ s │          3 │\n"
             "└───┴────────────┘\n");
+}
+
+TEST(TablePrinter, TextThatNobodyReadsToItsEndIsCut) {
+  const std::string text = print(comment({std::string(70'000, 'x')}));
+  EXPECT_EQ(std::count(text.begin(), text.end(), 'x'), 64 << 10);
+  EXPECT_THAT(text, HasSubstr("x… "));
 }
 
 TEST(TablePrinter, WithoutHeaderThereIsNoRule) {

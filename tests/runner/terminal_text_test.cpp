@@ -26,6 +26,30 @@ TEST(TerminalText, LineIsCutWithAnEllipsis) {
   EXPECT_EQ(cutLine("日本語", 4), "日…");
   EXPECT_EQ(cutLine("x", 0), "");
   EXPECT_EQ(cutLine("", 0), "");
+  // Marks without width are not looked at beyond a bound.
+  std::string marks = "a";
+  while (marks.size() < 100'000) marks += "\u0301";
+  EXPECT_LT(cutLine(marks, 10).size(), 2'000U);
+  EXPECT_EQ(cutLine(std::string(100'000, 'x'), 10), "xxxxxxxxx…");
+  EXPECT_EQ(cutLine(std::string(100'000, 'x'), 0), "");
+}
+
+TEST(TerminalText, StartOfATextIsOneLine) {
+  EXPECT_EQ(shownStart("a\nb\x1b", 10), "a b\uFFFD");
+  EXPECT_EQ(shownStart("one two", 6), "one…");
+  std::string text;
+  while (text.size() < 100'000) text += "日";
+  EXPECT_EQ(shownStart(text, 5), "日日…");
+  EXPECT_EQ(shownStart(std::string(100'000, '\xBF'), 3), "\uFFFD\uFFFD…");
+}
+
+TEST(TerminalText, StartEndsBetweenCharacters) {
+  EXPECT_EQ(startOf("abc", 3), "abc");
+  EXPECT_EQ(startOf("abcd", 3), "abc");
+  EXPECT_EQ(startOf("a日本", 3), "a");
+  EXPECT_EQ(startOf("a日本", 4), "a日");
+  EXPECT_EQ(startOf("日", 2), "");
+  EXPECT_EQ(startOf(std::string(20, '\xBF'), 10).size(), 6U) << "no character is that long";
 }
 
 }  // namespace
