@@ -270,6 +270,7 @@ class ScriptReader {
                     if (v.is_null()) return;
                     if (!v.is_number_integer()) return failType(v, "a whole number or null");
                     readInteger(v, response.imageCount.emplace());
+                    if (!error_ && *response.imageCount < 0) failType(v, "0 or more, or null");
                   }},
                  {"warnings", [&](const Json& v) { readWarnings(v, response); }}});
     if (!error_) xml = exportResponseXml(response);

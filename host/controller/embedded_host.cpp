@@ -10,6 +10,7 @@
 #include "host/changes/modify_request_reader.h"
 #include "host/export/export_output.h"
 #include "platform/exportspec/export_xml.h"
+#include "platform/exportspec/schema_reader.h"
 #include "platform/text/encoding.h"
 #include "platform/text/shortened_text.h"
 
@@ -21,7 +22,14 @@ constexpr int kShownColumns = 24;  ///< of a name in a message
 }  // namespace
 
 std::string EmbeddedHost::ExportOutput(const std::string& exportXml) {
-  return exportResponseXml(exportOutput(readExportXml(exportXml), controller_));
+  try {
+    return exportResponseXml(exportOutput(readExportXml(exportXml), controller_));
+  } catch (const XmlError& error) {
+    throw std::runtime_error(currentEncoding().fromUtf8(
+        std::string("because the export document cannot be read: ") + error.what()));
+  } catch (const std::runtime_error& error) {
+    throw std::runtime_error(currentEncoding().fromUtf8(error.what()));
+  }
 }
 
 std::string EmbeddedHost::ModifyOutput(const std::string& modifyXml) {

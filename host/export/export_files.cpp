@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
+#include <utility>
+
+#include "host/store/store_error.h"
 
 namespace vornwout {
 namespace {
@@ -27,16 +30,31 @@ const char* faultOf(const std::string& path) {
 ReplacedFile& ExportFiles::begin(const std::string& path, ExportErrorCode code) {
   const std::string fault = faultOf(path);
   if (!fault.empty()) throw ExportError(code, fault);
+  std::error_code error;
+  const std::string place = fs::weakly_canonical(path, error).string();
   const bool isTaken = std::any_of(entries_.begin(), entries_.end(),
-                                   [&](const Entry& entry) { return entry.path == path; });
+                                   [&](const Entry& entry) { return entry.path == place; });
   if (isTaken) throw ExportError(code, "two files of this export would have it");
-  entries_.push_back({path, std::make_unique<ReplacedFile>(path)});
+  entries_.push_back({place, std::make_unique<ReplacedFile>(path)});
   return *entries_.back().file;
 }
 
-void ExportFiles::commit() {
-  for (Entry& entry : entries_) entry.file->commit();
+std::string ExportFiles::commit() {
+  for (const Entry& entry : entries_) entry.file->prepare();
+  std::size_t placed = 0;
+  try {
+    for (; placed < entries_.size(); ++placed) entries_[placed].file->place();
+  } catch (const StoreError&) {
+    while (placed > 0) entries_[--placed].file->takeBack();
+    throw;
+  }
+  std::string warning;
+  for (const Entry& entry : entries_) {
+    ReplacedFile::Committed committed = entry.file->settle();
+    if (warning.empty()) warning = std::move(committed.warning);
+  }
   entries_.clear();
+  return warning;
 }
 
 }  // namespace vornwout

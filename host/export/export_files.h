@@ -29,13 +29,14 @@ class ExportFiles {
     begin(path, code).write(bytes);
   }
 
-  /// Puts all files in their places, in the order in which they were begun; each is the old one or
-  /// the new one at every moment. Throws StoreError.
-  void commit();
+  /// Puts all files in their places or, throwing StoreError, none; each is the old one or the new
+  /// one at every moment. Returns what there is to say about files that are in their places: a
+  /// sentence, or nothing.
+  std::string commit();
 
  private:
   struct Entry {
-    std::string path;
+    std::string path;  ///< without links
     std::unique_ptr<ReplacedFile> file;
   };
   std::vector<Entry> entries_;

@@ -113,7 +113,9 @@ ExportResponse exportOutput(const ExportSpec& spec, OutputController& controller
     const ExportScope scope = scopeOf(document, spec.contents);
     ExportFiles files;
     exporter->run({document, scope, spec}, files, response);
-    files.commit();
+    const std::string warning = files.commit();
+    // The response has no place for it.
+    if (!warning.empty()) throw std::runtime_error("because " + asClause(warning));
   } catch (const ExportError& error) {
     ExportResponse failed;
     failed.success = false;
@@ -121,6 +123,10 @@ ExportResponse exportOutput(const ExportSpec& spec, OutputController& controller
     failed.name = response.name;
     return failed;
   } catch (const StoreError& error) {
+    if (error.kind() == StoreError::Kind::kLocked) {
+      throw std::runtime_error(
+          "because the file is locked, by another process or an open document");
+    }
     throw std::runtime_error("because " + asClause(error.what()));
   }
   return response;

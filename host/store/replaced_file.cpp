@@ -129,12 +129,52 @@ void ReplacedFile::write(std::string_view bytes) {
 }
 
 ReplacedFile::Committed ReplacedFile::commit() {
+  prepare();
+  putInPlace();
+  return finish();
+}
+
+void ReplacedFile::prepare() {
   flushBuffer();
   setPermissions();
   if (uninterrupted([&] { return fsync(descriptor()); }) != 0) {
     fail("The new file could not be flushed to the disk", errno);
   }
+}
+
+void ReplacedFile::place() {
+  const int directory = directory_.number();
+  if (hasOldFile_ &&
+      renameat2(directory, temporary_.c_str(), directory, name_.c_str(), RENAME_EXCHANGE) == 0) {
+    placed_ = Placed::kExchanged;
+    return;
+  }
+  const bool canExchange = !hasOldFile_ || (errno != EINVAL && errno != ENOSYS);
+  const bool wasThere = hasOldFile_;
   putInPlace();
+  placed_ = canExchange && !wasThere && !hasOldFile_ ? Placed::kAlone : Placed::kForGood;
+}
+
+void ReplacedFile::takeBack() noexcept {
+  const int directory = directory_.number();
+  const auto placed = std::exchange(placed_, Placed::kNot);
+  // What cannot be taken back is told as the failure that made it necessary.
+  if (placed == Placed::kExchanged) {
+    renameat2(directory, temporary_.c_str(), directory, name_.c_str(), RENAME_EXCHANGE);
+  } else if (placed == Placed::kAlone) {
+    renameat2(directory, name_.c_str(), directory, temporary_.c_str(), RENAME_NOREPLACE);
+  }
+}
+
+ReplacedFile::Committed ReplacedFile::settle() {
+  // The old file has the temporary's name now.
+  if (placed_ == Placed::kExchanged) {
+    unlinkat(directory_.number(), temporary_.c_str(), 0);
+  }
+  return finish();
+}
+
+ReplacedFile::Committed ReplacedFile::finish() {
   temporary_.clear();
   unfinished_.reset();
   oldLock_.reset();

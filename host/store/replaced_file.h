@@ -63,11 +63,23 @@ class ReplacedFile {
   /// it. Once the file is in its place nothing can fail any more: there is only a warning.
   Committed commit();
 
+  /// The same in steps, for several files of which all are to be replaced or none: what fails
+  /// mostly fails in prepare(); placed files can be taken back until they are settled.
+  void prepare();
+  void place();
+  /// Puts the old file back, or none where there was none. Where the file system can only replace,
+  /// the new file stays.
+  void takeBack() noexcept;
+  Committed settle();
+
  private:
+  enum class Placed { kNot, kAlone, kExchanged, kForGood };
+
   void resolve(const std::string& path);
   void examineOldFile();
   bool lockOldFile();
   void putInPlace();
+  Committed finish();
   void removeLeftBehind();
   void createTemporary();
   bool tryCreateTemporary();
@@ -87,6 +99,7 @@ class ReplacedFile {
   const FileLock* own_;
   std::optional<FileLock> oldLock_;  // none where the caller's holds, or there are no locks
   bool hasOldFile_ = false;
+  Placed placed_ = Placed::kNot;
   mode_t oldMode_ = 0;
   uid_t oldOwner_ = 0;
   gid_t oldGroup_ = 0;

@@ -1,7 +1,11 @@
 #include "libvornwout/export/export_file_keywords.h"
 
+#include <utility>
+
 #include "libvornwout/frame/blame.h"
+#include "platform/exportspec/response_spec.h"
 #include "platform/files/file_specification.h"
+#include "platform/text/encoding.h"
 #include "platform/text/multibyte.h"
 
 namespace vornwout {
@@ -12,11 +16,20 @@ void completeExtension(std::string& path, const std::string& type) {
   // "XLM" instead of "XLSM" is deliberate: such a file keeps the name that it was given, and jobs
   // rely on it.
   if (type != "XLS" && type != "XLSX" && type != "XLM") return;
+  // What names no file does not become one.
+  if (path.empty() || path.back() == '/') return;
   const std::size_t period = path.rfind('.');
   const std::string extension =
       period == std::string::npos ? std::string() : path.substr(period + 1);
   if (VORNMBstricmp_A(extension.c_str(), type.c_str()) == 0) return;
   path += '.' + VORNMBMvLower_A(type.c_str());
+}
+
+/// Whether the host gets just this path: the export document holds neither control characters nor
+/// bytes that are no characters.
+bool reachesHost(const std::string& path) {
+  const std::string utf8 = currentToUtf8(path);
+  return isXmlText(utf8) && currentEncoding().fromUtf8(utf8) == path;
 }
 
 }  // namespace
@@ -39,7 +52,12 @@ bool readImageRoot(std::string& imageRoot, const SubComObj* subcommand,
     messages.WrongValueType(kImageRoot, subcommand->name());
     return false;
   }
-  imageRoot = CheckFileRef(text, true, false);
+  std::string root = CheckFileRef(text, true, false);
+  if (!reachesHost(root)) {
+    messages.WrongValueType(kImageRoot, subcommand->name());
+    return false;
+  }
+  imageRoot = std::move(root);
   return true;
 }
 
@@ -62,6 +80,10 @@ bool readDocumentFile(std::string& documentFile, const SubComObj* subcommand,
   }
   std::string path = CheckFileRef(text, true, true);
   completeExtension(path, subcommand->name());
+  if (!reachesHost(path)) {
+    messages.GenericError("File ^1 has no access...", path);
+    return false;
+  }
   const int length = static_cast<int>(path.size());
   int usable = 0;
   int exists = 0;

@@ -33,6 +33,7 @@ int OutputExportContentsData::populateSpecification(CommandSpec& spec,
   // The views alone are always set: hosts see by them that the subcommand was given.
   option_.setModelViews(ExportContentsSpec::MODELVIEWS_TYPE::PRINTSETTING);
   readEnumeration(*contents, kModelViews, option_, &ExportContentsSpec::setModelViews);
+  option_.setOptionPresent(true);
   return 1;
 }
 

@@ -33,6 +33,7 @@ int OutputExportGlobalData::populateSpecification(CommandSpec& spec,
     if (name->getStringOrLiteral(text, literal)) option_.setName(XMLUtilities::escapeHTML(text));
   }
   readEnumeration(*main, kPrint, option_, &ExportGlobalSpec::setPrintOption);
+  option_.setOptionPresent(true);
   return 1;
 }
 

@@ -13,10 +13,15 @@ std::vector<OutputSink*>& sinks() {
   return registered;
 }
 
+/// An argument may be a whole sentence: why a host cannot do what it is asked for.
+constexpr int kMostReasonColumns = 160;
+
 void shorten(Rare<std::vector<CellText>>& arguments) {
   if (arguments.empty()) return;
   for (CellText& argument : arguments.edit()) {
-    if (argument.kind == CellText::Kind::kString) argument.text = shortenedText(argument.text);
+    if (argument.kind == CellText::Kind::kString) {
+      argument.text = shortenedText(argument.text, kMostReasonColumns);
+    }
     shorten(argument.arguments);
     shorten(argument.sublist);
   }

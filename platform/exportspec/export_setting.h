@@ -31,7 +31,7 @@ struct Measure {
 template <typename Enumeration>
 struct Keywords;
 
-/// What all sub-specifications but those of the global options and the contents have.
+/// What all sub-specifications have.
 class ExportOption {
  public:
   /// Whether the subcommand was given and accepted.

@@ -42,7 +42,7 @@ struct Keywords<ChartImageFormat> {
 };
 
 /// Which document is exported, and how much is told about it.
-class ExportGlobalSpec {
+class ExportGlobalSpec : public ExportOption {
  public:
   enum class PRINT_OPTION { ALWAYS, NEVER, ERRORS };
 
@@ -50,9 +50,6 @@ class ExportGlobalSpec {
   std::string getName() const { return name_.value_or(""); }
   void setPrintOption(PRINT_OPTION printOption) { printOption_ = printOption; }
   PRINT_OPTION getPrintOption() const { return printOption_.value_or(PRINT_OPTION::ALWAYS); }
-
-  /// Whether the subcommand was given: it has nothing that could be given without being set.
-  bool isPresent() const { return name_ || printOption_; }
 
   /// Gives each setting with the name of its attribute.
   template <typename Self, typename Visitor>
@@ -72,7 +69,7 @@ struct Keywords<ExportGlobalSpec::PRINT_OPTION> {
 };
 
 /// Which objects, layers and views are exported.
-class ExportContentsSpec {
+class ExportContentsSpec : public ExportOption {
  public:
   enum class EXPORT_TYPE { ALL, VISIBLE };
   /// PRINTSETTING: as each table says itself.
@@ -87,9 +84,6 @@ class ExportContentsSpec {
   MODELVIEWS_TYPE getModelViews() const {
     return modelViews_.value_or(MODELVIEWS_TYPE::PRINTSETTING);
   }
-
-  /// Whether the subcommand was given: it always sets the views.
-  bool isPresent() const { return exports_ || layers_ || modelViews_; }
 
   /// Gives each setting with the name of its attribute.
   template <typename Self, typename Visitor>

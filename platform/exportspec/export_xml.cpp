@@ -179,7 +179,7 @@ class OptionReader {
   void operator()(std::string_view name, Option& option) {
     if (name != element_) return;
     Option::visit(option, settings_);
-    if constexpr (std::is_base_of_v<ExportOption, Option>) option.setOptionPresent(true);
+    option.setOptionPresent(true);
   }
 
  private:

@@ -114,7 +114,7 @@ bool ResponseSpec::processResponse(const std::string& xml) {
                    }
                  });
   } catch (const XmlError& error) {
-    parserError_ = error.what();
+    parserError_ = std::string("in the host's answer, ") + error.what();
     return false;
   }
   parserError_.clear();

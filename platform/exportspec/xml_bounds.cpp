@@ -24,7 +24,8 @@ void checkXmlBounds(std::string_view xml) {
     if (rest.starts_with("<!--") || rest.starts_with("<?")) {
       // What ends nowhere is left to the parser.
       const std::string_view end = rest[1] == '!' ? "-->" : "?>";
-      at = xml.find(end, at + 2);
+      // Where the end may begin: "<!-->" is no comment, for XML parsers neither.
+      at = xml.find(end, at + (rest[1] == '!' ? 4 : 2));
       if (at == std::string_view::npos) return;
       continue;
     }

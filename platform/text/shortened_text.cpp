@@ -10,7 +10,6 @@
 namespace vornwout {
 namespace {
 
-constexpr int kMostColumns = 80;
 constexpr int kColumnsPerEnd = 28;  // with the words between them both ends take 80 columns or less
 /// No end is looked for in more bytes: marks without width may be piled up without limit.
 constexpr std::size_t kMostBytes = 1024;
@@ -53,10 +52,10 @@ std::string_view tailOf(std::string_view text) {
 
 }  // namespace
 
-std::string shortenedText(std::string_view utf8) {
+std::string shortenedText(std::string_view utf8, int columns) {
   // No character takes more columns than bytes.
-  if (utf8.size() <= static_cast<std::size_t>(kMostColumns)) return std::string(utf8);
-  if (utf8.size() <= kMostBytes && displayWidth(utf8) <= kMostColumns) return std::string(utf8);
+  if (utf8.size() <= static_cast<std::size_t>(columns)) return std::string(utf8);
+  if (utf8.size() <= kMostBytes && displayWidth(utf8) <= columns) return std::string(utf8);
   const std::string_view head = headOf(utf8, kColumnsPerEnd);
   const std::string_view tail = tailOf(utf8);
   const std::size_t left =

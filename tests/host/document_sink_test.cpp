@@ -234,12 +234,12 @@ TEST_F(DocumentSinkTest, KeepsMessagesShortAndWithoutSecrets) {
   OutputMessageRecord output;
   output.message = plain("^1 ^2");
   output.message.kind = CellText::Kind::kComposite;
-  output.message.arguments = {plain("s3cret"), plain(std::string(100, 'a'))};
+  output.message.arguments = {plain("s3cret"), plain(std::string(200, 'a'))};
   output.message.arguments.edit()[0].secret = true;
   output.level = 3;
   sink_.outputMessage(output);
   EXPECT_EQ(outlineOf(0), "[Messages[Error(***) Error(short) Error(*** " + std::string(28, 'a') +
-                              " … 44 characters … " + std::string(28, 'a') + ")]]");
+                              " … 144 characters … " + std::string(28, 'a') + ")]]");
 }
 
 TEST_F(DocumentSinkTest, MessagesOutsideProceduresStandBelowTheCommandsName) {

@@ -304,6 +304,45 @@ TEST(ExportFiles, AreAllPutInPlaceOrNone) {
   EXPECT_EQ(folder.read("a") + folder.read("b"), "new anew b");
 }
 
+TEST(ExportFiles, WhereOneCannotBePlacedTheOthersAreTakenBack) {
+  const ScratchDirectory folder;
+  folder.write("a", "old");
+  ExportFiles files;
+  files.add(folder.file("a"), "new");
+  files.add(folder.file("b"), "new");
+  files.add(folder.file("c"), "new");
+  // Something has come that no file can replace.
+  std::filesystem::create_directory(folder.file("c"));
+  EXPECT_THROW(files.commit(), StoreError);
+  EXPECT_EQ(folder.read("a"), "old");
+  EXPECT_FALSE(std::filesystem::exists(folder.file("b")));
+}
+
+TEST(ExportFiles, ReplacedOnesLeaveNothingBehind) {
+  const ScratchDirectory folder;
+  folder.write("a", "old");
+  ExportFiles files;
+  files.add(folder.file("a"), "new");
+  EXPECT_EQ(files.commit(), "");
+  EXPECT_EQ(folder.read("a"), "new");
+  EXPECT_EQ(folder.entryCount(), 1U);
+}
+
+TEST(ExportFiles, OneFileHasOnePathByWhateverWay) {
+  const ScratchDirectory folder;
+  std::filesystem::create_directory(folder.file("d"));
+  std::filesystem::create_directory_symlink(folder.file("d"), folder.file("e"));
+  folder.write("d/old", "old");
+  std::filesystem::create_symlink(folder.file("d/old"), folder.file("link"));
+  const std::pair<std::string, std::string> aliases[] = {
+      {"d/x", "d/../d/x"}, {"d/x", "e/x"}, {"d/old", "link"}};
+  for (const auto& [one, other] : aliases) {
+    ExportFiles files;
+    files.begin(folder.file(one));
+    EXPECT_THROW(files.begin(folder.file(other)), ExportError) << other;
+  }
+}
+
 TEST(ExportFiles, OnePathIsForOneFile) {
   const ScratchDirectory folder;
   ExportFiles files;

@@ -1,5 +1,6 @@
 #include "host/export/text/text_output.h"
 
+#include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -37,15 +38,21 @@ TEST(TextOutput, PiecesOfUtf16AreCutBetweenCharacters) {
   EXPECT_EQ(units, Encoding::utf8()->toUtf16(text + "\n"));
 }
 
-TEST(TextOutput, LocaleThatCannotHoldACharacterHasAQuestionMark) {
+TEST(TextOutput, LocaleThatCannotHoldACharacterIsRefused) {
   const ScopedEnvironment locale("LC_ALL", "xx_XX.ISO-8859-1");
   const auto write = [](TextOutput& out) {
-    // The width of what is seen is that of the question marks.
-    EXPECT_EQ(out.shownText("ß日本"), "ß??");
-    EXPECT_EQ(out.shownLine("e\u0301\nx"), "e? x");
-    out.line(out.shownText("ß日本\x1b"));
+    try {
+      out.shownText("ß日本");
+      ADD_FAILURE() << "something was lost";
+    } catch (const std::runtime_error& error) {
+      EXPECT_STREQ(error.what(),
+                   "because ISO-8859-1 cannot hold all of the text; ENCODING=UTF8 can");
+    }
+    EXPECT_THROW(out.shownLine("e\u0301\nx"), std::runtime_error);
+    // What nobody should see has a mark in its place.
+    out.line(out.shownText("ß\x1b"));
   };
-  EXPECT_EQ(textFileOf(write, Encodings::LOCALE), "\xDF???\n");
+  EXPECT_EQ(textFileOf(write, Encodings::LOCALE), "\xDF?\n");
 }
 
 TEST(TextOutput, NothingThatMovesPasses) {

@@ -195,6 +195,26 @@ TEST(ReadDocumentFile, CompletesANameInTheJobsEncoding) {
   expectSent({{"/XLS DOCUMENTFILE='\x83\x5C'", "<xls documentFile=\"\xE3\x82\xBD.xls\"/>"}});
 }
 
+TEST(ReadDocumentFile, RefusesAPathThatWouldNotReachTheHostAsItIs) {
+  const ExportFolder folder;
+  for (const std::string& path :
+       {std::string("a\x01"), std::string("a\xFE"), std::string("a\xEF\xBF\xBF")}) {
+    const ExportRun run(folder, "/TEXT DOCUMENTFILE='" + path + "'");
+    EXPECT_THAT(run.sent(), testing::IsEmpty()) << path;
+    EXPECT_FALSE(run.said().empty()) << path;
+    const ExportRun image(folder, "/PNG IMAGEROOT='" + path + "'");
+    EXPECT_THAT(image.sent(), ElementsAre("<png/>")) << path;
+    EXPECT_FALSE(image.said().empty()) << path;
+  }
+}
+
+TEST(ReadDocumentFile, MakesNoNameOfNone) {
+  const ExportFolder folder;
+  const ExportRun run(folder, "/XLSX DOCUMENTFILE=''");
+  EXPECT_THAT(run.sent(), testing::IsEmpty());
+  EXPECT_FALSE(run.said().empty());
+}
+
 TEST(ImageSubcommands, NeedARootUnlessADocumentWithImagesStandsBesideThem) {
   const ExportFolder folder;
   for (const std::string name : kImages) {

@@ -48,7 +48,7 @@ TEST(OutputExportGlobalData, NamesTheDocumentEscapedAndTakesThePrintOption) {
 
 TEST(OutputExportGlobalData, IgnoresANameThatIsNoSingleText) {
   for (const char* name : {"NAME", "NAME=a b", "NAME=(a)"}) {
-    expectSent({{name + std::string(kPdf), kPdfElement}});
+    expectSent({{name + std::string(kPdf), "<global/>" + std::string(kPdfElement)}});
     expectSent({{name + std::string(" PRINT=ERRORS") + kPdf,
                  "<global printOption=\"ERRORS\"/>" + std::string(kPdfElement)}});
   }

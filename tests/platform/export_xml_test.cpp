@@ -52,6 +52,7 @@ TEST(ExportXml, OnlyWhatIsPresentIsWritten) {
             "<outputExport/>");
   EXPECT_EQ(written([](ExportSpec& spec) { spec.tif.setOptionPresent(true); }), "<tif/>");
   EXPECT_EQ(written([](ExportSpec& spec) {
+              spec.contents.setOptionPresent(true);
               spec.contents.setModelViews(ExportContentsSpec::MODELVIEWS_TYPE::PRINTSETTING);
             }),
             "<contents modelViews=\"PRINTSETTING\"/>");
@@ -66,12 +67,25 @@ TEST(ExportXml, EverySettingHasItsAttribute) {
   using Eps = ExportEPSSpec;
   std::string root = "r";
   const Case cases[] = {
-      {[](ExportSpec& s) { s.global.setName("a"); }, "<global name=\"a\"/>"},
-      {[](ExportSpec& s) { s.global.setPrintOption(ExportGlobalSpec::PRINT_OPTION::ERRORS); },
+      {[](ExportSpec& s) {
+         s.global.setOptionPresent(true);
+         s.global.setName("a");
+       },
+       "<global name=\"a\"/>"},
+      {[](ExportSpec& s) {
+         s.global.setOptionPresent(true);
+         s.global.setPrintOption(ExportGlobalSpec::PRINT_OPTION::ERRORS);
+       },
        "<global printOption=\"ERRORS\"/>"},
-      {[](ExportSpec& s) { s.contents.setExport(Contents::EXPORT_TYPE::VISIBLE); },
+      {[](ExportSpec& s) {
+         s.contents.setOptionPresent(true);
+         s.contents.setExport(Contents::EXPORT_TYPE::VISIBLE);
+       },
        "<contents export=\"VISIBLE\"/>"},
-      {[](ExportSpec& s) { s.contents.setLayers(Contents::LAYERS_TYPE::ALL); },
+      {[](ExportSpec& s) {
+         s.contents.setOptionPresent(true);
+         s.contents.setLayers(Contents::LAYERS_TYPE::ALL);
+       },
        "<contents layers=\"ALL\"/>"},
       {[](ExportSpec& s) {
          s.doc.setOptionPresent(true);
@@ -201,14 +215,13 @@ TEST(ExportXml, OptionsStandInTheirOrder) {
   std::string expected;
   ExportSpec::visit(spec, [&](std::string_view name, auto& option) {
     expected += std::string(name) + " ";
-    if constexpr (std::is_base_of_v<ExportOption, std::remove_reference_t<decltype(option)>>) {
-      option.setOptionPresent(true);
-    }
+    option.setOptionPresent(true);
   });
   EXPECT_EQ(expected,
             "global contents doc html report pdf ppt text xls xlsx xlsm bmp emf eps jpg png tif ");
   EXPECT_EQ(xmlOf(spec),
-            "<outputExport><doc/><html/><report/><pdf/><ppt/><text/><xls/><xlsx/><xlsm/><bmp/>"
+            "<outputExport><global/><contents/><doc/><html/><report/><pdf/><ppt/><text/><xls/"
+            "><xlsx/><xlsm/><bmp/>"
             "<emf/><eps/><jpg/><png/><tif/></outputExport>");
 }
 
@@ -226,14 +239,20 @@ TEST(ExportXml, AnySpecificationReadsBackAndIsValid) {
 
 TEST(ExportXml, TextsOfOtherEncodingsBecomeUtf8) {
   const ScopedEncoding encoding(Encoding::find("windows-1252"));
-  EXPECT_EQ(written([](ExportSpec& s) { s.global.setName("Caf\xE9"); }),
+  EXPECT_EQ(written([](ExportSpec& s) {
+              s.global.setOptionPresent(true);
+              s.global.setName("Caf\xE9");
+            }),
             "<global name=\"Caf\xC3\xA9\"/>");
 }
 
 TEST(ExportXml, WhatXmlCannotHoldIsReplaced) {
   for (const std::string& bad : {std::string("\0", 1), std::string("\x01"), std::string("\x1F"),
-                                std::string("\xFF"), std::string("\xEF\xBF\xBE")}) {
-    EXPECT_EQ(written([&](ExportSpec& s) { s.global.setName("a" + bad + "b"); }),
+                                 std::string("\xFF"), std::string("\xEF\xBF\xBE")}) {
+    EXPECT_EQ(written([&](ExportSpec& s) {
+                s.global.setOptionPresent(true);
+                s.global.setName("a" + bad + "b");
+              }),
               "<global name=\"a\xEF\xBF\xBD"
               "b\"/>");
   }
@@ -343,6 +362,8 @@ TEST(ExportXml, WhatIsNotValidIsRefusedWithItsPlace) {
       {nested(17), "its elements stand too deep in each other"},
       {nested(100'000), "its elements stand too deep in each other"},
       {wide(65), "an element has too many attributes"},
+      // A comment that ends later than it seems to.
+      {"<!--><?-->" + wide(65), "an element has too many attributes"},
       {std::string(kMaxXmlBytes + 1, ' '), "it is larger than 4 MiB"},
   };
   for (const Case& c : cases) {
@@ -353,6 +374,13 @@ TEST(ExportXml, WhatIsNotValidIsRefusedWithItsPlace) {
             "")
       << "a place to fetch a schema from is passed over";
   EXPECT_EQ(refusal("<?xml version='1.0'?><!-- a > b --><outputExport/>"), "");
+}
+
+TEST(ExportXml, NumbersMayBeAsLongAsTheyLike) {
+  const std::string number = "1." + std::string(1000, '0');
+  const ExportSpec spec =
+      readExportXml("<outputExport><bmp percentSize='" + number + "'/></outputExport>");
+  EXPECT_EQ(spec.bmp.getPercentSize(), 1);
 }
 
 TEST(ExportXml, AfterARefusalTheNextDocumentIsRead) {

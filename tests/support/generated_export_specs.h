@@ -21,7 +21,7 @@ class ExportSpecGenerator {
       Option::visit(option, [&](std::string_view, auto& setting) {
         if (chance()) fill(setting.emplace());
       });
-      if constexpr (std::is_base_of_v<ExportOption, Option>) option.setOptionPresent(true);
+      option.setOptionPresent(true);
       if constexpr (std::is_same_v<Option, ExportReportSpec>) fillItems(option);
     });
     return spec;

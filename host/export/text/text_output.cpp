@@ -1,5 +1,6 @@
 #include "host/export/text/text_output.h"
 
+#include <stdexcept>
 #include <utility>
 
 #include "platform/text/locale_encoding.h"
@@ -32,8 +33,20 @@ TextOutput::TextOutput(ReplacedFile& file, ExportTextSpec::ENCODING_TYPE encodin
 
 std::string TextOutput::held(std::string shown) const {
   if (encoding_->isUtf8() || asciiPrefixLength(shown) == shown.size()) return shown;
+  // What stands for what nobody should see may be a question mark.
+  constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+  for (std::size_t at = shown.find(kReplacement); at != std::string::npos;
+       at = shown.find(kReplacement, at)) {
+    shown.replace(at, kReplacement.size(), "?");
+  }
+  bool isWhole = true;
+  const std::string encoded = encoding_->fromUtf8(shown, &isWhole);
+  if (!isWhole) {
+    throw std::runtime_error("because " + encoding_->name() +
+                             " cannot hold all of the text; ENCODING=UTF8 can");
+  }
   // An encoding may read one of its characters back as another; that one is what is seen.
-  return encoding_->toUtf8(encoding_->fromUtf8(shown));
+  return encoding_->toUtf8(encoded);
 }
 
 std::string TextOutput::shownText(std::string_view utf8) const {
