@@ -14,7 +14,8 @@ CellText stringCell(std::string text) {
 
 TEST(BriefText, OfAnOutputMessageShortensItsArgumentsAndNothingElse) {
   const std::string longText(200, 'a');
-  const std::string shortText = std::string(28, 'a') + " … 144 characters … " + std::string(28, 'a');
+  const std::string shortText =
+      std::string(28, 'a') + " … 144 characters … " + std::string(28, 'a');
   OutputMessageRecord record;
   record.message = stringCell(longText + " ^1 ^2:");
   record.message.kind = CellText::Kind::kComposite;

@@ -33,7 +33,8 @@ TEST(ProcessResources, AnExportMayHaveMoreImagesThanFilesAreOpenAtFirst) {
     scratch.write(name,
                   "<svg xmlns='http://www.w3.org/2000/svg' width='4' height='4'><rect width='" +
                       std::to_string(i + 1) + "' height='2'/></svg>");
-    manifest += std::string(i == 0 ? "" : ",") + "{\"type\": \"chart\", \"file\": \"" + name + "\", \"label\": \"c\"}";
+    manifest += std::string(i == 0 ? "" : ",") + "{\"type\": \"chart\", \"file\": \"" + name +
+                "\", \"label\": \"c\"}";
   }
   const std::string path = scratch.write("m.json", manifest + "]}");
   ASSERT_EQ(runProgram({"build", path, "-o", scratch.file("m.qxv")}).status, 0);
