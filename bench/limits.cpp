@@ -3,7 +3,7 @@
 //   limits PROGRAM [--smoke | PART]
 //
 // PART is the first word of a file beside this one: process, command, modify, change, build,
-// document, export.
+// document, export, string.
 #include "bench/limits.h"
 
 #include <cstdio>
@@ -67,5 +67,6 @@ int main(int argc, char** argv) {
   measure("build", vornwout::buildLimits);
   measure("document", vornwout::documentLimits);
   measure("export", vornwout::exportLimits);
+  measure("string", vornwout::stringLimits);
   return vornwout::report(results, effort.isSmoke);
 }

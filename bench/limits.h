@@ -70,6 +70,7 @@ std::vector<LimitResult> documentLimits(const Effort& effort);
 std::vector<LimitResult> exportLimits(const Effort& effort);
 std::vector<LimitResult> exportDocumentLimits(const Effort& effort);
 std::vector<LimitResult> modifyLimits(const Effort& effort);
+std::vector<LimitResult> stringLimits(const Effort& effort);
 /// `program` is the built program, for what is measured on whole processes.
 std::vector<LimitResult> processLimits(const Effort& effort, const std::string& program);
 

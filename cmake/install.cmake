@@ -16,12 +16,12 @@ endif()
 install(TARGETS vornplatform vornwout EXPORT vornwout-targets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY platform/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vornwout/platform
-        FILES_MATCHING PATTERN "*.h")
+        FILES_MATCHING PATTERN "*.h" PATTERN "strings/tool" EXCLUDE)
 install(FILES libvornwout/include/vornwout/entry_points.h
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vornwout)
 install(FILES README.md docs/language-reference.md docs/messages.md docs/traces.md
               docs/file-format.md docs/document.xsd docs/modify-document.md docs/modify-document.xsd docs/export-documents.md
-              docs/looks.md docs/table-look.xsd docs/chart-template.xsd docs/export-document.xsd
+              docs/string-tables.md docs/looks.md docs/table-look.xsd docs/chart-template.xsd docs/export-document.xsd
               docs/export-response.xsd
         DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
@@ -39,3 +39,5 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vornwout.pc
 install(FILES docs/manifest-schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/vornwout)
 install(DIRECTORY Looks DESTINATION ${CMAKE_INSTALL_DATADIR}/vornwout
         FILES_MATCHING PATTERN "*.qtt" PATTERN "*.qgt" PATTERN "*.qgs")
+install(DIRECTORY ${PROJECT_BINARY_DIR}/lang DESTINATION ${CMAKE_INSTALL_DATADIR}/vornwout
+        FILES_MATCHING PATTERN "*.qbb")

@@ -1,5 +1,6 @@
-// What a host answers an export with, and what it is asked for: any bytes are refused with a reason,
-// or mean something that reads back as the same. The first byte says which of the two it is.
+// What a host answers an export with, and what it is asked for: any bytes are refused with a
+// reason, or mean something that reads back as the same. The first byte says which of the two it
+// is.
 #include <cstddef>
 #include <cstdint>
 #include <string>

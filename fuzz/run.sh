@@ -29,8 +29,8 @@ run_target() {
 ) &
 language=$!
 status=0
-for target in host_script_fuzz container_fuzz document_fuzz build_fuzz export_fuzz; do
-  run_target "$target" $((seconds / 5)) || status=1
+for target in host_script_fuzz container_fuzz document_fuzz build_fuzz export_fuzz string_table_fuzz; do
+  run_target "$target" $((seconds / 6)) || status=1
 done
 wait "$language" || status=1
 exit "$status"

@@ -81,6 +81,13 @@ constexpr const char* kExportDetails =
     "workbook "
     "to change\nor to add a sheet to, one is made.\n";
 
+constexpr std::string_view kStringTableDetails =
+    "Each string table makes two pivot tables, its texts and its help texts, with a column per "
+    "language.\nPROCEDURE is the file of one string table, PROCEDURE='output.qbb', LANGUAGE the "
+    "directory of one\nlanguage, LANGUAGE='pt_BR'; without them all tables are listed, and all "
+    "languages: de, en, es, fr, it,\nja, ko, pl, pt_BR, ru, zh_CN, zh_TW. A file or directory "
+    "that is missing makes tables without rows.\n";
+
 constexpr std::array kCommands = {
     Command{"OUTPUT NEW", "outnew_", outnew_,
             "Makes a new, empty output document, which takes the output from then on.", "",
@@ -109,7 +116,8 @@ constexpr std::array kCommands = {
     Command{"OUTPUT EXPORT", "outexport_", outexport_,
             "Exports an output document, or the charts and tables of one as images.", "",
             kExportDetails},
-    Command{"STB PRINT", "stbprint_", nullptr, "Lists the texts of the string tables.", "", ""},
+    Command{"STB PRINT", "stbprint_", stbprint_, "Lists the texts of the string tables.", "",
+            kStringTableDetails},
 };
 
 }  // namespace

@@ -27,3 +27,5 @@ g++ -std=c++20 examples/embedding/main.cpp -o "$prefix/by_pkg_config" $flags "-W
 mv "$prefix/first" "$prefix/second"
 printf 'OUTPUT COMMENT TEXT="moved".\n' >"$prefix/job.qxs"
 "$prefix/second/bin/vornwout" run "$prefix/job.qxs" | grep -q moved
+printf "STB PRINT PROCEDURE='output.qbb' LANGUAGE='de'.\n" >"$prefix/job.qxs"
+"$prefix/second/bin/vornwout" run "$prefix/job.qxs" | grep -q 'TFOMarch *│ März'

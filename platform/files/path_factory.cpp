@@ -22,6 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view kProductName = "vornwout";
+constexpr std::string_view kStringTables = "/lang";
 /// How far a binary stands below its prefix (bin/, lib/<architecture>/) or its build directory.
 constexpr int kMaxDepth = 4;
 
@@ -63,19 +64,48 @@ std::string thisLibrary() {
   return error ? std::string() : path.string();
 }
 
-std::string installedDirectory() {
+/// Where data and string tables are, as native paths.
+struct DataDirectories {
+  std::string data;
+  std::string stringTables;
+
+  explicit DataDirectories(const std::string& directory)
+      : data(directory), stringTables(std::string(directory).append(kStringTables)) {}
+  DataDirectories(std::string directory, std::string tables)
+      : data(std::move(directory)), stringTables(std::move(tables)) {}
+};
+
+std::optional<DataDirectories> directoriesBeside(const std::string& binary) {
+  fs::path directory = fs::path(binary).parent_path();
+  for (int depth = 0; depth < kMaxDepth; ++depth, directory = directory.parent_path()) {
+    // The directory's own name is looked at, so that no "share" of a stranger's tree is taken.
+    const std::string name = directory.filename().string();
+    if (name == "bin" || name == "lib" || name == "lib64" || name == "libexec") {
+      const fs::path installed = directory.parent_path() / "share" / kProductName;
+      if (isDirectory(installed)) return DataDirectories(installed.string());
+    }
+    const fs::path source = sourceTree(directory / "CMakeCache.txt");
+    if (!source.empty() && isDirectory(source / "Looks")) {
+      return DataDirectories(source.string(), directory.string().append(kStringTables));
+    }
+  }
+  return std::nullopt;
+}
+
+DataDirectories installedDirectories() {
   const std::string program = runningProgram();
   for (const std::string& binary : {program, thisLibrary()}) {
     if (binary.empty()) continue;
-    if (auto directory = PathFactory::dataDirectoryBeside(binary)) return *directory;
+    if (auto directories = directoriesBeside(binary)) return *directories;
   }
-  return (fs::path(program).parent_path().parent_path() / "share" / kProductName).string();
+  return DataDirectories(
+      (fs::path(program).parent_path().parent_path() / "share" / kProductName).string());
 }
 
-std::string installation() {
+DataDirectories installation() {
   const std::string home = environment("VORNWOUT_HOME");
-  if (!home.empty()) return withoutTrailingSlash(home);
-  static const std::string kFound = installedDirectory();
+  if (!home.empty()) return DataDirectories(withoutTrailingSlash(home));
+  static const DataDirectories kFound = installedDirectories();
   return kFound;
 }
 
@@ -91,45 +121,46 @@ std::string homeDirectory() {
   return "/";
 }
 
-std::string userDirectory() {
+DataDirectories userDirectories() {
   const std::string data = environment("XDG_DATA_HOME");
   // A relative directory there is to be ignored by the convention that the variable comes from.
   const fs::path base = !data.empty() && data.front() == '/'
                             ? fs::path(data)
                             : fs::path(homeDirectory()) / ".local/share";
-  return (base / kProductName).string();
+  return DataDirectories((base / kProductName).string());
+}
+
+PathInstance instanceOf(const DataDirectories& directories) {
+  return PathInstance(fromNativePath(directories.data), fromNativePath(directories.stringTables));
 }
 
 }  // namespace
 
 std::string PathInstance::getStringTableLocation() const {
-  return directory_ + "/lang/" + std::string(currentLanguage()) + "/";
+  return stringTables_ + "/" + std::string(currentLanguage()) + "/";
 }
 
 PathInstance PathFactory::getPathInstance(int kind) {
   switch (kind) {
     case kUserDirectory:
-      return PathInstance(fromNativePath(userDirectory()));
+      return instanceOf(userDirectories());
     case kInstallation:
-      return PathInstance(fromNativePath(installation()));
+      return instanceOf(installation());
     default:
       throw std::out_of_range("no path of kind " + std::to_string(kind));
   }
 }
 
 std::optional<std::string> PathFactory::dataDirectoryBeside(const std::string& binary) {
-  fs::path directory = fs::path(binary).parent_path();
-  for (int depth = 0; depth < kMaxDepth; ++depth, directory = directory.parent_path()) {
-    // The directory's own name is looked at, so that no "share" of a stranger's tree is taken.
-    const std::string name = directory.filename().string();
-    if (name == "bin" || name == "lib" || name == "lib64" || name == "libexec") {
-      const fs::path installed = directory.parent_path() / "share" / kProductName;
-      if (isDirectory(installed)) return installed.string();
-    }
-    const fs::path source = sourceTree(directory / "CMakeCache.txt");
-    if (!source.empty() && isDirectory(source / "Looks")) return source.string();
-  }
-  return std::nullopt;
+  auto directories = directoriesBeside(binary);
+  if (!directories) return std::nullopt;
+  return std::move(directories->data);
+}
+
+std::optional<std::string> PathFactory::stringTablesBeside(const std::string& binary) {
+  auto directories = directoriesBeside(binary);
+  if (!directories) return std::nullopt;
+  return std::move(directories->stringTables);
 }
 
 }  // namespace vornwout

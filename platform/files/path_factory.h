@@ -3,18 +3,22 @@
 //
 // The installation is found by VORNWOUT_HOME; else beside the running program, or beside this
 // library when the program is somebody else's; else, in a build directory, in the source tree that
-// CMake recorded there. So the same program works installed, relocated and freshly built.
+// CMake recorded there. String tables are made by the build: there they stand in the build
+// directory itself. So the same program works installed, relocated and freshly built.
 #pragma once
 
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace vornwout {
 
 /// One of the places for data. All texts are in the current encoding.
 class PathInstance {
  public:
-  explicit PathInstance(std::string directory) : directory_(std::move(directory)) {}
+  /// `stringTables` holds a directory per language.
+  PathInstance(std::string directory, std::string stringTables)
+      : directory_(std::move(directory)), stringTables_(std::move(stringTables)) {}
 
   /// The directory, without a trailing slash.
   const std::string& getDirectory() const { return directory_; }
@@ -23,6 +27,7 @@ class PathInstance {
 
  private:
   std::string directory_;
+  std::string stringTables_;
 };
 
 class PathFactory {
@@ -37,6 +42,9 @@ class PathFactory {
   /// its installation prefix, or its source tree's when it stands in a build directory. Nothing
   /// when there is none.
   static std::optional<std::string> dataDirectoryBeside(const std::string& binary);
+  /// The directory of the string tables that belong to it: the data directory's, or the build
+  /// directory's.
+  static std::optional<std::string> stringTablesBeside(const std::string& binary);
 };
 
 }  // namespace vornwout

@@ -196,6 +196,8 @@ INSTANTIATE_TEST_SUITE_P(
                   true},
         FaultCase{"Name", outname_,
                   "OUTPUT NAME NAME=a_name_beyond_the_short_string MINIMIZED=YES.", false},
+        FaultCase{"StringTable", stbprint_, "STB PRINT PROCEDURE='output.qbb' LANGUAGE='de'.",
+                  false},
         FaultCase{"NameOfWrongShape", outname_, "OUTPUT NAME a b.", false},
         FaultCase{"Activate", outactiv8_, "OUTPUT ACTIVATE a_name_beyond_the_short_string.", false},
         FaultCase{"ActivateRefusedByTheHost", outactiv8_,

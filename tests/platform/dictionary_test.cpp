@@ -1,11 +1,15 @@
 #include "platform/strings/dictionary.h"
 
 #include <chrono>
+#include <filesystem>
 #include <string>
+#include <vector>
 
 #include "gtest/gtest.h"
 #include "platform/strings/language.h"
 #include "platform/text/encoding.h"
+#include "tests/support/scratch_directory.h"
+#include "tests/support/text_bundle_bytes.h"
 
 namespace vornwout {
 namespace {
@@ -88,6 +92,94 @@ TEST(DictionaryTest, aMissingKeyGivesItself) {
        {std::string(), std::string("TFO"), std::string("TFOmarch"), std::string("TFOMarchX"),
         std::string("March"), std::string("E60802"), std::string("\xFF\0", 2)}) {
     EXPECT_EQ(dictionary.LookUp(key), key);
+  }
+}
+
+/// A folder of string tables, each test's own: what was read of a place is kept for the process.
+class DictionaryTableTest : public testing::Test {
+ protected:
+  /// Writes the table of a language and returns its location.
+  std::string write(const std::string& language, const std::vector<keyValueGloss>& entries) const {
+    std::filesystem::create_directories(scratch_.file(language));
+    scratch_.write(language + "/output.qbb", textBundleBytes(entries));
+    return scratch_.file(language) + "/";
+  }
+
+  ScratchDirectory scratch_;
+};
+
+TEST_F(DictionaryTableTest, textsAreThoseOfTheTable) {
+  const std::string location =
+      write("de", {{"E60801", "Dinge", ""}, {"TFOMarch", "Lenzing", ""}, {"new", "neu", "help"}});
+  const FacSTDictionary dictionary(location);
+  EXPECT_EQ(dictionary.LookUp("E60801"), "Dinge");
+  EXPECT_EQ(dictionary.LookUp("TFOMarch"), "Lenzing");
+  EXPECT_EQ(dictionary.LookUp("new"), "neu");
+  EXPECT_EQ(dictionary.LookUp("help"), "help");
+}
+
+TEST_F(DictionaryTableTest, whatTheTableLacksIsBuiltIn) {
+  const FacSTDictionary german(write("de", {{"TFOMay", "Wonnemonat", ""}, {"TFOMarch", "", ""}}));
+  EXPECT_EQ(german.LookUp("E60801"), "Objects");
+  EXPECT_EQ(german.LookUp("TFOMay"), "Wonnemonat");
+  EXPECT_EQ(german.LookUp("TFOMarch"), "M\xC3\xA4rz") << "an empty text is none";
+}
+
+TEST_F(DictionaryTableTest, aDamagedTableIsNone) {
+  const std::string location = write("de", {{"E60801", "Dinge", ""}});
+  const std::string whole = scratch_.read("de/output.qbb");
+  scratch_.write("de/output.qbb", whole.substr(0, whole.size() - 1));
+  EXPECT_EQ(FacSTDictionary(location).LookUp("E60801"), "Objects");
+}
+
+TEST_F(DictionaryTableTest, nothingIsReadBeforeAKeyIsAskedForAndThenOnce) {
+  const std::string location = scratch_.file("de") + "\\";
+  const FacSTDictionary early(location);
+  write("de", {{"E60801", "Dinge", ""}});
+  EXPECT_EQ(early.LookUp("E60801"), "Dinge");
+  std::filesystem::remove(scratch_.file("de/output.qbb"));
+  EXPECT_EQ(FacSTDictionary(location).LookUp("E60801"), "Dinge");
+}
+
+TEST_F(DictionaryTableTest, everyLanguageHasItsOwn) {
+  const std::string german = write("de", {{"E60801", "Dinge", ""}});
+  const std::string french = write("fr", {{"E60801", "Choses", ""}});
+  EXPECT_EQ(FacSTDictionary(german).LookUp("E60801"), "Dinge");
+  EXPECT_EQ(FacSTDictionary(french).LookUp("E60801"), "Choses");
+}
+
+TEST_F(DictionaryTableTest, aDirectoryOfNoLanguageHasNoTable) {
+  EXPECT_EQ(FacSTDictionary(write("nl", {{"E60801", "Dingen", ""}})).LookUp("E60801"), "Objects");
+}
+
+TEST_F(DictionaryTableTest, whatTheEncodingCannotHoldComesInEnglish) {
+  const FacSTDictionary dictionary(write("de", {{"E60801", "\xE6\x9C\x88", ""},
+                                                {"TFOMarch", "\xE6\x9C\x88", ""},
+                                                {"umlaut", "\xC3\xA4", ""},
+                                                {"other", "\xE6\x9C\x88", ""}}));
+  {
+    const ScopedEncoding encoding(Encoding::find("windows-1252"));
+    EXPECT_EQ(dictionary.LookUp("E60801"), "Objects");
+    EXPECT_EQ(dictionary.LookUp("TFOMarch"), "March");
+    EXPECT_EQ(dictionary.LookUp("TFOMay"), "May") << "no year has months in two languages";
+    EXPECT_EQ(dictionary.LookUp("umlaut"), "\xE4");
+    EXPECT_EQ(dictionary.LookUp("other"), "other");
+  }
+  EXPECT_EQ(dictionary.LookUp("E60801"), "\xE6\x9C\x88");
+  EXPECT_EQ(dictionary.LookUp("TFOMay"), "Mai");
+}
+
+TEST(DictionaryTest, theTablesOfThisBuildHaveEveryKeyThatIsLookedUp) {
+  const FacSTDictionary english(VORN_BUILD_DIR "/lang/en/");
+  const FacSTDictionary german(VORN_BUILD_DIR "/lang/de/");
+  EXPECT_EQ(english.LookUp("E60801"), "Objects");
+  EXPECT_EQ(german.LookUp("E60801"), "Objekte");
+  // With the tables, months are the same as without.
+  const FacSTDictionary builtIn("/nowhere/de/");
+  for (const std::string month : {"January", "February", "March", "April", "May", "June", "July",
+                                  "August", "September", "October", "November", "December"}) {
+    EXPECT_EQ(english.LookUp("TFO" + month), month);
+    EXPECT_EQ(german.LookUp("TFO" + month), builtIn.LookUp("TFO" + month));
   }
 }
 

@@ -115,6 +115,7 @@ TEST_F(DataDirectoryTest, anInstalledBinaryHasItsPrefixsData) {
   for (const char* binary : {"/bin/vornwout", "/lib/libvornplatform.so",
                              "/lib/x86_64-linux-gnu/libvornplatform.so", "/libexec/vornwout/x"}) {
     EXPECT_EQ(PathFactory::dataDirectoryBeside(directory_ + binary), expected) << binary;
+    EXPECT_EQ(PathFactory::stringTablesBeside(directory_ + binary), expected + "/lang") << binary;
   }
   EXPECT_EQ(PathFactory::dataDirectoryBeside(directory_ + "/other/program"), std::nullopt);
   EXPECT_EQ(PathFactory::dataDirectoryBeside(directory_ + "/lib/a/b/c/d/e/x"), std::nullopt);
@@ -132,9 +133,25 @@ TEST_F(DataDirectoryTest, aFreshlyBuiltBinaryHasItsSourceTreesData) {
   EXPECT_EQ(find(), source);
 }
 
+TEST_F(DataDirectoryTest, aFreshlyBuiltBinaryHasTheStringTablesOfItsBuild) {
+  const std::string build = directory_ + "/build";
+  fs::create_directories(directory_ + "/Looks");
+  fs::create_directories(build + "/runner");
+  std::ofstream(build + "/CMakeCache.txt")
+      << "CMAKE_HOME_DIRECTORY:INTERNAL=" << directory_ << "\n";
+  EXPECT_EQ(PathFactory::stringTablesBeside(build + "/runner/vornwout"), build + "/lang");
+}
+
+TEST(PathFactoryTest, thisBuildHasStringTables) {
+  const ScopedVariable unset("VORNWOUT_HOME", std::nullopt);
+  EXPECT_EQ(PathFactory::getPathInstance(3).getStringTableLocation(), VORN_BUILD_DIR "/lang/en/");
+  EXPECT_TRUE(fs::exists(VORN_BUILD_DIR "/lang/en/output.qbb"));
+}
+
 TEST_F(DataDirectoryTest, aBinaryWithoutDataHasNone) {
   EXPECT_EQ(PathFactory::dataDirectoryBeside(directory_ + "/bin/vornwout"), std::nullopt);
   EXPECT_EQ(PathFactory::dataDirectoryBeside("/vornwout"), std::nullopt);
+  EXPECT_EQ(PathFactory::stringTablesBeside(directory_ + "/bin/vornwout"), std::nullopt);
 }
 
 }  // namespace

@@ -39,7 +39,8 @@ TEST(HelpText, OverviewListsTheCommandsOfThisVersion) {
 }
 
 TEST(HelpText, OverviewOfAStartListsWhatBeginsWithItsWords) {
-  EXPECT_EQ(commandOverview("output"), commandOverview());
+  EXPECT_EQ(commandOverview("output") + commandOverview("stb"), commandOverview());
+  EXPECT_THAT(commandOverview("output"), Not(HasSubstr("STB PRINT")));
   EXPECT_THAT(commandOverview("OUTPUT"), HasSubstr("OUTPUT NEW"));
   for (const char* start : {"outp", "PIVOT", "NEW", "OUTPUT NEW"}) {
     EXPECT_EQ(commandOverview(start), "") << start;

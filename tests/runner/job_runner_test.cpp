@@ -124,7 +124,7 @@ struct Misnamed {
 TEST(JobRunner, ErrorOfAnUnknownCommandStandsBelowItsOwnHeading) {
   const Misnamed cases[] = {
       {"FREQUENCIES x.", "FREQUENCIES X"},
-      {"stb print.", "STB PRINT"},
+      {"pivot dance.", "PIVOT DANCE"},
       {"'text'.", "Messages"},
       {"OUTPUT.", "OUTPUT"},
       {"pr\xC3\xBC"

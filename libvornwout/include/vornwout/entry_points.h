@@ -21,6 +21,7 @@ void outdisp_(void);   /* OUTPUT DISPLAY */
 void outcomnt_(void);  /* OUTPUT COMMENT */
 void outmodify_(void); /* OUTPUT MODIFY */
 void outexport_(void); /* OUTPUT EXPORT */
+void stbprint_(void);  /* STB PRINT */
 
 #ifdef __cplusplus
 }
