@@ -3,6 +3,7 @@
 // One parser for each schema is kept with its compiled grammar. Nothing is resolved or fetched, and
 // a document type declaration ends the reading before anything in it counts.
 #include <array>
+#include <cstdlib>
 #include <memory>
 #include <mutex>
 #include <new>
@@ -12,6 +13,7 @@
 
 #include <fmt/format.h>
 #include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/framework/MemoryManager.hpp>
 #include <xercesc/framework/XMLGrammarPoolImpl.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/sax2/Attributes.hpp>
@@ -55,6 +57,24 @@ std::string utf8Of(const XMLCh* text) {
   std::string result;
   if (text != nullptr) appendUtf8(result, text);
   return result;
+}
+
+/// Memory as the system gives it. What fails in the middle of a parse is not given back by the
+/// parser, so nothing but a system without memory is to make it fail.
+class SystemMemory : public xercesc::MemoryManager {
+ public:
+  void* allocate(XMLSize_t size) override {
+    void* const memory = std::malloc(size);
+    if (memory == nullptr) throw xercesc::OutOfMemoryException();
+    return memory;
+  }
+  void deallocate(void* memory) override { std::free(memory); }
+  xercesc::MemoryManager* getExceptionMemoryManager() override { return this; }
+};
+
+xercesc::MemoryManager* systemMemory() {
+  static SystemMemory memory;
+  return &memory;
 }
 
 class Handler : public xercesc::DefaultHandler {
@@ -103,9 +123,8 @@ class Handler : public xercesc::DefaultHandler {
 class Parser {
  public:
   explicit Parser(std::string_view schema)
-      : pool_(std::make_unique<xercesc::XMLGrammarPoolImpl>()),
-        reader_(xercesc::XMLReaderFactory::createXMLReader(
-            xercesc::XMLPlatformUtils::fgMemoryManager, pool_.get())) {
+      : pool_(new (systemMemory()) xercesc::XMLGrammarPoolImpl(systemMemory())),
+        reader_(xercesc::XMLReaderFactory::createXMLReader(systemMemory(), pool_.get())) {
     reader_->setFeature(XMLUni::fgSAX2CoreNameSpaces, true);
     reader_->setFeature(XMLUni::fgSAX2CoreValidation, true);
     reader_->setFeature(XMLUni::fgXercesDynamic, false);
@@ -146,7 +165,8 @@ class XercesModule : public XmlModule {
     const std::lock_guard lock(mutex_);
     if (isInitialized_) return;
     try {
-      xercesc::XMLPlatformUtils::Initialize();
+      xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr,
+                                            nullptr, systemMemory());
     } catch (const xercesc::XMLException& exception) {
       throw std::runtime_error(utf8Of(exception.getMessage()));
     }

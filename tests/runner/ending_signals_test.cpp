@@ -12,6 +12,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/support/clean_environment.h"
 #include "tests/support/program_run.h"
 
 namespace vornwout {
@@ -42,7 +43,7 @@ class EndingSignals : public testing::Test {
   void SetUp() override {
     fs::create_directory(scratch_.file("place"));
     scratch_.write("place/report.qxv", "the old file");
-    scratch_.write("model.bin", noise(60'000'000));
+    scratch_.write("model.bin", noise(16'000'000));
     scratch_.write("report.json",
                    R"({"objects": [{"type": "model", "file": "model.bin", "mediaType": "a/b"}]})");
   }
@@ -54,6 +55,7 @@ class EndingSignals : public testing::Test {
     if (child == 0) {
       const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
       dup2(nowhere, STDERR_FILENO);
+      cleanEnvironment();
       if (prepare != nullptr) prepare();
       execl(VORN_BUILD_DIR "/runner/vornwout", "vornwout", "build", manifest.c_str(), "-o",
             path().c_str(), nullptr);
@@ -82,7 +84,7 @@ TEST_F(EndingSignals, TakeTheTemporaryOfASaveAlong) {
     EXPECT_TRUE(WIFSIGNALED(status));
     EXPECT_EQ(WTERMSIG(status), number);
     EXPECT_EQ(namesIn(place()), std::vector<std::string>{"report.qxv"});
-    EXPECT_EQ(scratch_.read("place/report.qxv"), "the old file");
+    EXPECT_TRUE(scratch_.read("place/report.qxv") == "the old file");
   }
 }
 
@@ -94,7 +96,7 @@ TEST_F(EndingSignals, StayIgnoredWhereTheyWere) {
   EXPECT_TRUE(WIFEXITED(status));
   EXPECT_EQ(WEXITSTATUS(status), 0);
   EXPECT_EQ(namesIn(place()), std::vector<std::string>{"report.qxv"});
-  EXPECT_NE(scratch_.read("place/report.qxv"), "the old file");
+  EXPECT_TRUE(scratch_.read("place/report.qxv") != "the old file");
 }
 
 }  // namespace

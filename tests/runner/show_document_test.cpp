@@ -16,6 +16,7 @@
 #include "host/store/document_store.h"
 #include "host/store/store_error.h"
 #include "platform/adapter/progress_listener.h"
+#include "tests/support/hostile_size.h"
 #include "tests/support/pivot_tables.h"
 #include "tests/support/program_run.h"
 #include "tests/support/terminal_run.h"
@@ -323,9 +324,7 @@ long peakOf(std::vector<std::string> arguments) {
 }
 
 TEST_F(ShowProgram, ALongTextTakesNoMoreThanAFewTimesItsMemory) {
-#ifdef __SANITIZE_ADDRESS__
-  GTEST_SKIP() << "the sanitizer's own memory is larger";
-#endif
+  if (kIsSanitized) GTEST_SKIP() << "the sanitizer's own memory is larger";
   constexpr long kSize = 24'000'000;
   const std::string text(kSize, 'x');
   const std::string words = [] {
