@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
+#include <vector>
 
 #include "platform/parser/command_spec.h"
 #include "platform/text/multibyte.h"
@@ -96,11 +98,15 @@ class ShapeCheck {
   }
 
   std::string allowedValues() const {
-    if (param_.values().empty()) return {};
-    std::string list = param_.values().size() == 1 ? "The value must be " : "It must be one of ";
-    for (std::size_t i = 0; i < param_.values().size(); ++i) {
+    std::vector<std::string> allowed(param_.values().begin(), param_.values().end());
+    if (allowed.empty()) return {};
+    for (const ParamDescriptor& qualifier : param_.qualifiers()) {
+      allowed.push_back(qualifier.name() + "(...)");
+    }
+    std::string list = allowed.size() == 1 ? "The value must be " : "It must be one of ";
+    for (std::size_t i = 0; i < allowed.size(); ++i) {
       if (i > 0) list += ", ";
-      list += param_.values()[i];
+      list += allowed[i];
     }
     return list + ".";
   }

@@ -453,6 +453,19 @@ TEST(ParserHints, NameWhatIsClosestOrSaysWhatIsMeant) {
   }
 }
 
+TEST(ParserHints, NameQualifiersBesideValues) {
+  CommandDescriptor command("GO");
+  SubComDescriptor main("", UPSpecTypes::kKeywords, false, false);
+  ParamDescriptor place("PLACE", UPSpecTypes::kMeasure, false, true);
+  for (const char* value : {"FIRST", "LAST"}) place.addStringValue(value);
+  place.addQualifDesc({"CELL", UPSpecTypes::kString, false, true});
+  main.addParamDesc(place);
+  command.addSubComDesc(main);
+  const ParsedCommand parsed(command, "PLACE='B4'.");
+  ASSERT_FALSE(parsed.records.empty());
+  EXPECT_THAT(parsed.records[0].text, HasSubstr("It must be one of FIRST, LAST, CELL(...)."));
+}
+
 TEST(ParserHints, AreLeftOutWhereNothingIsClose) {
   const ParsedCommand parsed(grammar(), "XYZZY=a.");
   EXPECT_EQ(parsed.records.at(0).text, "There is no keyword XYZZY in this command.");
