@@ -17,6 +17,29 @@
 namespace vornwout {
 namespace {
 
+/// The text with a sign for each control character, none of which a message could show: it would
+/// end at a NUL.
+std::string withVisibleControls(std::string_view utf8) {
+  constexpr char32_t kControlPictures = 0x2400;
+  constexpr char32_t kDeletePicture = 0x2421;
+  std::string shown;
+  while (!utf8.empty()) {
+    const int length = std::max(1, validUtf8Length(utf8));
+    const char32_t code = utf8CodePoint(utf8, length);
+    if (code < 0x20) {
+      appendUtf8(shown, kControlPictures + code);
+    } else if (code == 0x7F) {
+      appendUtf8(shown, kDeletePicture);
+    } else if (code >= 0x80 && code < 0xA0) {
+      appendUtf8(shown, U'\uFFFD');
+    } else {
+      shown += utf8.substr(0, static_cast<std::size_t>(length));
+    }
+    utf8.remove_prefix(static_cast<std::size_t>(length));
+  }
+  return shown;
+}
+
 /// Some of the document around a place, for an error.
 std::string excerptAt(std::string_view xml, std::size_t offset) {
   constexpr std::size_t kReach = 6;
@@ -77,9 +100,12 @@ std::optional<std::size_t> firstMistake(std::string_view xml, pugi::xml_document
   for (const EmbeddedFile& file : embeddedFiles(xml, offset)) {
     pugi::xml_document document;
     // A tag without its end, or a quotation mark, makes a mistake of what follows the file.
-    if (const auto mistake = firstMistake(file.content, document, pugi::parse_fragment)) {
+    const auto mistake = firstMistake(file.content, document, pugi::parse_fragment);
+    if (mistake) offset = file.begin + *mistake;
+    // For itself a file may pass that the document cannot hold: to the parser a NUL is its end.
+    const bool isWithin = offset >= file.begin && offset - file.begin <= file.content.size();
+    if (mistake || isWithin) {
       place = inFile(file.name);
-      offset = file.begin + *mistake;
       break;
     }
   }
@@ -111,7 +137,7 @@ void refuseAt(const std::string& place, std::string_view what, std::string_view 
 std::string inFile(const std::string& name) { return fmt::format("in {}, ", name); }
 
 std::string shownBytes(std::string_view bytes) {
-  return isValidUtf8(bytes) ? std::string(bytes) : currentToUtf8(bytes);
+  return withVisibleControls(isValidUtf8(bytes) ? std::string(bytes) : currentToUtf8(bytes));
 }
 
 }  // namespace vornwout

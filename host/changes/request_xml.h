@@ -24,7 +24,7 @@ void parseRequest(std::string_view xml, pugi::xml_document& document);
 std::string inFile(const std::string& name);
 
 /// Bytes of the document for a message, which shows whatever came: UTF-8, or else the job's
-/// encoding.
+/// encoding; with a sign for each control character.
 std::string shownBytes(std::string_view bytes);
 
 }  // namespace vornwout

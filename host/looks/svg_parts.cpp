@@ -9,12 +9,12 @@
 #include <optional>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 #include "host/build/css_filter.h"
 #include "host/looks/svg_shape.h"
 #include "host/looks/svg_style.h"
+#include "host/looks/svg_uses.h"
 #include "host/looks/svg_viewport.h"
 
 namespace vornwout {
@@ -103,10 +103,6 @@ bool isOneOf(std::string_view name, std::initializer_list<std::string_view> name
   return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-bool isShapeName(std::string_view name) {
-  return isOneOf(name, {"path", "rect", "circle", "ellipse", "line", "polyline", "polygon"});
-}
-
 std::uint32_t keyOf(Rgb color) {
   return std::uint32_t{color.red} << 16 | std::uint32_t{color.green} << 8 | color.blue;
 }
@@ -128,27 +124,19 @@ std::string_view targetOfUrl(std::string_view url) {
   return url.substr(first + 1, end - first - 1);
 }
 
-/// The identifier that a `use` refers to, within the chart.
-std::string_view targetOf(pugi::xml_node use) {
-  for (const pugi::xml_attribute attribute : use.attributes()) {
-    if (svgLocalName(attribute.name()) != "href") continue;
-    const std::string_view target = attribute.value();
-    if (target.starts_with('#')) return target.substr(1);
-  }
-  return {};
-}
-
 class PartFinder {
  public:
   explicit PartFinder(pugi::xml_node root) : root_(root) {}
 
   SvgParts find() {
     readIdentifiers();
-    findBareTexts();
+    uses_.settle();
     readPage();
     Inherited page;
     page.view = view_;
     walkChildren(root_, enter(root_, SvgProperties(root_, &sheet_), page));
+    settleGlyphs();
+    settleSeries();
     decidingTexts_ = pendingTexts_.size();
     decidingLetters_ = parts_.texts.size();
     isDeciding_ = false;
@@ -183,20 +171,15 @@ class PartFinder {
 
   double lengthInPixels(const char* name) const {
     const std::string_view text = root_.attribute(name).value();
-    return isRelativeFontSize(text) ? 0 : svgFontSize(text, 0).value_or(0);
+    return isRelativeFontSize(text) ? 0 : svgLength(text, 0).value_or(0);
   }
 
   /// Without recursion, as every element is looked at and not only what is drawn.
   void readIdentifiers() {
     pugi::xml_node node = root_;
     while (node) {
-      if (const pugi::xml_attribute id = node.attribute("id")) {
-        identified_.emplace(std::string_view(id.value()), node);
-      }
-      const std::string_view name = svgLocalName(node.name());
-      if (name == "style") sheet_.add(node.child_value());
-      if (name == "use") used_.insert(targetOf(node));
-      if (name == "text") textNodes_.push_back(node);
+      uses_.note(node);
+      if (svgLocalName(node.name()) == "style") sheet_.add(node.child_value());
       pugi::xml_node next = node.first_child();
       while (!next && node && node != root_) {
         next = node.next_sibling();
@@ -204,20 +187,6 @@ class PartFinder {
       }
       if (!next) return;
       node = next;
-    }
-  }
-
-  /// Texts that are drawn by a use, in the color that it says.
-  void findBareTexts() {
-    used_.erase(std::string_view());
-    if (used_.empty()) return;
-    for (const pugi::xml_node text : textNodes_) {
-      for (pugi::xml_node node = text; node && node != root_; node = node.parent()) {
-        if (SvgProperties(node, &sheet_).get("fill")) break;
-        const std::string_view id = node.attribute("id").value();
-        // What is around one that is known is known as well.
-        if (used_.count(id) > 0 && !bareTexts_.insert(id).second) break;
-      }
     }
   }
 
@@ -236,12 +205,6 @@ class PartFinder {
     const bool isOpen = color.kind == Ink::Kind::kUnset && !sheet_.isWhole();
     if (isOpen || color.kind == Ink::Kind::kUnknown) return {Ink::Kind::kUnknown, {}, true};
     return {Ink::Kind::kColor, color.color, true};
-  }
-
-  /// The identifier that a "url(#id)" refers to, as the chart has it; empty when it has none such.
-  std::string_view identifierIn(std::string_view url) const {
-    const auto found = identified_.find(targetOfUrl(url));
-    return found == identified_.end() ? std::string_view() : found->first;
   }
 
   Inherited enter(pugi::xml_node node, const SvgProperties& properties,
@@ -268,7 +231,7 @@ class PartFinder {
     for (std::size_t i = 0; i < kMarkerProperties.size(); ++i) {
       auto marker = properties.get(kMarkerProperties[i]);
       if (!marker) marker = anyMarker;
-      if (marker) inner.markers[i] = identifierIn(*marker);
+      if (marker) inner.markers[i] = uses_.lastingIdentifier(targetOfUrl(*marker));
     }
     return inner;
   }
@@ -304,36 +267,33 @@ class PartFinder {
            isZero(properties.get("opacity"));
   }
 
-  /// Whether an element is drawn as a whole.
-  bool isLeaf(pugi::xml_node node, std::string_view name) const {
-    return isOneOf(name, {"text", "use"}) || isShapeName(name) || (name == "g" && isWord(node));
-  }
-
   void walk(pugi::xml_node node, const Inherited& outer) {
     const std::string_view name = svgLocalName(node.name());
     if (isOneOf(name, {"svg", "g", "a", "switch", "defs", "symbol", "text", "use"}) ||
-        isShapeName(name)) {
+        isSvgShapeName(name)) {
       const SvgProperties properties(node, &sheet_);
       Inherited state = enter(node, properties, outer);
-      bool isUnseen = isHidden(properties) || (state.isInvisible && isLeaf(node, name));
+      const bool isLetters = name == "g" && isWord(node, state);
+      const bool isLeaf = isOneOf(name, {"text", "use"}) || isSvgShapeName(name) || isLetters;
+      bool isUnseen = isHidden(properties) || (state.isInvisible && isLeaf);
       if (name == "svg") isUnseen = !enterViewport(node, properties, state) || isUnseen;
       if (isDeciding_ && isUnseen) {
         unseen_.emplace_back(node, outer);
         return;
       }
-      state.isUsed = state.isUsed || used_.count(node.attribute("id").value()) > 0;
+      state.isUsed = state.isUsed || uses_.isUsed(node);
       if (name == "defs" || name == "symbol") {
         state.isDefined = true;
-        state.fill = state.stroke = Ink{Ink::Kind::kUnknown, {}};
+        state.color = state.fill = state.stroke = Ink{Ink::Kind::kUnknown, {}};
       }
       if (name == "text") {
         if (!state.isDefined || state.isUsed) readText(node, state, 0);
       } else if (name == "use") {
         readUse(node, properties, state);
-      } else if (isShapeName(name)) {
+      } else if (isSvgShapeName(name)) {
         readShape(node, properties, state);
-      } else if (name == "g" && isWord(node)) {
-        addTextPaint(node, state);
+      } else if (isLetters) {
+        addTextPaint(node, state, uses_.glyphOf(node.find_child(isElement)));
       } else {
         walkChildren(node, state);
       }
@@ -342,36 +302,55 @@ class PartFinder {
 
   // ---- texts
 
-  /// A glyph is drawn in the ink of where it is used; a mark brings its own.
-  bool isGlyph(pugi::xml_node use) const {
-    const std::string_view target = targetOf(use);
-    if (target.empty()) return false;
-    if (target.find("glyph") != std::string_view::npos) return true;
-    const auto found = identified_.find(target);
-    if (found == identified_.end()) return false;
-    const std::string_view name = svgLocalName(found->second.name());
-    if (name == "symbol") return true;
-    const SvgProperties properties(use, &sheet_);
-    const SvgProperties drawn(found->second, &sheet_);
-    const auto saysNothing = [](const SvgProperties& said) {
-      return !said.get("fill") && !said.get("stroke");
-    };
-    return name == "path" && saysNothing(properties) && saysNothing(drawn);
+  /// Bare paths in a colour that texts do not have are data: points, bars.
+  void settleGlyphs() {
+    for (const std::size_t index : pendingGlyphs_) {
+      SvgPaint& paint = parts_.paints[index];
+      const Rgb color = paint.color.value;
+      const bool isTextColor = mostTexts_ > 0 && color == textColor_;
+      if (!isNeutral(color) && !isTextColor && color != paper_) paint.part = SvgPart::kSeries;
+    }
   }
 
-  bool isWord(pugi::xml_node group) const {
+  /// Numbers the colours that no mark has a number for, behind all marks: one further on may have
+  /// any number.
+  void settleSeries() {
+    for (SvgPaint& paint : parts_.paints) {
+      if (paint.part != SvgPart::kSeries || paint.series > 0) continue;
+      const Rgb color = paint.color.value;
+      const auto [known, isNew] = series_.try_emplace(keyOf(color), seriesCount_ + 1);
+      paint.series = known->second;
+      if (!isNew) continue;
+      ++seriesCount_;
+      seriesColors_.push_back(color);
+    }
+  }
+
+  static bool isElement(pugi::xml_node node) { return node.type() == pugi::node_element; }
+
+  /// Letters are filled and have no edge.
+  static bool isInkOfLetters(const Inherited& state) {
+    return state.fill.kind != Ink::Kind::kNone && !state.stroke.isColor();
+  }
+
+  bool isWord(pugi::xml_node group, const Inherited& state) const {
     const bool isMarked = group.attribute(kFillMark);
     bool hasGlyph = false;
     for (const pugi::xml_node child : group.children()) {
-      if (child.type() != pugi::node_element) continue;
+      if (!isElement(child)) continue;
       if (svgLocalName(child.name()) != "use") return false;
-      if (!isMarked && (SvgProperties(child, &sheet_).get("fill") || !isGlyph(child))) return false;
+      if (!isMarked && SvgProperties(child, &sheet_).get("fill")) return false;
+      const SvgGlyph glyph = isMarked ? SvgGlyph::kNamed : uses_.glyphOf(child);
+      if (glyph == SvgGlyph::kNone || (glyph == SvgGlyph::kBare && !isInkOfLetters(state))) {
+        return false;
+      }
       hasGlyph = true;
     }
     return hasGlyph;
   }
 
-  void addTextPaint(pugi::xml_node node, const Inherited& state) {
+  void addTextPaint(pugi::xml_node node, const Inherited& state,
+                    SvgGlyph glyph = SvgGlyph::kNamed) {
     if (state.isDefined && !state.isUsed && !node.attribute(kFillMark)) return;
     Ink fill = state.fill;
     // A style sheet may say another colour, but no text is without one.
@@ -379,8 +358,15 @@ class PartFinder {
     if (!fill.isColor()) return;
     const std::size_t before = parts_.paints.size();
     add(node, false, fill.color, SvgPart::kOther, state);
+    if (glyph != SvgGlyph::kBare && isDeciding_) {
+      if (const std::size_t count = ++textCounts_[keyOf(fill.color.value)]; count > mostTexts_) {
+        mostTexts_ = count;
+        textColor_ = fill.color.value;
+      }
+    }
     if (parts_.paints.size() > before && parts_.paints.back().part == SvgPart::kOther) {
       pendingTexts_.push_back(before);
+      if (glyph == SvgGlyph::kBare && isDeciding_) pendingGlyphs_.push_back(before);
     }
   }
 
@@ -496,18 +482,23 @@ class PartFinder {
   void readUse(pugi::xml_node node, const SvgProperties& properties, const Inherited& state) {
     // One that is marked is known to be seen, whatever has become of what it uses.
     const bool isMarked = node.attribute(kFillMark);
-    if (isMarked || isGlyph(node)) {
-      addTextPaint(node, state);
+    const SvgGlyph glyph = isMarked ? SvgGlyph::kNamed : uses_.glyphOf(node);
+    if (glyph == SvgGlyph::kNamed || (glyph == SvgGlyph::kBare && isInkOfLetters(state))) {
+      addTextPaint(node, state, glyph);
       if (!node.attribute(kStrokeMark)) return;
     }
-    // A mark: what it does not say itself, what it uses may say.
+    // A mark: what it does not say itself, what it uses may say, or else whatever is around it.
     const Ink unknown{Ink::Kind::kUnknown, {}};
-    const bool drawsText = !isMarked && bareTexts_.count(targetOf(node)) > 0;
+    const SvgOpenInks open = uses_.openInksOf(node);
+    const bool drawsText = !isMarked && open.text;
     if (drawsText) addTextPaint(node, state);
     Inherited own = state;
-    own.fill = isMarked || drawsText ? unknown
-                                     : settled(inkOf(properties.get("fill"), unknown), state.color);
-    own.stroke = settled(inkOf(properties.get("stroke"), unknown), state.color);
+    if (isMarked || drawsText) {
+      own.fill = unknown;
+    } else if (!properties.get("fill") && !(open.fill && state.fill.isColor())) {
+      own.fill = unknown;
+    }
+    if (!properties.get("stroke") && !(open.stroke && state.stroke.isColor())) own.stroke = unknown;
     addShape(node, own, SvgShape());
   }
 
@@ -555,7 +546,7 @@ class PartFinder {
 
   void walkMarkers() {
     for (const std::string_view id : markers_) {
-      const pugi::xml_node marker = identified_.at(id);
+      const pugi::xml_node marker = uses_.elementOf(id);
       if (svgLocalName(marker.name()) != "marker") continue;
       Inherited state = stateAround(marker);
       state.isDefined = true;
@@ -663,11 +654,7 @@ class PartFinder {
       const auto known = series_.find(keyOf(color.value));
       if (known != series_.end()) {
         paint.series = known->second;
-      } else if (isDeciding_) {
-        paint.series = ++seriesCount_;
-        series_.emplace(keyOf(color.value), paint.series);
-        seriesColors_.push_back(color.value);
-      } else {
+      } else if (!isDeciding_) {
         return;
       }
     }
@@ -704,15 +691,16 @@ class PartFinder {
   SvgView view_;
   Rgb paper_{255, 255, 255};
   SvgSheet sheet_;
-  std::unordered_map<std::string_view, pugi::xml_node> identified_;
-  std::unordered_set<std::string_view> used_;       ///< identifiers
-  std::unordered_set<std::string_view> bareTexts_;  ///< those with a text that says no fill
-  std::vector<pugi::xml_node> textNodes_;
+  SvgUses uses_{sheet_};
   std::unordered_map<std::uint32_t, int> series_;
   int seriesCount_ = 0;
   std::vector<Rgb> seriesColors_;  ///< in the order of their numbers, where nothing is marked
   bool hasMarks_ = false;
   std::vector<std::size_t> pendingTexts_;
+  std::vector<std::size_t> pendingGlyphs_;  ///< of them, those that may be points of the data
+  std::unordered_map<std::uint32_t, std::size_t> textCounts_;  ///< of the colours of texts
+  std::size_t mostTexts_ = 0;
+  Rgb textColor_;  ///< that of most texts
   /// What is not seen goes by what is seen, and comes after it.
   std::vector<std::pair<pugi::xml_node, Inherited>> unseen_;
   bool isDeciding_ = true;           ///< what is seen is looked at

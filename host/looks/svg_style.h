@@ -1,8 +1,9 @@
 // The styles that stand at the elements of a chart: the properties of a style attribute, and what
 // an element passes on to those within it.
 //
-// Entry points: SvgProperties, which reads one element, and svgFontSize(). A style attribute goes
-// before the rules of a sheet, and these before attributes, as SVG has it.
+// Entry points: SvgProperties, which reads one element, svgLength() and svgFontSize(). A style
+// attribute goes before the rules of a sheet, and these before attributes, as SVG has it. What
+// "font" says of one of its parts counts where it stands, as if it were said by that name.
 #pragma once
 
 #include <optional>
@@ -25,7 +26,8 @@ class SvgProperties {
   /// nothing when it says nothing or asks for what it inherits.
   std::optional<std::string_view> get(std::string_view name) const;
 
-  /// Says the property in the style attribute, in place of whatever the element said of it.
+  /// Says the property in the style attribute, in place of whatever the element said of it; a part
+  /// of the font behind what says all of them.
   void set(std::string_view name, const std::string& value);
 
   /// Writes what was set to the element.
@@ -38,8 +40,12 @@ class SvgProperties {
   bool isChanged_ = false;
 };
 
-/// A font size in the units of the chart; nothing for what is no size. `inherited` is what
-/// percentages and ems are of.
+/// A length in the units of the chart; nothing for what is none. `whole` is what percentages and
+/// ems are of.
+std::optional<double> svgLength(std::string_view text, double whole);
+
+/// A font size in the units of the chart: a length or a word for one; nothing for what is no size.
+/// `inherited` is what those go by that are relative.
 std::optional<double> svgFontSize(std::string_view text, double inherited);
 
 /// Whether it is a multiple of what is inherited.

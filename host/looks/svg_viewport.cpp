@@ -15,7 +15,7 @@ double lengthOf(pugi::xml_attribute attribute, double whole, double absent) {
   std::string_view text = attribute.value();
   double value = 0;
   // A length is written as a font size is, but may be 0 or negative.
-  if (const auto length = svgFontSize(text, whole)) return *length;
+  if (const auto length = svgLength(text, whole)) return *length;
   return takeSvgNumber(text, value) ? value : absent;
 }
 
