@@ -17,6 +17,7 @@
 #include "platform/exportspec/response_spec.h"
 #include "platform/text/json_locator.h"
 #include "platform/text/strict_json.h"
+#include "platform/text/xml_text.h"
 
 namespace vornwout {
 namespace {

@@ -6,91 +6,9 @@
 #include <cstddef>
 
 #include "host/store/number_text.h"
-#include "platform/text/utf8.h"
+#include "platform/text/xml_text.h"
 
 namespace vornwout {
-namespace {
-
-/// What a byte is to the escaper.
-enum class ByteClass : std::uint8_t {
-  kPlain,
-  kMarkup,     ///< & < >
-  kQuote,      ///< escaped in attributes only
-  kBlank,      ///< tab, line feed: escaped in attributes only
-  kReturn,     ///< escaped everywhere
-  kForbidden,  ///< has no place in XML
-  kHigh,       ///< part of a longer character, which is looked at
-};
-
-constexpr std::array<ByteClass, 256> makeClasses() {
-  std::array<ByteClass, 256> classes{};
-  for (std::size_t i = 0; i < 0x20; ++i) classes[i] = ByteClass::kForbidden;
-  for (std::size_t i = 0x80; i < 0x100; ++i) classes[i] = ByteClass::kHigh;
-  classes['\t'] = classes['\n'] = ByteClass::kBlank;
-  classes['\r'] = ByteClass::kReturn;
-  classes['&'] = classes['<'] = classes['>'] = ByteClass::kMarkup;
-  classes['"'] = ByteClass::kQuote;
-  return classes;
-}
-
-constexpr std::array<ByteClass, 256> kClasses = makeClasses();
-
-ByteClass classOf(char c) { return kClasses[static_cast<unsigned char>(c)]; }
-
-/// Whether XML can hold the text: no control characters, valid UTF-8, no noncharacter at the end of
-/// the first plane.
-bool isXmlText(std::string_view text) {
-  for (std::size_t i = 0; i < text.size();) {
-    const ByteClass byteClass = classOf(text[i]);
-    if (byteClass == ByteClass::kForbidden) return false;
-    if (byteClass != ByteClass::kHigh) {
-      ++i;
-      continue;
-    }
-    const std::string_view rest = text.substr(i);
-    const int length = validUtf8Length(rest);
-    if (length == 0) return false;
-    const char32_t codePoint = utf8CodePoint(rest, length);
-    if (codePoint == 0xFFFE || codePoint == 0xFFFF) return false;
-    i += static_cast<std::size_t>(length);
-  }
-  return true;
-}
-
-std::string_view escapeOf(char c) {
-  switch (c) {
-    case '&':
-      return "&amp;";
-    case '<':
-      return "&lt;";
-    case '>':
-      return "&gt;";
-    case '"':
-      return "&quot;";
-    case '\t':
-      return "&#9;";
-    case '\n':
-      return "&#10;";
-    default:
-      return "&#13;";
-  }
-}
-
-void appendEscaped(std::string& out, std::string_view text, bool inAttribute) {
-  std::size_t done = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const ByteClass byteClass = classOf(text[i]);
-    if (byteClass == ByteClass::kPlain || byteClass == ByteClass::kHigh) continue;
-    if (!inAttribute && (byteClass == ByteClass::kQuote || byteClass == ByteClass::kBlank))
-      continue;
-    out.append(text, done, i - done);
-    out += escapeOf(text[i]);
-    done = i + 1;
-  }
-  out.append(text, done, text.size() - done);
-}
-
-}  // namespace
 
 void appendBase64(std::string& out, std::string_view bytes) {
   static constexpr char kDigits[] =
@@ -131,7 +49,7 @@ void XmlWriter::attribute(std::string_view name, std::string_view value) {
     appendBase64(out_, value);
   } else {
     beginAttribute(name);
-    appendEscaped(out_, value, true);
+    appendXmlEscaped(out_, value, true);
   }
   out_ += '"';
 }
@@ -176,7 +94,7 @@ void XmlWriter::text(std::string_view value) {
     return;
   }
   close();
-  appendEscaped(out_, value, false);
+  appendXmlEscaped(out_, value, false);
 }
 
 void XmlWriter::bytes(std::string_view value) {

@@ -3,10 +3,10 @@
 #include <utility>
 
 #include "libvornwout/frame/blame.h"
-#include "platform/exportspec/response_spec.h"
 #include "platform/files/file_specification.h"
 #include "platform/text/encoding.h"
 #include "platform/text/multibyte.h"
+#include "platform/text/xml_text.h"
 
 namespace vornwout {
 namespace {

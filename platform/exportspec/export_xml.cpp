@@ -6,8 +6,8 @@
 #include <type_traits>
 
 #include "platform/exportspec/schema_reader.h"
-#include "platform/exportspec/xml_text.h"
 #include "platform/text/encoding.h"
+#include "platform/text/xml_text.h"
 
 namespace vornwout {
 namespace {

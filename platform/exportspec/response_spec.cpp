@@ -5,8 +5,8 @@
 #include <span>
 
 #include "platform/exportspec/schema_reader.h"
-#include "platform/exportspec/xml_text.h"
 #include "platform/text/encoding.h"
+#include "platform/text/xml_text.h"
 
 namespace vornwout {
 namespace {
@@ -91,15 +91,6 @@ std::string exportResponseXml(const ExportResponse& response) {
   }
   if (children.empty()) return xml + "/>";
   return xml + ">" + children + "</" + kRoot + ">";
-}
-
-bool isXmlText(std::string_view utf8) {
-  const bool hasControl = std::any_of(utf8.begin(), utf8.end(), [](char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r';
-  });
-  return !hasControl && utf8.find("\xEF\xBF\xBE") == std::string_view::npos &&
-         utf8.find("\xEF\xBF\xBF") == std::string_view::npos;
 }
 
 bool ResponseSpec::processResponse(const std::string& xml) {

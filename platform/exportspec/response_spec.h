@@ -33,9 +33,6 @@ struct ExportResponse {
 /// A character that XML cannot hold becomes U+FFFD.
 std::string exportResponseXml(const ExportResponse& response);
 
-/// True when XML can hold every character of the valid UTF-8 text.
-bool isXmlText(std::string_view utf8);
-
 /// A decoded response. Its texts are in the encoding that is current when it is decoded.
 class ResponseSpec {
  public:

@@ -47,15 +47,6 @@ TEST(ResponseXml, ValuesAreEscaped) {
             "&quot;b&quot; 'c'&#9;&#10;&#13; ü\"/>");
 }
 
-TEST(ResponseXml, KnowsWhatXmlCannotHold) {
-  for (const char* text : {"", "a\t\n\r", "\x7F", "ü日😀", "\xEF\xBF\xBD"}) {
-    EXPECT_TRUE(isXmlText(text)) << testing::PrintToString(text);
-  }
-  for (const char* text : {"\x01", "a\x1F", "\xEF\xBF\xBE", "a\xEF\xBF\xBF"}) {
-    EXPECT_FALSE(isXmlText(text)) << testing::PrintToString(text);
-  }
-}
-
 TEST(ResponseXml, WhatXmlCannotHoldIsReplaced) {
   ExportResponse response;
   response.name =
