@@ -13,7 +13,7 @@
 
 namespace vornwout {
 
-/// What is exported. The specification's texts are UTF-8, as they were sent.
+/// What is exported. The texts of `spec` are UTF-8, as they were sent.
 struct ExportJob {
   const Document& document;
   const ExportScope& scope;
@@ -30,7 +30,7 @@ class DocumentExporter {
   virtual void run(const ExportJob& job, ExportFiles& files, ExportResponse& response) = 0;
 };
 
-/// The system's path of one that a specification has.
+/// The system's path of one that an ExportSpec has.
 std::string exportPath(const std::string& path);
 
 }  // namespace vornwout

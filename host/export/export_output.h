@@ -7,7 +7,7 @@
 
 namespace vornwout {
 
-/// The specification's texts are UTF-8. What the response has a code for is answered with it; for
+/// The texts of `spec` are UTF-8. What the response has a code for is answered with it; for
 /// everything else throws std::runtime_error with a reason that goes on behind "because". Files are
 /// put in place only when all of them are whole.
 ExportResponse exportOutput(const ExportSpec& spec, OutputController& controller);

@@ -22,16 +22,16 @@ bool readDocumentFile(std::string& documentFile, const SubComObj* subcommand,
                       const ParserMessage& messages, bool* fileExists);
 
 /// Reads IMAGEROOT into the command's one and into the option's.
-template <typename Option>
-void readImageRootInto(Option& option, std::string& imageRoot, const SubComObj& subcommand,
-                       const ParserMessage& messages, bool required) {
+inline void readImageRootInto(ImageOption& option, std::string& imageRoot,
+                              const SubComObj& subcommand, const ParserMessage& messages,
+                              bool required) {
   if (readImageRoot(imageRoot, &subcommand, messages, required)) option.setImageRoot(imageRoot);
 }
 
 /// Reads DOCUMENTFILE into the command's one and into the option's; false after reporting.
-template <typename Option>
-bool readDocumentFileInto(Option& option, std::string& documentFile, const SubComObj& subcommand,
-                          const ParserMessage& messages, bool* fileExists = nullptr) {
+inline bool readDocumentFileInto(DocumentOption& option, std::string& documentFile,
+                                 const SubComObj& subcommand, const ParserMessage& messages,
+                                 bool* fileExists = nullptr) {
   bool exists = false;
   const bool isRead = readDocumentFile(documentFile, &subcommand, messages, &exists);
   if (isRead) option.setDocumentFile(documentFile);

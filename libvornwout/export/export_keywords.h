@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "platform/exportspec/export_setting.h"
+#include "platform/exportspec/export_spec.h"
 #include "platform/message/parser_message.h"
 #include "platform/parser/command_spec.h"
 #include "platform/parser/descriptor.h"
@@ -63,9 +64,9 @@ ParamDescriptor enumerationKeyword(const char* name) {
 }
 
 /// Gives the value of a keyword to its setter; a keyword that was not given sets nothing.
-template <typename Option, typename Enumeration>
+template <typename Option, typename Owner, typename Enumeration>
 void readEnumeration(const SubComObj& subcommand, const char* keyword, Option& option,
-                     void (Option::*set)(Enumeration)) {
+                     void (Owner::*set)(Enumeration)) {
   const ParamObj* param = subcommand.getParamObj(keyword);
   if (param == nullptr) return;
   const auto value = enumerationValue<Enumeration>(
@@ -77,9 +78,9 @@ void readEnumeration(const SubComObj& subcommand, const char* keyword, Option& o
 std::optional<bool> readYesNo(const SubComObj& subcommand, const char* keyword);
 
 /// Gives true for YES and false for NO to the keyword's setter.
-template <typename Option>
+template <typename Option, typename Owner>
 void readFlag(const SubComObj& subcommand, const char* keyword, Option& option,
-              void (Option::*set)(bool)) {
+              void (Owner::*set)(bool)) {
   if (const std::optional<bool> value = readYesNo(subcommand, keyword)) (option.*set)(*value);
 }
 
@@ -93,8 +94,8 @@ void reportNotAboveZero(const ParserMessage& messages, const std::string& token,
                         const std::string& name);
 
 /// Reads PERCENTSIZE; false after reporting a value that is refused.
-template <typename Option>
-bool readPercentSize(const SubComObj& subcommand, const ParserMessage& messages, Option& option) {
+inline bool readPercentSize(const SubComObj& subcommand, const ParserMessage& messages,
+                            SizedImageOption& option) {
   const ParamObj* param = subcommand.getParamObj(kPercentSize);
   if (param == nullptr) return true;
   const std::string token = param->getStringToken();
@@ -105,8 +106,7 @@ bool readPercentSize(const SubComObj& subcommand, const ParserMessage& messages,
 }
 
 /// 1, and the option is marked as present, when its subcommand was accepted; 0 otherwise.
-template <typename Option>
-int countOption(Option& option, bool accepted) {
+inline int countOption(ExportOption& option, bool accepted) {
   if (!accepted) return 0;
   option.setOptionPresent(true);
   return 1;

@@ -52,12 +52,12 @@ bool readSize(const SubComObj& subcommand, const char* keyword, const ParserMess
               std::optional<PageSize>& size);
 
 /// Reads the four margins; false after reporting each that is refused.
-template <typename Option>
-bool readMargins(const SubComObj& subcommand, const ParserMessage& messages, Option& option) {
-  using Setter = void (Option::*)(MEASUREMENT_TYPE, double, const std::string&);
+inline bool readMargins(const SubComObj& subcommand, const ParserMessage& messages,
+                        PagedOption& option) {
+  using Setter = void (PagedOption::*)(MEASUREMENT_TYPE, double, const std::string&);
   constexpr std::array<Setter, kMarginKeywords.size()> kSetters{
-      &Option::setTopMargin, &Option::setBottomMargin, &Option::setLeftMargin,
-      &Option::setRightMargin};
+      &PagedOption::setTopMargin, &PagedOption::setBottomMargin, &PagedOption::setLeftMargin,
+      &PagedOption::setRightMargin};
   bool accepted = true;
   for (std::size_t i = 0; i < kSetters.size(); ++i) {
     std::optional<PageMeasure> length;

@@ -1,7 +1,7 @@
 // OUTPUT EXPORT: collects what is to be exported and how, ties the subcommands together, and lets
 // the host carry it out.
 //
-// Entry point: outexport_(). Each subcommand is read into its part of one specification, EMF and
+// Entry point: outexport_(). Each subcommand is read into its part of one ExportSpec, EMF and
 // TIF here, the others by classes of their own. Errors of one subcommand do not keep the others
 // from being read or exported. The host is asked for by the run alone, perform_export.h.
 #include <string>
@@ -68,29 +68,29 @@ class PlainImage {
   const char* name_;
 };
 
-/// The specification with the objects that fill it, in the order in which the subcommands are
+/// The ExportSpec with the objects that fill it, in the order in which the subcommands are
 /// declared.
 struct Subcommands {
   explicit Subcommands(CommandDescriptor& command)
-      : global(command, specification.global),
-        contents(command, specification.contents),
-        doc(command, specification.doc),
-        html(command, specification.html),
-        report(command, specification.report),
-        pdf(command, specification.pdf),
-        ppt(command, specification.ppt),
-        text(command, specification.text),
-        xls(command, specification.xls, "XLS"),
-        xlsx(command, specification.xlsx, "XLSX"),
-        xlsm(command, specification.xlsm, "XLSM"),
-        bmp(command, specification.bmp),
-        emf(command, specification.emf, "EMF"),
-        eps(command, specification.eps),
-        jpg(command, specification.jpg),
-        png(command, specification.png),
-        tif(command, specification.tif, "TIF") {}
+      : global(command, exportSpec.global),
+        contents(command, exportSpec.contents),
+        doc(command, exportSpec.doc),
+        html(command, exportSpec.html),
+        report(command, exportSpec.report),
+        pdf(command, exportSpec.pdf),
+        ppt(command, exportSpec.ppt),
+        text(command, exportSpec.text),
+        xls(command, exportSpec.xls, "XLS"),
+        xlsx(command, exportSpec.xlsx, "XLSX"),
+        xlsm(command, exportSpec.xlsm, "XLSM"),
+        bmp(command, exportSpec.bmp),
+        emf(command, exportSpec.emf, "EMF"),
+        eps(command, exportSpec.eps),
+        jpg(command, exportSpec.jpg),
+        png(command, exportSpec.png),
+        tif(command, exportSpec.tif, "TIF") {}
 
-  ExportSpec specification;
+  ExportSpec exportSpec;
   OutputExportGlobalData global;
   OutputExportContentsData contents;
   OutputExportDocData doc;
@@ -148,16 +148,16 @@ int readOtherDocuments(Subcommands& subcommands, CommandSpec& spec, const Parser
   return count;
 }
 
-void dropImages(ExportSpec& specification) {
-  specification.bmp.setOptionPresent(false);
-  specification.emf.setOptionPresent(false);
-  specification.eps.setOptionPresent(false);
-  specification.jpg.setOptionPresent(false);
-  specification.png.setOptionPresent(false);
-  specification.tif.setOptionPresent(false);
+void dropImages(ExportSpec& spec) {
+  spec.bmp.setOptionPresent(false);
+  spec.emf.setOptionPresent(false);
+  spec.eps.setOptionPresent(false);
+  spec.jpg.setOptionPresent(false);
+  spec.png.setOptionPresent(false);
+  spec.tif.setOptionPresent(false);
 }
 
-/// Fills the specification; true when there is something to export, false after reporting.
+/// Fills the ExportSpec; true when there is something to export, false after reporting.
 bool readCommand(Subcommands& subcommands, CommandSpec& spec, const ParserMessage& messages) {
   subcommands.global.populateSpecification(spec, messages);
   subcommands.contents.populateSpecification(spec, messages);
@@ -167,7 +167,7 @@ bool readCommand(Subcommands& subcommands, CommandSpec& spec, const ParserMessag
   const int withoutImages = readOtherDocuments(subcommands, spec, messages);
   if (withoutImages != 0 && images != 0) {
     OutputCommands::ErrorWarn0(kNoImagesHere, kLevelWarning);
-    dropImages(subcommands.specification);
+    dropImages(subcommands.exportSpec);
   }
   const int documents = withImages + withoutImages;
   if (documents > 1) {
@@ -193,8 +193,8 @@ void outputExport() {
   if (!readCommand(subcommands, frame.spec(), frame.messages())) return;
 
   std::string xml;
-  ExportXML().convertToXML(subcommands.specification, xml);
-  PerformExport exportRun(frame.procedure(), subcommands.specification.global.getPrintOption());
+  ExportXML().convertToXML(subcommands.exportSpec, xml);
+  PerformExport exportRun(frame.procedure(), subcommands.exportSpec.global.getPrintOption());
   exportRun.setDocFileName(subcommands.documentFile);
   exportRun.process(xml);
 }

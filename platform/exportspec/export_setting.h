@@ -1,8 +1,8 @@
-// What the settings of an export specification are made of.
+// What the settings of an ExportSpec are made of.
 //
 // A setting is an optional value: one that was not set is not written, and its getter gives the
-// default. A sub-specification names its settings once, in visit(); writing, reading, comparing and
-// generating them all go through that.
+// default. A part of an ExportSpec names its settings once, in visit(); writing, reading, comparing
+// and generating them all go through that.
 #pragma once
 
 #include <array>
@@ -31,7 +31,7 @@ struct Measure {
 template <typename Enumeration>
 struct Keywords;
 
-/// What all sub-specifications have.
+/// What all parts of an ExportSpec have.
 class ExportOption {
  public:
   /// Whether the subcommand was given and accepted.

@@ -1,4 +1,4 @@
-// What OUTPUT EXPORT asks a host for: one sub-specification for each of its subcommands.
+// What OUTPUT EXPORT asks a host for: one part for each of its subcommands.
 //
 // ExportSpec holds them in the order in which they are written; ExportXML turns it into a document
 // and back. Setters are named as the commands call them. Texts are in the current encoding when a
@@ -114,23 +114,29 @@ struct Keywords<ExportContentsSpec::MODELVIEWS_TYPE> {
   static constexpr std::array kNames{"PRINTSETTING", "ALL", "VISIBLE"};
 };
 
-/// DOC: a document of a word processor.
-class ExportDocSpec : public ExportOption {
+/// What all document types have.
+class DocumentOption : public ExportOption {
  public:
   void setDocumentFile(const std::string& documentFile) { documentFile_ = documentFile; }
   std::string getDocumentFile() const { return documentFile_.value_or(""); }
+
+ protected:
+  std::optional<std::string> documentFile_;
+};
+
+/// Document types whose tables may come without their notes and captions.
+class NotedDocumentOption : public DocumentOption {
+ public:
   void setNotesAndCaptions(bool notesAndCaptions) { notesAndCaptions_ = notesAndCaptions; }
   bool getNotesAndCaptions() const { return notesAndCaptions_.value_or(true); }
-  void setWideTables(WIDE_TABLES_TYPE wideTables) { wideTables_ = wideTables; }
-  WIDE_TABLES_TYPE getWideTables() const { return wideTables_.value_or(WIDE_TABLES_TYPE::WRAP); }
-  void setPageSizeWidth(MEASUREMENT_TYPE unit, double value, const std::string& token) {
-    pageSizeWidth_ = {unit, value, token};
-  }
-  const std::optional<PageMeasure>& getPageSizeWidth() const { return pageSizeWidth_; }
-  void setPageSizeHeight(MEASUREMENT_TYPE unit, double value, const std::string& token) {
-    pageSizeHeight_ = {unit, value, token};
-  }
-  const std::optional<PageMeasure>& getPageSizeHeight() const { return pageSizeHeight_; }
+
+ protected:
+  std::optional<bool> notesAndCaptions_;
+};
+
+/// Pages and slides.
+class PagedOption : public NotedDocumentOption {
+ public:
   void setTopMargin(MEASUREMENT_TYPE unit, double value, const std::string& token) {
     topMargin_ = {unit, value, token};
   }
@@ -147,6 +153,55 @@ class ExportDocSpec : public ExportOption {
     rightMargin_ = {unit, value, token};
   }
   const std::optional<PageMeasure>& getRightMargin() const { return rightMargin_; }
+
+ protected:
+  template <typename Self, typename Visitor>
+  static void visitMargins(Self& self, Visitor&& visitor) {
+    visitor("topMargin", self.topMargin_);
+    visitor("bottomMargin", self.bottomMargin_);
+    visitor("leftMargin", self.leftMargin_);
+    visitor("rightMargin", self.rightMargin_);
+  }
+
+  std::optional<PageMeasure> topMargin_;
+  std::optional<PageMeasure> bottomMargin_;
+  std::optional<PageMeasure> leftMargin_;
+  std::optional<PageMeasure> rightMargin_;
+};
+
+/// What all image types have.
+class ImageOption : public ExportOption {
+ public:
+  void setImageRoot(std::string& imageRoot) { imageRoot_ = imageRoot; }
+  std::string getImageRoot() const { return imageRoot_.value_or(""); }
+
+ protected:
+  std::optional<std::string> imageRoot_;
+};
+
+/// Image types whose size is given as a share of the picture's own.
+class SizedImageOption : public ImageOption {
+ public:
+  void setPercentSize(double percent, const std::string& token) { percentSize_ = {percent, token}; }
+  double getPercentSize() const { return percentSize_ ? percentSize_->value : 100; }
+
+ protected:
+  std::optional<SourceNumber> percentSize_;
+};
+
+/// DOC: a document of a word processor.
+class ExportDocSpec : public PagedOption {
+ public:
+  void setWideTables(WIDE_TABLES_TYPE wideTables) { wideTables_ = wideTables; }
+  WIDE_TABLES_TYPE getWideTables() const { return wideTables_.value_or(WIDE_TABLES_TYPE::WRAP); }
+  void setPageSizeWidth(MEASUREMENT_TYPE unit, double value, const std::string& token) {
+    pageSizeWidth_ = {unit, value, token};
+  }
+  const std::optional<PageMeasure>& getPageSizeWidth() const { return pageSizeWidth_; }
+  void setPageSizeHeight(MEASUREMENT_TYPE unit, double value, const std::string& token) {
+    pageSizeHeight_ = {unit, value, token};
+  }
+  const std::optional<PageMeasure>& getPageSizeHeight() const { return pageSizeHeight_; }
   void setPageBreaks(bool pageBreaks) { pageBreaks_ = pageBreaks; }
   bool getPageBreaks() const { return pageBreaks_.value_or(true); }
 
@@ -158,35 +213,22 @@ class ExportDocSpec : public ExportOption {
     visitor("wideTables", self.wideTables_);
     visitor("pageSizeWidth", self.pageSizeWidth_);
     visitor("pageSizeHeight", self.pageSizeHeight_);
-    visitor("topMargin", self.topMargin_);
-    visitor("bottomMargin", self.bottomMargin_);
-    visitor("leftMargin", self.leftMargin_);
-    visitor("rightMargin", self.rightMargin_);
+    visitMargins(self, visitor);
     visitor("pageBreaks", self.pageBreaks_);
   }
 
  private:
-  std::optional<std::string> documentFile_;
-  std::optional<bool> notesAndCaptions_;
   std::optional<WIDE_TABLES_TYPE> wideTables_;
   std::optional<PageMeasure> pageSizeWidth_;
   std::optional<PageMeasure> pageSizeHeight_;
-  std::optional<PageMeasure> topMargin_;
-  std::optional<PageMeasure> bottomMargin_;
-  std::optional<PageMeasure> leftMargin_;
-  std::optional<PageMeasure> rightMargin_;
   std::optional<bool> pageBreaks_;
 };
 
 /// HTML: one page.
-class ExportHTMLSpec : public ExportOption {
+class ExportHTMLSpec : public NotedDocumentOption {
  public:
   using IMAGEFORMAT = ChartImageFormat;
 
-  void setDocumentFile(const std::string& documentFile) { documentFile_ = documentFile; }
-  std::string getDocumentFile() const { return documentFile_.value_or(""); }
-  void setNotesAndCaptions(bool notesAndCaptions) { notesAndCaptions_ = notesAndCaptions; }
-  bool getNotesAndCaptions() const { return notesAndCaptions_.value_or(true); }
   /// Nothing for charts as they are.
   void setImageFormat(IMAGEFORMAT imageFormat) { imageFormat_ = imageFormat; }
   std::optional<IMAGEFORMAT> getImageFormat() const { return imageFormat_; }
@@ -206,15 +248,13 @@ class ExportHTMLSpec : public ExportOption {
   }
 
  private:
-  std::optional<std::string> documentFile_;
-  std::optional<bool> notesAndCaptions_;
   std::optional<IMAGEFORMAT> imageFormat_;
   std::optional<bool> styling_;
   std::optional<bool> interactiveLayers_;
 };
 
 /// REPORT: a web report.
-class ExportReportSpec : public ExportOption {
+class ExportReportSpec : public DocumentOption {
  public:
   enum class Excluded { TEXTS, LOGS, NOTES, WARNINGS };
   struct Link {
@@ -224,8 +264,6 @@ class ExportReportSpec : public ExportOption {
   };
   using Item = std::variant<Excluded, Link>;
 
-  void setDocumentFile(const std::string& documentFile) { documentFile_ = documentFile; }
-  std::string getDocumentFile() const { return documentFile_.value_or(""); }
   void setTitle(const std::string& title) { title_ = title; }
   std::string getTitle() const { return title_.value_or(""); }
   /// One file with everything that belongs to the page.
@@ -256,7 +294,6 @@ class ExportReportSpec : public ExportOption {
   }
 
  private:
-  std::optional<std::string> documentFile_;
   std::optional<std::string> title_;
   std::optional<bool> mht_;
   std::optional<bool> restyle_;
@@ -268,10 +305,8 @@ struct Keywords<ExportReportSpec::Excluded> {
 };
 
 /// PDF.
-class ExportPDFSpec : public ExportOption {
+class ExportPDFSpec : public DocumentOption {
  public:
-  void setDocumentFile(const std::string& documentFile) { documentFile_ = documentFile; }
-  std::string getDocumentFile() const { return documentFile_.value_or(""); }
   void setEmbedBookmarks(bool embedBookmarks) { embedBookmarks_ = embedBookmarks; }
   bool getEmbedBookmarks() const { return embedBookmarks_.value_or(true); }
   void setEmbedFonts(bool embedFonts) { embedFonts_ = embedFonts; }
@@ -286,18 +321,13 @@ class ExportPDFSpec : public ExportOption {
   }
 
  private:
-  std::optional<std::string> documentFile_;
   std::optional<bool> embedBookmarks_;
   std::optional<bool> embedFonts_;
 };
 
 /// PPT: slides.
-class ExportPPTSpec : public ExportOption {
+class ExportPPTSpec : public PagedOption {
  public:
-  void setDocumentFile(const std::string& documentFile) { documentFile_ = documentFile; }
-  std::string getDocumentFile() const { return documentFile_.value_or(""); }
-  void setNotesAndCaptions(bool notesAndCaptions) { notesAndCaptions_ = notesAndCaptions; }
-  bool getNotesAndCaptions() const { return notesAndCaptions_.value_or(true); }
   void setSlideTitles(bool slideTitles) { slideTitles_ = slideTitles; }
   bool getSlideTitles() const { return slideTitles_.value_or(true); }
   void setWideTables(WIDE_TABLES_TYPE wideTables) { wideTables_ = wideTables; }
@@ -310,22 +340,6 @@ class ExportPPTSpec : public ExportOption {
     slideSizeHeight_ = {unit, value, token};
   }
   const std::optional<PageMeasure>& getSlideSizeHeight() const { return slideSizeHeight_; }
-  void setTopMargin(MEASUREMENT_TYPE unit, double value, const std::string& token) {
-    topMargin_ = {unit, value, token};
-  }
-  const std::optional<PageMeasure>& getTopMargin() const { return topMargin_; }
-  void setBottomMargin(MEASUREMENT_TYPE unit, double value, const std::string& token) {
-    bottomMargin_ = {unit, value, token};
-  }
-  const std::optional<PageMeasure>& getBottomMargin() const { return bottomMargin_; }
-  void setLeftMargin(MEASUREMENT_TYPE unit, double value, const std::string& token) {
-    leftMargin_ = {unit, value, token};
-  }
-  const std::optional<PageMeasure>& getLeftMargin() const { return leftMargin_; }
-  void setRightMargin(MEASUREMENT_TYPE unit, double value, const std::string& token) {
-    rightMargin_ = {unit, value, token};
-  }
-  const std::optional<PageMeasure>& getRightMargin() const { return rightMargin_; }
 
   /// Gives each setting with the name of its attribute.
   template <typename Self, typename Visitor>
@@ -336,38 +350,25 @@ class ExportPPTSpec : public ExportOption {
     visitor("wideTables", self.wideTables_);
     visitor("slideSizeWidth", self.slideSizeWidth_);
     visitor("slideSizeHeight", self.slideSizeHeight_);
-    visitor("topMargin", self.topMargin_);
-    visitor("bottomMargin", self.bottomMargin_);
-    visitor("leftMargin", self.leftMargin_);
-    visitor("rightMargin", self.rightMargin_);
+    visitMargins(self, visitor);
   }
 
  private:
-  std::optional<std::string> documentFile_;
-  std::optional<bool> notesAndCaptions_;
   std::optional<bool> slideTitles_;
   std::optional<WIDE_TABLES_TYPE> wideTables_;
   std::optional<PageMeasure> slideSizeWidth_;
   std::optional<PageMeasure> slideSizeHeight_;
-  std::optional<PageMeasure> topMargin_;
-  std::optional<PageMeasure> bottomMargin_;
-  std::optional<PageMeasure> leftMargin_;
-  std::optional<PageMeasure> rightMargin_;
 };
 
 /// TEXT.
-class ExportTextSpec : public ExportOption {
+class ExportTextSpec : public NotedDocumentOption {
  public:
   using IMAGEFORMAT = ChartImageFormat;
   enum class ENCODING_TYPE { LOCALE, UTF8, UTF16 };
   enum class SEPARATOR_TYPE { SPACE, TAB };
 
-  void setDocumentFile(const std::string& documentFile) { documentFile_ = documentFile; }
-  std::string getDocumentFile() const { return documentFile_.value_or(""); }
   void setEncoding(ENCODING_TYPE encoding) { encoding_ = encoding; }
   ENCODING_TYPE getEncoding() const { return encoding_.value_or(ENCODING_TYPE::UTF8); }
-  void setNotesAndCaptions(bool notesAndCaptions) { notesAndCaptions_ = notesAndCaptions; }
-  bool getNotesAndCaptions() const { return notesAndCaptions_.value_or(true); }
   /// Characters of every column; columns that fit their contents have the width 0.
   void setColumnWidth(int width, const std::string& token, bool autofit) {
     columnWidth_ = {static_cast<double>(width), token};
@@ -403,9 +404,7 @@ class ExportTextSpec : public ExportOption {
   }
 
  private:
-  std::optional<std::string> documentFile_;
   std::optional<ENCODING_TYPE> encoding_;
-  std::optional<bool> notesAndCaptions_;
   std::optional<SourceNumber> columnWidth_;
   std::optional<bool> columnWidthAutofit_;
   std::optional<SEPARATOR_TYPE> separator_;
@@ -423,13 +422,11 @@ struct Keywords<ExportTextSpec::SEPARATOR_TYPE> {
 };
 
 /// XLS, XLSX and XLSM: a sheet of a workbook.
-class ExportXLSSpec : public ExportOption {
+class ExportXLSSpec : public NotedDocumentOption {
  public:
   enum class OPERATION_TYPE { CREATEFILE, CREATESHEET, MODIFYSHEET };
   enum class LOCATION_TYPE { LASTCOLUMN, LASTROW, STARTCELL };
 
-  void setDocumentFile(const std::string& documentFile) { documentFile_ = documentFile; }
-  std::string getDocumentFile() const { return documentFile_.value_or(""); }
   void setOperation(OPERATION_TYPE operation) { operation_ = operation; }
   OPERATION_TYPE getOperation() const { return operation_.value_or(OPERATION_TYPE::CREATEFILE); }
   void setSheet(const std::string& sheet) { sheet_ = sheet; }
@@ -439,8 +436,6 @@ class ExportXLSSpec : public ExportOption {
   /// A reference such as B3.
   void setStartCell(const std::string& startCell) { startCell_ = startCell; }
   std::string getStartCell() const { return startCell_.value_or(""); }
-  void setNotesAndCaptions(bool notesAndCaptions) { notesAndCaptions_ = notesAndCaptions; }
-  bool getNotesAndCaptions() const { return notesAndCaptions_.value_or(true); }
 
   /// Gives each setting with the name of its attribute.
   template <typename Self, typename Visitor>
@@ -454,12 +449,10 @@ class ExportXLSSpec : public ExportOption {
   }
 
  private:
-  std::optional<std::string> documentFile_;
   std::optional<OPERATION_TYPE> operation_;
   std::optional<std::string> sheet_;
   std::optional<LOCATION_TYPE> location_;
   std::optional<std::string> startCell_;
-  std::optional<bool> notesAndCaptions_;
 };
 
 template <>
@@ -473,14 +466,10 @@ struct Keywords<ExportXLSSpec::LOCATION_TYPE> {
 };
 
 /// BMP.
-class ExportBMPSpec : public ExportOption {
+class ExportBMPSpec : public SizedImageOption {
  public:
-  void setImageRoot(std::string& imageRoot) { imageRoot_ = imageRoot; }
-  std::string getImageRoot() const { return imageRoot_.value_or(""); }
   void setCompress(bool compress) { compress_ = compress; }
   bool getCompress() const { return compress_.value_or(true); }
-  void setPercentSize(double percent, const std::string& token) { percentSize_ = {percent, token}; }
-  double getPercentSize() const { return percentSize_ ? percentSize_->value : 100; }
 
   /// Gives each setting with the name of its attribute.
   template <typename Self, typename Visitor>
@@ -491,39 +480,26 @@ class ExportBMPSpec : public ExportOption {
   }
 
  private:
-  std::optional<std::string> imageRoot_;
   std::optional<bool> compress_;
-  std::optional<SourceNumber> percentSize_;
 };
 
 /// EMF.
-class ExportEMFSpec : public ExportOption {
+class ExportEMFSpec : public SizedImageOption {
  public:
-  void setImageRoot(std::string& imageRoot) { imageRoot_ = imageRoot; }
-  std::string getImageRoot() const { return imageRoot_.value_or(""); }
-  void setPercentSize(double percent, const std::string& token) { percentSize_ = {percent, token}; }
-  double getPercentSize() const { return percentSize_ ? percentSize_->value : 100; }
-
   /// Gives each setting with the name of its attribute.
   template <typename Self, typename Visitor>
   static void visit(Self& self, Visitor&& visitor) {
     visitor("imageRoot", self.imageRoot_);
     visitor("percentSize", self.percentSize_);
   }
-
- private:
-  std::optional<std::string> imageRoot_;
-  std::optional<SourceNumber> percentSize_;
 };
 
 /// EPS.
-class ExportEPSSpec : public ExportOption {
+class ExportEPSSpec : public ImageOption {
  public:
   enum class WIDTH_UNIT { PERCENT, CENTIMETERS, INCHES, POINTS };
   enum class FONT_HANDLING { REFERENCES, CURVES };
 
-  void setImageRoot(std::string& imageRoot) { imageRoot_ = imageRoot; }
-  std::string getImageRoot() const { return imageRoot_.value_or(""); }
   void setWidth(WIDTH_UNIT unit, const std::string& token, double value) {
     width_ = {unit, value, token};
   }
@@ -546,7 +522,6 @@ class ExportEPSSpec : public ExportOption {
   }
 
  private:
-  std::optional<std::string> imageRoot_;
   std::optional<Measure<WIDTH_UNIT>> width_;
   std::optional<bool> preview_;
   std::optional<FONT_HANDLING> fontHandling_;
@@ -563,12 +538,8 @@ struct Keywords<ExportEPSSpec::FONT_HANDLING> {
 };
 
 /// JPG.
-class ExportJPGSpec : public ExportOption {
+class ExportJPGSpec : public SizedImageOption {
  public:
-  void setImageRoot(std::string& imageRoot) { imageRoot_ = imageRoot; }
-  std::string getImageRoot() const { return imageRoot_.value_or(""); }
-  void setPercentSize(double percent, const std::string& token) { percentSize_ = {percent, token}; }
-  double getPercentSize() const { return percentSize_ ? percentSize_->value : 100; }
   void setGrayscale(bool grayscale) { grayscale_ = grayscale; }
   bool getGrayscale() const { return grayscale_.value_or(false); }
 
@@ -581,20 +552,14 @@ class ExportJPGSpec : public ExportOption {
   }
 
  private:
-  std::optional<std::string> imageRoot_;
-  std::optional<SourceNumber> percentSize_;
   std::optional<bool> grayscale_;
 };
 
 /// PNG.
-class ExportPNGSpec : public ExportOption {
+class ExportPNGSpec : public SizedImageOption {
  public:
   enum class DEPTH { SCREEN, BLACKWHITE, GRAYS256, COLORS16, COLORS256, TRUE24BIT, TRUE32BIT };
 
-  void setImageRoot(std::string& imageRoot) { imageRoot_ = imageRoot; }
-  std::string getImageRoot() const { return imageRoot_.value_or(""); }
-  void setPercentSize(double percent, const std::string& token) { percentSize_ = {percent, token}; }
-  double getPercentSize() const { return percentSize_ ? percentSize_->value : 100; }
   void setDepth(DEPTH depth) { depth_ = depth; }
   DEPTH getDepth() const { return depth_.value_or(DEPTH::SCREEN); }
 
@@ -607,8 +572,6 @@ class ExportPNGSpec : public ExportOption {
   }
 
  private:
-  std::optional<std::string> imageRoot_;
-  std::optional<SourceNumber> percentSize_;
   std::optional<DEPTH> depth_;
 };
 
@@ -619,23 +582,14 @@ struct Keywords<ExportPNGSpec::DEPTH> {
 };
 
 /// TIF.
-class ExportTIFSpec : public ExportOption {
+class ExportTIFSpec : public SizedImageOption {
  public:
-  void setImageRoot(std::string& imageRoot) { imageRoot_ = imageRoot; }
-  std::string getImageRoot() const { return imageRoot_.value_or(""); }
-  void setPercentSize(double percent, const std::string& token) { percentSize_ = {percent, token}; }
-  double getPercentSize() const { return percentSize_ ? percentSize_->value : 100; }
-
   /// Gives each setting with the name of its attribute.
   template <typename Self, typename Visitor>
   static void visit(Self& self, Visitor&& visitor) {
     visitor("imageRoot", self.imageRoot_);
     visitor("percentSize", self.percentSize_);
   }
-
- private:
-  std::optional<std::string> imageRoot_;
-  std::optional<SourceNumber> percentSize_;
 };
 
 /// All of them.
@@ -658,7 +612,7 @@ struct ExportSpec {
   ExportPNGSpec png;
   ExportTIFSpec tif;
 
-  /// Gives each sub-specification with the name of its element, in the order of the document.
+  /// Gives each part with the name of its element, in the order of the document.
   template <typename Self, typename Visitor>
   static void visit(Self& self, Visitor&& visitor) {
     visitor("global", self.global);

@@ -1,7 +1,7 @@
 // The export document: what OUTPUT EXPORT hands to a host.
 //
-// ExportXML::convertToXML() writes a specification, readExportXml() gives a host the specification
-// back; docs/export-documents.md has the format, docs/export-document.xsd its schema. One attribute
+// ExportXML::convertToXML() writes an ExportSpec, readExportXml() gives a host the ExportSpec back;
+// docs/export-documents.md has the format, docs/export-document.xsd its schema. One attribute
 // stands for each setting that was set, one element for each subcommand that was given.
 #pragma once
 
@@ -19,7 +19,7 @@ class ExportXML {
   void convertToXML(const ExportSpec& spec, std::string& xml) const;
 };
 
-/// The specification that a document gives; its texts are UTF-8. Throws XmlError for what the
+/// The ExportSpec that a document gives; its texts are UTF-8. Throws XmlError for what the
 /// schema does not allow.
 ExportSpec readExportXml(std::string_view xml);
 
