@@ -45,31 +45,7 @@ TEST(OutputExportJPGData, SetsWhatIsGiven) {
   }));
 }
 
-TEST(OutputExportJPGData, RefusesWithItsOwnMessage) {
-  expectRefused(whole(std::vector<RefusedCase>{
-      {"PERCENTSIZE=0",
-       {"error: Value ^1 breaks lower boundary ^2 or upper boundary ^3 for parameter ^4... (0, 0, "
-        "200PERCENTSIZE)"}},
-      {"PERCENTSIZE=200.5",
-       {"error: Value ^1 breaks lower boundary ^2 or upper boundary ^3 for parameter ^4... (200.5, "
-        "0, 200PERCENTSIZE)"}},
-      {"PERCENTSIZE=-1",
-       {"error: Value ^1 breaks lower boundary ^2 or upper boundary ^3 for parameter ^4... (-1, 0, "
-        "200PERCENTSIZE)"}},
-      {"PERCENTSIZE=1e999",
-       {"error: Value ^1 breaks lower boundary ^2 or upper boundary ^3 for parameter ^4... (1e999, "
-        "0, 200PERCENTSIZE)"}},
-      {"PERCENTSIZE=BIG",
-       {"error: Value ^1 breaks lower boundary ^2 or upper boundary ^3 for parameter ^4... (BIG, "
-        "0, 200PERCENTSIZE)"}},
-      {"PERCENTSIZE='50'",
-       {"error: Value ^1 breaks lower boundary ^2 or upper boundary ^3 for parameter ^4... (50, 0, "
-        "200PERCENTSIZE)"}},
-      {"PERCENTSIZE=ALL",
-       {"error: Value ^1 breaks lower boundary ^2 or upper boundary ^3 for parameter ^4... (ALL, "
-        "0, 200PERCENTSIZE)"}},
-  }));
-}
+TEST(OutputExportJPGData, RefusesWithItsOwnMessage) { expectRefused(whole(percentSizeRefusals())); }
 
 TEST(OutputExportJPGData, LeavesOtherMistakesToTheParser) {
   expectNotParsed(whole(std::vector<RefusedCase>{

@@ -160,4 +160,31 @@ inline std::vector<std::string> exportGrammarOf(const std::string& subcommand) {
   return lines;
 }
 
+/// What every image type says of a size that is no share of the picture's own.
+inline std::vector<RefusedCase> percentSizeRefusals() {
+  return {
+      {"PERCENTSIZE=0",
+       {"error: Value ^1 breaks lower boundary ^2 or upper boundary ^3 for parameter ^4... (0, 0, "
+        "200PERCENTSIZE)"}},
+      {"PERCENTSIZE=200.5",
+       {"error: Value ^1 breaks lower boundary ^2 or upper boundary ^3 for parameter ^4... (200.5, "
+        "0, 200PERCENTSIZE)"}},
+      {"PERCENTSIZE=-1",
+       {"error: Value ^1 breaks lower boundary ^2 or upper boundary ^3 for parameter ^4... (-1, 0, "
+        "200PERCENTSIZE)"}},
+      {"PERCENTSIZE=1e999",
+       {"error: Value ^1 breaks lower boundary ^2 or upper boundary ^3 for parameter ^4... (1e999, "
+        "0, 200PERCENTSIZE)"}},
+      {"PERCENTSIZE=BIG",
+       {"error: Value ^1 breaks lower boundary ^2 or upper boundary ^3 for parameter ^4... (BIG, "
+        "0, 200PERCENTSIZE)"}},
+      {"PERCENTSIZE='50'",
+       {"error: Value ^1 breaks lower boundary ^2 or upper boundary ^3 for parameter ^4... (50, 0, "
+        "200PERCENTSIZE)"}},
+      {"PERCENTSIZE=ALL",
+       {"error: Value ^1 breaks lower boundary ^2 or upper boundary ^3 for parameter ^4... (ALL, "
+        "0, 200PERCENTSIZE)"}},
+  };
+}
+
 }  // namespace vornwout
