@@ -1,6 +1,5 @@
 // Limits of the documents of an export: writing one, reading one, and refusing a hostile one.
 #include <array>
-#include <fstream>
 #include <functional>
 #include <memory>
 #include <stdexcept>
@@ -18,6 +17,7 @@
 #include <xercesc/util/XMLUni.hpp>
 
 #include "bench/limits.h"
+#include "bench/peak_memory.h"
 #include "platform/exportspec/export_xml.h"
 #include "platform/exportspec/schema_reader.h"
 #include "platform/exportspec/schema_texts.h"
@@ -127,16 +127,6 @@ void ordinary(const Effort& effort, std::vector<LimitResult>& results) {
   }
 }
 
-/// A number of kilobytes from /proc/self/status.
-double statusBytes(const std::string& field) {
-  std::ifstream status("/proc/self/status");
-  std::string line;
-  while (std::getline(status, line)) {
-    if (line.starts_with(field + ":")) return std::stod(line.substr(field.size() + 1)) * 1024;
-  }
-  throw std::runtime_error("the system does not say " + field);
-}
-
 std::string repeated(const std::function<std::string(int)>& piece, int count) {
   std::string text;
   for (int i = 0; i < count; ++i) text += piece(i);
@@ -167,16 +157,16 @@ void hostile(std::vector<LimitResult>& results) {
                repeated([](int) { return "<link first=\"a\" second=\"b\"/>"; }, 130'000) +
                "<link/></report></outputExport>"}};
   for (const Case& c : cases) {
-    // The high-water mark starts anew.
-    std::ofstream("/proc/self/clear_refs") << 5;
-    const double before = statusBytes("VmRSS");
     bool isRefused = false;
-    const double seconds = secondsOf([&] {
-      try {
-        readExportXml(c.xml);
-      } catch (const XmlError&) {
-        isRefused = true;
-      }
+    double seconds = 0;
+    const double bytes = peakBytesOf([&] {
+      seconds = secondsOf([&] {
+        try {
+          readExportXml(c.xml);
+        } catch (const XmlError&) {
+          isRefused = true;
+        }
+      });
     });
     if (!isRefused) throw std::runtime_error(std::string(c.name) + " were taken");
     LimitResult time;
@@ -186,7 +176,7 @@ void hostile(std::vector<LimitResult>& results) {
     results.push_back(time);
     LimitResult memory;
     memory.name = fmt::format("refusing {}, MB", c.name);
-    memory.measured = (statusBytes("VmHWM") - before) / 1e6;
+    memory.measured = bytes / 1e6;
     memory.limit = 64;
     results.push_back(memory);
   }

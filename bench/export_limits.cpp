@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -16,6 +15,7 @@
 #include <unistd.h>
 
 #include "bench/limits.h"
+#include "bench/peak_memory.h"
 #include "host/export/export_files.h"
 #include "host/export/export_scope.h"
 #include "host/export/html/html_exporter.h"
@@ -147,24 +147,6 @@ class Subject {
   ExportScope scope_;
 };
 
-/// A line of the process's status, in kilobytes.
-double statusOf(const std::string& name) {
-  std::ifstream status("/proc/self/status");
-  for (std::string word; status >> word;) {
-    double value = 0;
-    if (word == name + ":" && status >> value) return value;
-  }
-  throw std::runtime_error("the system does not tell " + name);
-}
-
-/// The most memory, in megabytes, that the process had during `work` beyond what it had before.
-double peakOf(const std::function<void()>& work) {
-  std::ofstream("/proc/self/clear_refs") << "5";  // forgets the peak so far
-  const double before = statusOf("VmRSS");
-  work();
-  return (statusOf("VmHWM") - before) / 1024;
-}
-
 /// A format, its yardstick, and what is promised of it.
 struct Format {
   const char* name;
@@ -184,7 +166,7 @@ void memory(const Effort& effort, const Folder& folder, std::vector<LimitResult>
       const Subject subject(folder, side);
       LimitResult result;
       result.name = fmt::format("memory of {} of {} x {} cells, MB", format.name, side, side);
-      result.measured = peakOf([&] { (subject.*format.exportIt)(); });
+      result.measured = peakBytesOf([&] { (subject.*format.exportIt)(); }) / (1 << 20);
       // Buffers, and what waits in memory before a scratch file takes the rest.
       result.limit = 8;
       result.isPromised = side == most;

@@ -19,6 +19,8 @@ from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
 
+from documents import shown_cells
+
 FAULTS = []
 
 
@@ -58,18 +60,6 @@ def check_requests(browser, page):
         check(False, "on the console: " + entry["message"][:300])
 
 
-def objects_of(document):
-    """All objects, depth first."""
-    for entry in document:
-        yield entry
-        yield from objects_of(entry.get("objects", []))
-
-
-def cells_of(table):
-    """What a table's cells show, as the document has it."""
-    return [cell["text"] for cell in table.get("cells", []) if "text" in cell]
-
-
 def check_values(browser, document):
     """Every cell and label of every visible table stands in the page's tables."""
     shown = browser.execute_script(
@@ -83,15 +73,11 @@ def check_values(browser, document):
         for text in table:
             texts[text] = texts.get(text, 0) + 1
     count = 0
-    for entry in objects_of(document["objects"]):
-        content = entry.get("content", {})
-        if content.get("kind") != "table" or not entry["visible"]:
-            continue
-        for text in cells_of(content):
-            count += 1
-            left = texts.get(text, 0)
-            check(left > 0, "the page does not show " + repr(text))
-            texts[text] = left - 1
+    for text in shown_cells(document):
+        count += 1
+        left = texts.get(text, 0)
+        check(left > 0, "the page does not show " + repr(text))
+        texts[text] = left - 1
     check(count > 0, "the document has no cells to compare")
     return count
 

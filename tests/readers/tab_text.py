@@ -12,14 +12,9 @@ import json
 import re
 import sys
 
+from documents import shown_cells
+
 csv.field_size_limit(sys.maxsize)
-
-
-def objects_of(objects):
-    """All objects, depth first."""
-    for entry in objects:
-        yield entry
-        yield from objects_of(entry.get("objects", []))
 
 
 def shown(text):
@@ -40,19 +35,13 @@ def main():
         document = json.load(stream)
     cells = 0
     faults = 0
-    for entry in objects_of(document["objects"]):
-        content = entry.get("content", {})
-        if content.get("kind") != "table" or not entry["visible"]:
-            continue
-        for cell in content["cells"]:
-            if "text" not in cell:
-                continue
-            cells += 1
-            text = shown(cell["text"])
-            if fields[text] == 0:
-                faults += 1
-                print(f"  the text does not have {cell['text'][:100]!r}", file=sys.stderr)
-            fields[text] -= 1
+    for cell in shown_cells(document):
+        cells += 1
+        text = shown(cell)
+        if fields[text] == 0:
+            faults += 1
+            print(f"  the text does not have {cell[:100]!r}", file=sys.stderr)
+        fields[text] -= 1
     print(f"{sys.argv[1].rsplit('/', 1)[-1]}: {cells} cells compared")
     sys.exit(1 if faults or cells == 0 else 0)
 
