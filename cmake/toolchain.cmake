@@ -30,3 +30,26 @@ if(VORN_COVERAGE)
   target_compile_options(vorn_options INTERFACE --coverage -fprofile-abs-path)
   target_link_options(vorn_options INTERFACE --coverage)
 endif()
+
+# Half of the time that a source takes to compile goes into the headers of others. tests/tidy.sh reads
+# every source without these, so that each includes what it needs.
+option(VORN_PRECOMPILE "Precompile the headers of the standard library and of dependencies" ON)
+
+# Precompiles what most sources of a target include, and the headers named behind it.
+function(vorn_precompile target)
+  if(NOT VORN_PRECOMPILE)
+    return()
+  endif()
+  target_precompile_headers(${target} PRIVATE
+    <algorithm> <array> <charconv> <cmath> <cstddef> <cstdint> <functional> <limits> <map> <memory>
+    <optional> <span> <stdexcept> <string> <string_view> <unordered_map> <utility> <variant> <vector>
+    ${ARGN})
+  # What ccache needs to find the sources again.
+  if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
+    target_compile_options(${target} PRIVATE "SHELL:-Xclang -fno-pch-timestamp")
+  else()
+    # Behind a precompiled header gcc 12 warns of copies inside the standard library that cannot be.
+    target_compile_options(${target} PRIVATE -fpch-preprocess -Wno-stringop-overflow -Wno-array-bounds
+                           -Wno-stringop-overread)
+  endif()
+endfunction()
