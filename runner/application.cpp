@@ -10,6 +10,7 @@
 #include "platform/files/path_context.h"
 #include "platform/parser/value_shape.h"
 #include "platform/strings/language.h"
+#include "platform/strings/localized.h"
 #include "platform/text/multibyte.h"
 #include "runner/build_document.h"
 #include "runner/command_table.h"
@@ -50,7 +51,8 @@ std::string checkEncoding(const std::string& name) {
 
 std::string checkLanguage(const std::string& code) {
   if (findLanguage(code)) return {};
-  return fmt::format("there is no language {}; there are {}", code, fmt::join(kLanguages, ", "));
+  return localized("there is no language ^1; there are ^2", code,
+                   fmt::format("{}", fmt::join(kLanguages, ", ")));
 }
 
 std::string checkTrace(const std::string& file) {
@@ -78,9 +80,6 @@ void addRun(CLI::App& application, RunOptions& options, Written& written) {
   run->add_option("--encoding", written.encoding, "Character set of the jobs (default UTF-8)")
       ->check(checkEncoding)
       ->type_name("NAME");
-  run->add_option("--language", options.language, "Language of month names (default en)")
-      ->check(checkLanguage)
-      ->type_name("CODE");
   run->add_option("--handle", written.handles,
                   "File handle that paths may start with; case matters in its name")
       ->check(checkHandle)
@@ -125,8 +124,8 @@ int showHelp(const HelpOptions& options) {
   const Command* command = findCommand(name);
   if (command == nullptr || command->run == nullptr) {
     if (const std::string overview = commandOverview(name); !overview.empty()) {
-      std::cout << fmt::format("Commands of this version that begin with {}:\n\n{}",
-                               toUpperCase(name), overview);
+      std::cout << localized("Commands of this version that begin with ^1:\n\n^2",
+                             toUpperCase(name), overview);
       return kExitSuccess;
     }
     std::vector<std::string_view> names;
@@ -134,9 +133,9 @@ int showHelp(const HelpOptions& options) {
       if (candidate.run != nullptr) names.push_back(candidate.name);
     }
     return refuse(
-        fmt::format("There is no command {} in this version.{} vornwout help lists those "
-                    "there are.",
-                    name, behindBlank(suggestion(name, names))));
+        localized("There is no command ^1 in this version.^2 vornwout help lists those "
+                  "there are.",
+                  name, behindBlank(suggestion(name, names))));
   }
   std::cout << command->summary << "\n\n" << usageOf(*command);
   if (!command->details.empty()) std::cout << "\n" << command->details;
@@ -164,7 +163,7 @@ std::string problemOf(const CLI::App& application, const CLI::ParseError& error)
   const auto chosen = application.get_subcommands();
   if (rest.empty()) {
     if (chosen.empty() && dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
-      return fmt::format("A command is missing: {}.", listed(subcommandNames(application), "or"));
+      return localized("A command is missing: ^1.", listed(subcommandNames(application), "or"));
     }
     return fmt::format("{}.", error.what());
   }
@@ -174,20 +173,20 @@ std::string problemOf(const CLI::App& application, const CLI::ParseError& error)
     const CLI::App& command = chosen.empty() ? application : *chosen.front();
     const std::string name = unknown.substr(0, unknown.find('='));
     if (command.get_option_no_throw(name) != nullptr) {
-      return fmt::format("{0} is an option of {1} and stands behind it: vornwout {1} {0}.", name,
-                         command.get_name());
+      return localized("^1 is an option of ^2 and stands behind it: vornwout ^2 ^1.", name,
+                       command.get_name());
     }
     std::vector<std::string> options;
     for (const CLI::Option* option : command.get_options()) {
       for (const std::string& known : option->get_lnames()) options.push_back("--" + known);
     }
-    return fmt::format("There is no option {}.{}", unknown,
-                       behindBlank(suggestion(unknown, {options.begin(), options.end()})));
+    return localized("There is no option ^1.^2", unknown,
+                     behindBlank(suggestion(unknown, {options.begin(), options.end()})));
   }
-  if (!chosen.empty()) return fmt::format("The argument {} is not expected.", unknown);
+  if (!chosen.empty()) return localized("The argument ^1 is not expected.", unknown);
   const std::vector<std::string> names = subcommandNames(application);
-  return fmt::format("There is no command {}; there are {}.{}", unknown, listed(names, "and"),
-                     behindBlank(suggestion(unknown, {names.begin(), names.end()})));
+  return localized("There is no command ^1; there are ^2.^3", unknown, listed(names, "and"),
+                   behindBlank(suggestion(unknown, {names.begin(), names.end()})));
 }
 
 /// Takes over what was written; why it cannot be, or an empty text.
@@ -201,9 +200,36 @@ std::string applyWritten(const Written& written, RunOptions& options) {
     const bool isNew =
         options.handles.emplace(fromNativePath(name), fromNativePath(handle.substr(equals + 1)))
             .second;
-    if (!isNew) return fmt::format("--handle: {} is given twice.", name);
+    if (!isNew) return localized("--handle: ^1 is given twice.", name);
   }
   return {};
+}
+
+/// Every subcommand speaks to the user.
+void addLanguage(CLI::App& application, std::string& language) {
+  for (CLI::App* command : application.get_subcommands({})) {
+    command->add_option("--language", language, "Language of messages and labels (default en)")
+        ->check(checkLanguage)
+        ->type_name("CODE");
+  }
+}
+
+/// The language that the command line asks for, before it is read: its own texts are in it. English
+/// where it names none that there is, which is reported when it is read.
+std::string_view languageWritten(int argc, char** argv) {
+  constexpr std::string_view kOption = "--language";
+  std::string_view language = kOriginalLanguage;
+  for (int i = 1; i < argc && std::string_view(argv[i]) != "--"; ++i) {
+    std::string_view argument = argv[i];
+    if (!argument.starts_with(kOption)) continue;
+    argument.remove_prefix(kOption.size());
+    if (argument.empty() && i + 1 < argc) {
+      language = argv[i + 1];
+    } else if (argument.starts_with('=')) {
+      language = argument.substr(1);
+    }
+  }
+  return findLanguage(language).value_or(kOriginalLanguage);
 }
 
 /// The option that is written with "=" and nothing behind it; empty when there is none. The parser
@@ -227,6 +253,7 @@ int refuseUsage(const std::string& problem) {
 }  // namespace
 
 int runApplication(int argc, char** argv) {
+  const ScopedLanguage language(languageWritten(argc, argv));
   CLI::App application("Runs the OUTPUT commands of jobs on output documents.", "vornwout");
   application.set_version_flag("--version", kVersion);
   application.require_subcommand(1);
@@ -241,6 +268,7 @@ int runApplication(int argc, char** argv) {
   addShowCommand(application, showOptions);
   addPasswordCommand(application);
   addHelp(application, helpOptions);
+  addLanguage(application, runOptions.language);
   if (const std::string option = optionWithoutValue(argc, argv); !option.empty()) {
     return refuseUsage(option + " has no value.");
   }

@@ -19,6 +19,7 @@
 #include "host/build/utf8_stream.h"
 #include "host/store/document_store.h"
 #include "host/store/store_error.h"
+#include "platform/strings/localized.h"
 #include "runner/password_file.h"
 #include "runner/run_options.h"
 #include "runner/standard_streams.h"
@@ -82,23 +83,23 @@ char mark(const BuildOption& option, std::string_view allowed) {
     return option.value[0];
   }
   const bool mayBeTab = allowed.find('\t') != std::string_view::npos;
-  throw UsageError(fmt::format("{} cannot be \"{}\".{}", option.name, option.value,
-                               mayBeTab ? " It is one of , ; | or the word tab." : ""));
+  throw UsageError(localized("^1 cannot be \"^2\".^3", option.name, option.value,
+                             mayBeTab ? " It is one of , ; | or the word tab." : ""));
 }
 
 DisplayFormat formatOf(const BuildOption& option) {
   if (const auto format = parseDisplayFormat(option.value)) return *format;
   throw UsageError(
-      fmt::format("{} is no display format; write F8.2, COMMA10, PCT5.1 or DATE11.", option.value));
+      localized("^1 is no display format; write F8.2, COMMA10, PCT5.1 or DATE11.", option.value));
 }
 
 StatisticKind statisticOf(const BuildOption& option) {
   const auto kind = findStatisticKind(option.value);
   if (kind && *kind != StatisticKind::kNone) return *kind;
   throw UsageError(
-      fmt::format("{} is no statistic; there are correlation, count, mean, median, percent, "
-                  "residual and significance.",
-                  option.value));
+      localized("^1 is no statistic; there are correlation, count, mean, median, percent, "
+                "residual and significance.",
+                option.value));
 }
 
 using TableOption = std::function<void(TableDescription&, const BuildOption&)>;
@@ -136,7 +137,8 @@ const std::vector<TableOptionEntry>& tableOptions() {
        [](auto& t, const auto& o) { t.marks.thousands = mark(o, ".,' "); }},
       {"--encoding", "NAME", "Character set of the file (default UTF-8)",
        [](auto& t, const auto& o) {
-         if (o.value.empty()) throw UsageError("--encoding needs the name of an encoding.");
+         if (o.value.empty())
+           throw UsageError(localized("--encoding needs the name of an encoding."));
          if (!Utf8Stream::isKnown(o.value)) {
            throw UsageError("There is no encoding " + o.value + ".");
          }
@@ -165,8 +167,8 @@ void applyOption(WrittenObject& object, const BuildOption& option) {
     return;
   }
   if (object.kind != WrittenObject::Kind::kTable) {
-    throw UsageError(fmt::format("{} is about tables; it stands behind the --table that it is for.",
-                                 option.name));
+    throw UsageError(
+        localized("^1 is about tables; it stands behind the --table that it is for.", option.name));
   }
   for (const TableOptionEntry& entry : tableOptions()) {
     if (option.name == entry.name) entry.apply(object.table, option);
@@ -182,7 +184,7 @@ std::vector<WrittenObject> objectsOf(const BuildOptions& options) {
       object.file = option.value;
       object.table.csv = option.value;
     } else if (objects.empty()) {
-      throw UsageError(fmt::format("{} stands before the object that it is for.", option.name));
+      throw UsageError(localized("^1 stands before the object that it is for.", option.name));
     } else {
       applyOption(objects.back(), option);
     }
@@ -191,13 +193,13 @@ std::vector<WrittenObject> objectsOf(const BuildOptions& options) {
     if (object.kind != WrittenObject::Kind::kTable) continue;
     if (object.table.values.empty()) {
       throw UsageError(
-          fmt::format("--table {} needs --value: the column that holds the values.", object.file));
+          localized("--table ^1 needs --value: the column that holds the values.", object.file));
     }
     if (object.table.dimensions.empty()) {
-      throw UsageError(fmt::format("--table {} needs --rows, --columns or --layers.", object.file));
+      throw UsageError(localized("--table ^1 needs --rows, --columns or --layers.", object.file));
     }
     if (object.table.marks.decimal == object.table.marks.thousands) {
-      throw UsageError("--decimal and --thousands are the same.");
+      throw UsageError(localized("--decimal and --thousands are the same."));
     }
   }
   return objects;
@@ -243,18 +245,18 @@ int report(const BuildError& error) {
 
 void checkUsage(const BuildOptions& options) {
   if (options.manifest.empty() && options.objects.empty()) {
-    throw UsageError("A manifest or --table, --chart or --text is missing.");
+    throw UsageError(localized("A manifest or --table, --chart or --text is missing."));
   }
   if (!options.manifest.empty() && !options.objects.empty()) {
     throw UsageError(
-        fmt::format("A manifest and {} exclude each other.", options.objects.front().name));
+        localized("A manifest and ^1 exclude each other.", options.objects.front().name));
   }
   std::string extension = std::filesystem::path(options.output).extension().string();
   std::transform(extension.begin(), extension.end(), extension.begin(), [](char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
   });
   if (extension != ".qxv" && extension != ".qxw") {
-    throw UsageError(fmt::format("The document {} must end with .qxv or .qxw.", options.output));
+    throw UsageError(localized("The document ^1 must end with .qxv or .qxw.", options.output));
   }
 }
 
@@ -325,7 +327,7 @@ int runBuild(const BuildOptions& options) {
     buildDocument(options, document);
     const SavedFile saved = saveDocument(document, options.output, save);
     if (!saved.warning.empty()) {
-      std::cerr << fmt::format("vornwout: warning: {}\n", saved.warning);
+      std::cerr << localized("vornwout: warning: ^1\n", saved.warning);
     }
     return kExitSuccess;
   } catch (const UsageError& error) {
@@ -339,9 +341,9 @@ int runBuild(const BuildOptions& options) {
     return report(error);
   } catch (const StoreError& error) {
     if (error.kind() == StoreError::Kind::kLocked) {
-      return refuse(fmt::format("The file {} is locked by another process.", options.output));
+      return refuse(localized("The file ^1 is locked by another process.", options.output));
     }
-    return refuse(fmt::format("{} cannot be written: {}", options.output, error.what()));
+    return refuse(localized("^1 cannot be written: ^2", options.output, error.what()));
   }
 }
 

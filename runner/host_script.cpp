@@ -15,6 +15,7 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/exportspec/response_spec.h"
+#include "platform/strings/localized.h"
 #include "platform/text/json_locator.h"
 #include "platform/text/strict_json.h"
 #include "platform/text/xml_text.h"
@@ -88,7 +89,7 @@ class ScriptReader {
   }
   void failHere(std::string message) { fail(locateJsonValue(text_, path_), std::move(message)); }
   void failType(const Json& json, std::string_view expected) {
-    failHere(fmt::format("expected {}, found {}", expected, foundType(json)));
+    failHere(localized("expected ^1, found ^2", expected, foundType(json)));
   }
 
   /// Reads below one step of the path.
@@ -119,7 +120,7 @@ class ScriptReader {
           known += fmt::format("{}\"{}\"", known.empty() ? "" : ", ", member.name);
         }
         fail(locateJsonName(text_, path_),
-             fmt::format("unknown member \"{}\"; known here: {}", memberName, known));
+             localized("unknown member \"^1\"; known here: ^2", memberName, known));
       });
     }
     return given;
@@ -150,7 +151,7 @@ class ScriptReader {
                           : json.get<std::int64_t>() >= kMin && json.get<std::int64_t>() <= kMax;
     if (!fits) {
       return failHere(
-          fmt::format("expected a whole number from {} to {}, found {}", kMin, kMax, json.dump()));
+          localized("expected a whole number from ^1 to ^2, found ^3", kMin, kMax, json.dump()));
     }
     number = json.get<int>();
   }
@@ -159,12 +160,13 @@ class ScriptReader {
     if (!json.is_string()) return failType(json, "a string");
     text = json.get<std::string>();
     // Requests and responses carry zero-terminated texts, which would be cut there.
-    if (text.find('\0') != std::string::npos) failHere("a text cannot hold the character U+0000");
+    if (text.find('\0') != std::string::npos)
+      failHere(localized("a text cannot hold the character U+0000"));
   }
 
   void readXmlText(const Json& json, std::string& text) {
     readText(json, text);
-    if (!isXmlText(text)) failHere("XML cannot hold a control character of this text");
+    if (!isXmlText(text)) failHere(localized("XML cannot hold a control character of this text"));
   }
 
   void readHandles(const Json& json, std::map<std::string, std::string>& handles) {
@@ -211,8 +213,8 @@ class ScriptReader {
       if (name == kind) thrown = value;
     }
     if (thrown == ScriptedCall::Throw::kNothing) {
-      failHere(fmt::format(
-          "expected \"standard\", \"string\", \"other\" or \"unwind\", found \"{}\"", kind));
+      failHere(localized("expected \"standard\", \"string\", \"other\" or \"unwind\", found \"^1\"",
+                         kind));
     }
   }
 
@@ -220,13 +222,13 @@ class ScriptReader {
   void refuseBoth(const std::unordered_set<std::string>& given, const std::string& one,
                   const std::string& other) {
     if (given.count(one) > 0 && given.count(other) > 0) {
-      failHere(fmt::format("\"{}\" and \"{}\" exclude each other", one, other));
+      failHere(localized("\"^1\" and \"^2\" exclude each other", one, other));
     }
   }
 
   void refuseTextAlone(const std::unordered_set<std::string>& given) {
     if (given.count("text") > 0 && given.count("throw") == 0) {
-      failHere("\"text\" belongs to a \"throw\", which is missing");
+      failHere(localized("\"text\" belongs to a \"throw\", which is missing"));
     }
   }
 
@@ -280,8 +282,8 @@ class ScriptReader {
   void readWarnings(const Json& json, ExportResponse& response) {
     if (!json.is_array()) return failType(json, "a list");
     if (json.size() > response.warnings.size()) {
-      return failHere(fmt::format("expected at most {} lists, one per warning code, found {}",
-                                  response.warnings.size(), json.size()));
+      return failHere(localized("expected at most ^1 lists, one per warning code, found ^2",
+                                response.warnings.size(), json.size()));
     }
     for (std::size_t code = 0; code < json.size() && !error_; ++code) {
       below(std::to_string(code),
@@ -300,14 +302,14 @@ HostScriptError unreadable(const std::string& file, std::string message) {
 }
 
 HostScriptError tooLarge(const std::string& file) {
-  return unreadable(file, fmt::format("the file is larger than {} MiB", kMaxFileSize >> 20U));
+  return unreadable(file, localized("the file is larger than ^1 MiB", kMaxFileSize >> 20U));
 }
 
 }  // namespace
 
 std::string HostScriptError::text() const {
   if (place.line == 0) {
-    return fmt::format("The scripted host's file {} cannot be read: {}.", file, message);
+    return localized("The scripted host's file ^1 cannot be read: ^2.", file, message);
   }
   std::string shown = file;
   shown += fmt::format(":{}:{}", place.line, place.column);

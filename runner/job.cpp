@@ -6,9 +6,10 @@
 #include <utility>
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -63,12 +64,12 @@ std::variant<Job, JobError> readJob(const std::string& path) {
   const File file(path);
   const int error = file.descriptor() < 0 ? errno : readAll(file.descriptor(), job.text);
   if (error != 0) {
-    return JobError{fmt::format("The job {} cannot be read: {}.", job.name, std::strerror(error))};
+    return JobError{localized("The job ^1 cannot be read: ^2.", job.name, std::strerror(error))};
   }
   const std::string_view text = job.text;
   if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
     return JobError{
-        fmt::format("The job {} cannot be read: it is UTF-16 text. Save it as UTF-8.", job.name)};
+        localized("The job ^1 cannot be read: it is UTF-16 text. Save it as UTF-8.", job.name)};
   }
   return job;
 }

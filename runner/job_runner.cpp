@@ -17,6 +17,7 @@
 #include "platform/parser/secret_tokens.h"
 #include "platform/parser/tokenizer.h"
 #include "platform/parser/value_shape.h"
+#include "platform/strings/localized.h"
 #include "platform/text/encoding.h"
 #include "platform/text/multibyte.h"
 #include "runner/command_log.h"
@@ -25,9 +26,9 @@
 namespace vornwout {
 namespace {
 
-const std::string kEndedBefore =
+constexpr const char* kEndedBefore = localizable(
     "A subcommand belongs to a command, and the one before it has ended: an empty line ends a "
-    "command, and so does a period at the end of a line.";
+    "command, and so does a period at the end of a line.");
 
 std::vector<std::string_view> commandNames() {
   std::vector<std::string_view> names;
@@ -122,8 +123,8 @@ void JobRunner::warnOfForeignByte(const Job& job) {
       job, foreign->offset + static_cast<std::uint32_t>(begin),
       foreign->line + lineEndsIn(text.substr(0, begin)),
       fmt::format("The byte {:02X} is no valid {}.", foreign->value, encoding.name()),
-      fmt::format("Name the job's encoding with --encoding, for instance --encoding {}.",
-                  encoding.isUtf8() ? "windows-1252" : "UTF-8"));
+      localized("Name the job's encoding with --encoding, for instance --encoding ^1.",
+                encoding.isUtf8() ? "windows-1252" : "UTF-8"));
 }
 
 void JobRunner::runCommand(const TokenizedCommand& command) {
@@ -151,8 +152,9 @@ void JobRunner::reportUnknown(const TokenizedCommand& command) {
     } else {
       const MessageArgument name = nameAsWritten(command);
       const bool isSubcommand = command.tokens().front().code == OperatorCode::kSlash;
-      messages.report(MessageKey::kUnknownCommand, {name}, std::nullopt,
-                      isSubcommand ? kEndedBefore : suggestion(name.text(), commandNames()));
+      messages.report(
+          MessageKey::kUnknownCommand, {name}, std::nullopt,
+          isSubcommand ? localized(kEndedBefore) : suggestion(name.text(), commandNames()));
     }
   }
   reportLexicalErrors(messages, command);

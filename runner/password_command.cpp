@@ -5,12 +5,12 @@
 #include <utility>
 #include <variant>
 
-#include <fmt/format.h>
 #include <openssl/crypto.h>
 #include <unistd.h>
 
 #include "host/store/password_form.h"
 #include "host/store/store_error.h"
+#include "platform/strings/localized.h"
 #include "runner/password_file.h"
 #include "runner/run_options.h"
 #include "runner/standard_streams.h"
@@ -56,8 +56,8 @@ Answer readPassword() {
   answer.password = std::get<std::string>(std::move(password));
   if (answer.password.size() > kMaxPasswordBytes) {
     return {{},
-            fmt::format("The password has {} bytes; OUTPUT SAVE takes {} at most.",
-                        answer.password.size(), kMaxPasswordBytes)};
+            localized("The password has ^1 bytes; OUTPUT SAVE takes ^2 at most.",
+                      answer.password.size(), kMaxPasswordBytes)};
   }
   if (!isTypeablePassword(answer.password)) {
     return {{}, "The password has control characters, or is not in UTF-8."};
@@ -80,10 +80,10 @@ int runPasswordCommand() {
     const std::size_t size = answer.password.size();
     const std::string form = encryptPassword(PasswordKey::loadOrCreate(path), answer.password);
     OPENSSL_cleanse(answer.password.data(), answer.password.size());
-    if (isNew) std::cerr << fmt::format("Made the key {}.\n", path);
+    if (isNew) std::cerr << localized("Made the key ^1.\n", path);
     if (size < kFewPasswordBytes) {
-      std::cerr << fmt::format(
-          "Warning: the password has fewer than {} bytes. Under another key, its form may be taken "
+      std::cerr << localized(
+          "Warning: the password has fewer than ^1 bytes. Under another key, its form may be taken "
           "for another password instead of being refused.\n",
           kFewPasswordBytes);
     }

@@ -6,9 +6,9 @@
 #include <cstring>
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <unistd.h>
 
+#include "platform/strings/localized.h"
 #include "runner/terminal/hidden_input.h"
 
 namespace vornwout {
@@ -38,11 +38,11 @@ std::variant<std::string, PasswordFileError> askForPassword(PasswordUse use) {
   HiddenInput input;
   const auto first = input.ask("Password: ");
   const auto second = first && use == PasswordUse::kNew ? input.ask("The same again: ") : first;
-  if (!second) return PasswordFileError{"No password was given."};
-  if (*first != *second) return PasswordFileError{"The two passwords differ."};
-  if (first->empty()) return PasswordFileError{"The password is empty."};
+  if (!second) return PasswordFileError{localized("No password was given.")};
+  if (*first != *second) return PasswordFileError{localized("The two passwords differ.")};
+  if (first->empty()) return PasswordFileError{localized("The password is empty.")};
   if (first->find('\0') != std::string::npos) {
-    return PasswordFileError{"The password has a zero byte."};
+    return PasswordFileError{localized("The password has a zero byte.")};
   }
   return *first;
 }
@@ -55,7 +55,7 @@ std::variant<std::string, PasswordFileError> readPasswordFile(const std::string&
   const std::string name = path == "-" ? "standard input" : "file " + path;
   const auto systemError = [&] {
     return PasswordFileError{
-        fmt::format("The password's {} cannot be read: {}.", name, std::strerror(errno))};
+        localized("The password's ^1 cannot be read: ^2.", name, std::strerror(errno))};
   };
   const InputFile file(path);
   if (file.descriptor() < 0) return systemError();
@@ -72,14 +72,14 @@ std::variant<std::string, PasswordFileError> readPasswordFile(const std::string&
   std::string password(buffer.data(), size);
   if (password.ends_with('\n')) password.pop_back();
   if (password.ends_with('\r')) password.pop_back();
-  if (password.empty()) return PasswordFileError{fmt::format("The password's {} is empty.", name)};
+  if (password.empty()) return PasswordFileError{localized("The password's ^1 is empty.", name)};
   if (password.size() > kLongestPassword) {
     return PasswordFileError{
-        fmt::format("The password's {} holds more than {} bytes.", name, kLongestPassword)};
+        localized("The password's ^1 holds more than ^2 bytes.", name, kLongestPassword)};
   }
   if (password.find_first_of(std::string_view("\n\r\0", 3)) != std::string::npos) {
     return PasswordFileError{
-        fmt::format("The password's {} holds more than one line of text.", name)};
+        localized("The password's ^1 holds more than one line of text.", name)};
   }
   return password;
 }

@@ -6,7 +6,6 @@
 #include <variant>
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,6 +13,7 @@
 #include "platform/adapter/host_adapter.h"
 #include "platform/files/path_context.h"
 #include "platform/strings/language.h"
+#include "platform/strings/localized.h"
 #include "platform/trace/trace_writer.h"
 #include "platform/trace/tracing_adapter.h"
 #include "runner/diagnostic_sink.h"
@@ -69,14 +69,13 @@ std::string traceFileProblem(const RunOptions& options) {
   if (!trace) return {};
   for (const std::string& job : options.jobs) {
     if (identityOf(job) == trace) {
-      return fmt::format("The trace {} is a job of this run. Name another file.",
-                         options.traceFile);
+      return localized("The trace ^1 is a job of this run. Name another file.", options.traceFile);
     }
   }
   if (options.host.starts_with(kScriptPrefix) &&
       identityOf(options.host.substr(kScriptPrefix.size())) == trace) {
-    return fmt::format("The trace {} is the scripted host's file. Name another file.",
-                       options.traceFile);
+    return localized("The trace ^1 is the scripted host's file. Name another file.",
+                     options.traceFile);
   }
   return {};
 }
@@ -154,7 +153,8 @@ int runJobs(const RunOptions& options) {
     hosts.embedded.emplace();
   } else if (options.host.starts_with(kScriptPrefix)) {
     const std::string script = options.host.substr(kScriptPrefix.size());
-    if (script.empty()) return refuse("The scripted host has no file: write script=FILE.");
+    if (script.empty())
+      return refuse(localized("The scripted host has no file: write script=FILE."));
     auto loaded = ScriptedHost::load(script);
     if (const auto* error = std::get_if<HostScriptError>(&loaded)) return refuse(error->text());
     hosts.scripted = std::get<std::unique_ptr<ScriptedHost>>(std::move(loaded));
@@ -163,7 +163,7 @@ int runJobs(const RunOptions& options) {
     paths.handles.merge(hosts.scripted->fileHandles());
   } else if (options.host != "none") {
     return refuse(
-        fmt::format("There is no host \"{}\": write embedded, none or script=FILE.", options.host));
+        localized("There is no host \"^1\": write embedded, none or script=FILE.", options.host));
   }
   const ScopedPathContext pathContext(paths);
 
@@ -173,8 +173,8 @@ int runJobs(const RunOptions& options) {
   }
   const TraceFile file(options.traceFile);
   if (file.descriptor() < 0) {
-    return refuse(fmt::format("The trace {} cannot be written: {}.", options.traceFile,
-                              std::strerror(errno)));
+    return refuse(
+        localized("The trace ^1 cannot be written: ^2.", options.traceFile, std::strerror(errno)));
   }
   TraceWriter trace(file.descriptor(), options.traceSecrets ? TraceWriter::Secrets::kShown
                                                             : TraceWriter::Secrets::kHidden);

@@ -7,7 +7,6 @@
 #include <variant>
 #include <vector>
 
-#include <fmt/format.h>
 #include <unistd.h>
 
 #include "host/document/content_view.h"
@@ -15,6 +14,7 @@
 #include "host/store/document_store.h"
 #include "host/store/store_error.h"
 #include "platform/adapter/progress_listener.h"
+#include "platform/strings/localized.h"
 #include "runner/document_json.h"
 #include "runner/password_file.h"
 #include "runner/run_options.h"
@@ -57,16 +57,17 @@ int writeRaw(std::ostream& out, const OutlineEntry& entry, bool isTerminal) {
     const ContentView content(entry.object->content);
     const auto* media = std::get_if<MediaContent>(&*content);
     if (media == nullptr) {
-      return refuse(fmt::format("Object {} holds a {}; --raw writes charts and models.",
-                                entry.number, objectTypeName(entry.object->type)));
+      return refuse(localized("Object ^1 holds a ^2; --raw writes charts and models.", entry.number,
+                              objectTypeName(entry.object->type)));
     }
     // The bytes come from anywhere, and a terminal obeys some of them.
-    if (isTerminal) return refuse("--raw does not write to a terminal: add > and a file's name.");
+    if (isTerminal)
+      return refuse(localized("--raw does not write to a terminal: add > and a file's name."));
     if (media->bytes != nullptr) out << *media->bytes;
     return kExitSuccess;
   } catch (const StoreError& error) {
-    std::cerr << fmt::format("vornwout: error: Object {} cannot be read. {}\n", entry.number,
-                             error.what());
+    std::cerr << localized("vornwout: error: Object ^1 cannot be read. ^2\n", entry.number,
+                           error.what());
     return kExitErrors;
   }
 }
@@ -102,7 +103,7 @@ int writeContents(std::ostream& out, const Entries& entries, const ShowOptions& 
                 isWhole;
     } catch (const StoreError& error) {
       separate();
-      printRefusal(out, fmt::format("Object {} cannot be read. {}", entry.number, error.what()),
+      printRefusal(out, localized("Object ^1 cannot be read. ^2", entry.number, error.what()),
                    style);
       isWhole = false;
     }
@@ -127,7 +128,7 @@ std::unique_ptr<Document> open(const ShowOptions& options) {
     return openDocument(options.file, how);
   } catch (const StoreError& error) {
     progress.hide();
-    std::string text = fmt::format("{} cannot be opened. {}", options.file, error.what());
+    std::string text = localized("^1 cannot be opened. ^2", options.file, error.what());
     if (error.kind() == StoreError::Kind::kWrongPassword) {
       text += options.passwordFile.empty() ? " Give its password with --password-file." : "";
     }
@@ -175,8 +176,8 @@ int showDocument(std::ostream& out, const Document& document, const ShowOptions&
   if (options.object &&
       (*options.object < 1 || *options.object > static_cast<std::int64_t>(all.size()))) {
     return refuse(all.empty() ? std::string("The document has no objects.")
-                              : fmt::format("There is no object {}; the document has {}.",
-                                            *options.object, all.size()));
+                              : localized("There is no object ^1; the document has ^2.",
+                                          *options.object, all.size()));
   }
   const Entries entries = chosenEntries(std::move(all), options.object);
   if (options.raw) return writeRaw(out, entries.front(), isTerminal);

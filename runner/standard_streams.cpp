@@ -9,6 +9,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include "platform/strings/localized.h"
 #include "platform/text/display_width.h"
 #include "runner/run_options.h"
 
@@ -48,7 +49,7 @@ int finishStandardOutput(int status) {
     std::signal(SIGPIPE, SIG_DFL);
     std::raise(SIGPIPE);
   }
-  return refuse("The output could not be written to the end.");
+  return refuse(localized("The output could not be written to the end."));
 }
 
 int refuse(std::string_view text) {

@@ -7,11 +7,11 @@
 #include <system_error>
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "host/build/build_error.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -37,15 +37,14 @@ class FileSource : public ByteSource {
       if (count >= 0) return static_cast<std::size_t>(count);
       if (errno != EINTR) {
         throw BuildError::unreadable(name_,
-                                     fmt::format("It cannot be read: {}.", systemReason(errno)));
+                                     localized("It cannot be read: ^1.", systemReason(errno)));
       }
     }
   }
 
   void rewind() override {
     if (::lseek(descriptor_, 0, SEEK_SET) < 0) {
-      throw BuildError::unreadable(name_,
-                                   fmt::format("It cannot be read: {}.", systemReason(errno)));
+      throw BuildError::unreadable(name_, localized("It cannot be read: ^1.", systemReason(errno)));
     }
   }
 
@@ -69,7 +68,7 @@ std::string readRest(ByteSource& source, const std::string& name, std::size_t li
     bytes.resize(start + count);
     if (bytes.size() > limit) {
       throw BuildError::unreadable(
-          name, fmt::format("It is too large: more than {} MiB are not read.", limit >> 20));
+          name, localized("It is too large: more than ^1 MiB are not read.", limit >> 20));
     }
     if (count == 0) return bytes;
   }
@@ -93,23 +92,23 @@ std::string DiskFiles::shownName(const std::string& name) const {
 
 void DiskFiles::checkReach(const std::string& name) const {
   if (reach_ == FileReach::kAnywhere) return;
-  const auto refuse = [&](const char* why) {
+  const auto refuse = [&](const std::string& why) {
     throw BuildError::unreadable(
         shownName(name), why,
-        "Put the file into the manifest's folder, or allow others by --allow-outside.");
+        localized("Put the file into the manifest's folder, or allow others by --allow-outside."));
   };
   const fs::path path(name);
-  if (path.is_absolute()) refuse("A manifest names files relative to its folder.");
+  if (path.is_absolute()) refuse(localized("A manifest names files relative to its folder."));
   const fs::path normal = path.lexically_normal();
   if (!normal.empty() && *normal.begin() == "..") {
-    refuse("The file lies outside the manifest's folder.");
+    refuse(localized("The file lies outside the manifest's folder."));
   }
   std::error_code error;
   const fs::path folder = fs::canonical(fs::path(folder_.empty() ? "." : folder_), error);
   if (error) return;  // Opening says why.
   const fs::path target = fs::canonical(folder / path, error);
   if (!error && !isBelow(target, folder)) {
-    refuse("A symbolic link leads outside the manifest's folder.");
+    refuse(localized("A symbolic link leads outside the manifest's folder."));
   }
 }
 
@@ -131,12 +130,12 @@ std::unique_ptr<ByteSource> DiskFiles::open(const std::string& name) {
   const int patience = reach_ == FileReach::kFolder ? O_NONBLOCK | O_NOCTTY : 0;
   const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | patience);
   if (descriptor < 0) {
-    throw BuildError::unreadable(shown, fmt::format("It cannot be read: {}.", systemReason(errno)));
+    throw BuildError::unreadable(shown, localized("It cannot be read: ^1.", systemReason(errno)));
   }
   auto source = std::make_unique<FileSource>(descriptor, shown);
   struct stat facts {};
   if (::fstat(descriptor, &facts) != 0) {
-    throw BuildError::unreadable(shown, fmt::format("It cannot be read: {}.", systemReason(errno)));
+    throw BuildError::unreadable(shown, localized("It cannot be read: ^1.", systemReason(errno)));
   }
   if (S_ISDIR(facts.st_mode)) throw BuildError::unreadable(shown, "It is a folder, not a file.");
   if (S_ISREG(facts.st_mode)) return source;

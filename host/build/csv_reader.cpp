@@ -7,11 +7,11 @@
 #include <vector>
 
 #include <csv.h>
-#include <fmt/format.h>
 
 #include "host/build/build_error.h"
 #include "host/build/csv_place.h"
 #include "host/build/utf8_stream.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -146,10 +146,8 @@ class RecordCollector {
   void takeField(std::string_view field) {
     if (field.size() > kMaxCsvFieldBytes) throwTooLong();
     if (ends_.size() == kMaxCsvColumns) {
-      throw BadRecord{record_,
-                      ends_.size(),
-                      fmt::format("There are more than {} columns.", kMaxCsvColumns),
-                      {}};
+      throw BadRecord{
+          record_, ends_.size(), localized("There are more than ^1 columns.", kMaxCsvColumns), {}};
     }
     if (!hasReturns_ || field.find('\r') == std::string_view::npos) {
       text_ += field;
@@ -162,10 +160,12 @@ class RecordCollector {
   void takeRecord() {
     if (record_ == 0) columns_ = ends_.size();
     if (ends_.size() != columns_) {
-      throw BadRecord{record_, ends_.size() > columns_ ? columns_ : 0,
-                      fmt::format("This row has {} field{}, the header has {}.", ends_.size(),
-                                  ends_.size() == 1 ? "" : "s", columns_),
-                      "A field with the separator or a line break in it needs quotes around it."};
+      throw BadRecord{
+          record_, ends_.size() > columns_ ? columns_ : 0,
+          ends_.size() == 1
+              ? localized("This row has 1 field, the header has ^1.", columns_)
+              : localized("This row has ^1 fields, the header has ^2.", ends_.size(), columns_),
+          "A field with the separator or a line break in it needs quotes around it."};
     }
     fields_.clear();
     std::size_t start = 0;
@@ -209,7 +209,7 @@ bool isCsvSeparator(char c) {
 CsvReader::CsvReader(ByteSource& source, std::string file, CsvOptions options)
     : source_(source), file_(std::move(file)), options_(std::move(options)) {
   if (!Utf8Stream::isKnown(options_.encoding)) {
-    throw BuildError(file_, {}, fmt::format("There is no encoding {}.", options_.encoding),
+    throw BuildError(file_, {}, localized("There is no encoding ^1.", options_.encoding),
                      "UTF-8, UTF-16, windows-1252 and Shift-JIS are some of those there are.");
   }
 }

@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <utility>
 
-#include <fmt/format.h>
-
 #include "host/build/build_error.h"
 #include "host/build/counted_files.h"
 #include "host/build/manifest_reader.h"
 #include "host/build/object_builder.h"
 #include "host/build/table_manifest.h"
+#include "platform/strings/localized.h"
 #include "platform/text/multibyte.h"
 #include "platform/text/strict_json.h"
 
@@ -65,13 +64,13 @@ class DocumentBuilder {
 
   DocumentObject readObject(const Json& json, const Run& around) {
     if (++count_ > kMaxManifestObjects) {
-      reader_.refuse(fmt::format("There are more than {} objects.", kMaxManifestObjects));
+      reader_.refuse(localized("There are more than ^1 objects.", kMaxManifestObjects));
     }
     if (!json.is_object()) reader_.refuseType(json, "an object");
     std::size_t type = 0;
     const auto given = json.find("type");
     if (given == json.end()) {
-      reader_.refuse("\"type\" is missing here.",
+      reader_.refuse(localized("\"type\" is missing here."),
                      "It is \"heading\", \"table\", \"chart\", \"text\" or \"model\".");
     }
     reader_.enter("type", [&] {
@@ -154,8 +153,7 @@ class DocumentBuilder {
     heading.type = ObjectType::kHeading;
     dress(heading, common, run);
     if (++depth_ > kMaxManifestHeadings) {
-      reader_.refuse(
-          fmt::format("Headings are nested deeper than {} levels.", kMaxManifestHeadings));
+      reader_.refuse(localized("Headings are nested deeper than ^1 levels.", kMaxManifestHeadings));
     }
     reader_.enter("objects", [&] {
       reader_.readList(*below, [&](const Json& element) {
@@ -203,7 +201,7 @@ class DocumentBuilder {
     members.push_back({"text", [&](const Json& v) { text = reader_.text(v); }});
     reader_.readMembers(json, members);
     if (markdown.has_value() == text.has_value()) {
-      reader_.refuse("A text has either \"markdown\" or \"text\".",
+      reader_.refuse(localized("A text has either \"markdown\" or \"text\"."),
                      "\"markdown\" names a file, \"text\" is the text itself.");
     }
     DocumentObject object = markdown ? markdownObject(*markdown, files_) : textObject(*text);
@@ -237,7 +235,8 @@ class DocumentBuilder {
         slash + 1 < type.size() &&
         std::all_of(type.begin(), type.begin() + static_cast<std::ptrdiff_t>(slash), isPart) &&
         std::all_of(type.begin() + static_cast<std::ptrdiff_t>(slash) + 1, type.end(), isPart);
-    if (!fits) reader_.refuse("This is no media type.", "It is written as \"application/xml\".");
+    if (!fits)
+      reader_.refuse(localized("This is no media type."), "It is written as \"application/xml\".");
     return type;
   }
 
@@ -260,7 +259,7 @@ void buildFromManifest(std::string_view json, const std::string& file, BuildFile
   if (json.starts_with(kByteOrderMark)) json.remove_prefix(kByteOrderMark.size());
   if (const auto problem = findJsonProblem(json, kMaxManifestDepth)) {
     throw BuildError(file, placeInText(json, problem->offset),
-                     fmt::format("The manifest is no JSON that is read: {}.", problem->message));
+                     localized("The manifest is no JSON that is read: ^1.", problem->message));
   }
   DocumentBuilder(json, file, files, document).build(Json::parse(json));
 }

@@ -6,17 +6,18 @@
 
 #include "host/build/build_error.h"
 #include "platform/parser/value_shape.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
 
 std::string foundType(const ManifestReader::Json& json) {
   if (json.is_null()) return "null";
-  if (json.is_object()) return "an object";
-  if (json.is_array()) return "a list";
-  if (json.is_string()) return "a text";
-  if (json.is_boolean()) return "true or false";
-  return "a number";
+  if (json.is_object()) return localized("an object");
+  if (json.is_array()) return localized("a list");
+  if (json.is_string()) return localized("a text");
+  if (json.is_boolean()) return localized("true or false");
+  return localized("a number");
 }
 
 std::string quotedList(const std::vector<std::string_view>& words) {
@@ -31,7 +32,8 @@ std::string quotedList(const std::vector<std::string_view>& words) {
 std::string remedyFor(std::string_view word, const std::vector<std::string_view>& words) {
   constexpr std::size_t kMaxSuggested = 200;
   const std::string guess = word.size() > kMaxSuggested ? std::string() : suggestion(word, words);
-  return fmt::format("{}{}There are {}.", guess, guess.empty() ? "" : " ", quotedList(words));
+  const std::string known = localized("There are ^1.", quotedList(words));
+  return guess.empty() ? known : guess + " " + known;
 }
 
 }  // namespace
@@ -59,7 +61,7 @@ std::string ManifestReader::currentName() const {
 }
 
 void ManifestReader::refuseType(const Json& json, std::string_view expected) const {
-  refuse(fmt::format("{} is {}, {} is expected.", currentName(), foundType(json), expected));
+  refuse(localized("^1 is ^2, ^3 is expected.", currentName(), foundType(json), expected));
 }
 
 void ManifestReader::readMembers(const Json& json, const std::vector<Member>& members) {
@@ -74,12 +76,12 @@ void ManifestReader::readMembers(const Json& json, const std::vector<Member>& me
     JsonPath path = path_;
     path.push_back(name);
     throw BuildError(file_, placeInText(text_, locateJsonName(text_, path).value_or(0)),
-                     fmt::format("\"{}\" is not known here.", name), remedyFor(name, words));
+                     localized("\"^1\" is not known here.", name), remedyFor(name, words));
   }
   for (const Member& member : members) {
     const auto found = json.find(member.name);
     if (found == json.end()) {
-      if (member.isRequired) refuse(fmt::format("\"{}\" is missing here.", member.name));
+      if (member.isRequired) refuse(localized("\"^1\" is missing here.", member.name));
       continue;
     }
     if (member.read) enter(std::string(member.name), [&] { member.read(*found); });
@@ -108,7 +110,7 @@ std::string ManifestReader::text(const Json& json) const {
 
 std::string ManifestReader::name(const Json& json) const {
   std::string value = text(json);
-  if (value.empty()) refuse("An empty text names nothing.");
+  if (value.empty()) refuse(localized("An empty text names nothing."));
   return value;
 }
 
@@ -121,7 +123,7 @@ double ManifestReader::number(const Json& json, double least, double most) const
   if (!json.is_number()) refuseType(json, "a number");
   const auto value = json.get<double>();
   if (!(value >= least && value <= most)) {
-    refuse(fmt::format("The number is not between {} and {}.", least, most));
+    refuse(localized("The number is not between ^1 and ^2.", least, most));
   }
   return value;
 }
@@ -131,7 +133,7 @@ std::size_t ManifestReader::choice(const Json& json,
   const std::string word = text(json);
   const auto* const found = std::find(words.begin(), words.end(), word);
   if (found == words.end()) {
-    refuse(fmt::format("\"{}\" is not known here.", word), remedyFor(word, words));
+    refuse(localized("\"^1\" is not known here.", word), remedyFor(word, words));
   }
   return static_cast<std::size_t>(found - words.begin());
 }

@@ -4,9 +4,8 @@
 #include <array>
 #include <cstdint>
 
-#include <fmt/format.h>
-
 #include "host/store/deflate.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -44,17 +43,17 @@ bool fitsColorType(unsigned depth, unsigned type) {
 }
 
 std::string headerProblem(std::string_view header) {
-  if (header.size() != 13) return "The picture's header has a wrong size.";
+  if (header.size() != 13) return localized("The picture's header has a wrong size.");
   const std::uint32_t width = numberAt(header, 0);
   const std::uint32_t height = numberAt(header, 4);
   const auto byteAt = [&](std::size_t at) { return static_cast<unsigned char>(header[at]); };
-  if (width == 0 || height == 0) return "The picture is empty.";
+  if (width == 0 || height == 0) return localized("The picture is empty.");
   if (width > kMaxSide || height > kMaxSide || std::uint64_t{width} * height > kMaxPixels) {
-    return fmt::format("The picture is too large: {} by {} pixels.", width, height);
+    return localized("The picture is too large: ^1 by ^2 pixels.", width, height);
   }
   if (!fitsColorType(byteAt(8), byteAt(9)) || byteAt(10) != 0 || byteAt(11) != 0 ||
       byteAt(12) > 1) {
-    return "The picture's header names a form of colours that there is not.";
+    return localized("The picture's header names a form of colours that there is not.");
   }
   return {};
 }
@@ -64,16 +63,16 @@ std::string headerProblem(std::string_view header) {
 bool hasPngSignature(std::string_view bytes) { return bytes.starts_with(kSignature); }
 
 std::string pngProblem(std::string_view bytes) {
-  if (!hasPngSignature(bytes)) return "This is no PNG file.";
-  if (bytes.size() > kMaxBytes) return "The picture is larger than 256 MiB.";
+  if (!hasPngSignature(bytes)) return localized("This is no PNG file.");
+  if (bytes.size() > kMaxBytes) return localized("The picture is larger than 256 MiB.");
   bool hasHeader = false;
   bool hasPalette = false;
   bool needsPalette = false;
   bool hasData = false;
   for (std::size_t at = kSignature.size();;) {
-    if (bytes.size() - at < kChunkFrame) return "The picture is cut off.";
+    if (bytes.size() - at < kChunkFrame) return localized("The picture is cut off.");
     const std::size_t length = numberAt(bytes, at);
-    if (length > bytes.size() - at - kChunkFrame) return "The picture is cut off.";
+    if (length > bytes.size() - at - kChunkFrame) return localized("The picture is cut off.");
     const std::string_view name = bytes.substr(at + 4, 4);
     const std::string_view data = bytes.substr(at + 8, length);
     const bool isName = std::all_of(name.begin(), name.end(), [](char c) {
@@ -82,29 +81,30 @@ std::string pngProblem(std::string_view bytes) {
     if (!isName) return "A part of the picture has no name.";
     const std::string_view covered = bytes.substr(at + 4, length + 4);
     if (checksumOf(covered) != numberAt(bytes, at + 8 + length)) {
-      return fmt::format("The picture is damaged: the checksum of its part {} does not fit.", name);
+      return localized("The picture is damaged: the checksum of its part ^1 does not fit.", name);
     }
     if (!hasHeader) {
-      if (name != "IHDR") return "The picture does not start with its header.";
+      if (name != "IHDR") return localized("The picture does not start with its header.");
       if (const std::string problem = headerProblem(data); !problem.empty()) return problem;
       needsPalette = data[9] == 3;
       hasHeader = true;
     } else if (name == "IHDR") {
-      return "The picture has two headers.";
+      return localized("The picture has two headers.");
     } else if (name == "PLTE") {
       if (hasPalette || hasData || length == 0 || length > 768 || length % 3 != 0) {
-        return "The picture's palette is wrong.";
+        return localized("The picture's palette is wrong.");
       }
       hasPalette = true;
     } else if (name == "IDAT") {
       hasData = true;
     } else if (name == "IEND") {
-      if (!hasData) return "The picture has no pixels.";
-      if (needsPalette && !hasPalette) return "The picture's palette is missing.";
-      if (at + kChunkFrame + length != bytes.size()) return "Something stands behind the picture.";
+      if (!hasData) return localized("The picture has no pixels.");
+      if (needsPalette && !hasPalette) return localized("The picture's palette is missing.");
+      if (at + kChunkFrame + length != bytes.size())
+        return localized("Something stands behind the picture.");
       return {};
     } else if (name[0] >= 'A' && name[0] <= 'Z') {
-      return fmt::format("The picture has a part {} that must be understood and is not.", name);
+      return localized("The picture has a part ^1 that must be understood and is not.", name);
     }
     at += kChunkFrame + length;
   }

@@ -11,6 +11,7 @@
 
 #include "host/build/css_filter.h"
 #include "host/build/string_xml_writer.h"
+#include "platform/strings/localized.h"
 #include "platform/text/encoding.h"
 #include "platform/text/utf8.h"
 
@@ -142,9 +143,10 @@ bool isXmlCharacter(char32_t c) {
 void checkCharacters(std::string_view text) {
   for (std::size_t at = 0; at < text.size();) {
     const int length = validUtf8Length(text.substr(at));
-    if (length == 0) throw SvgError("The chart holds a byte that is no character in UTF-8.", at);
+    if (length == 0)
+      throw SvgError(localized("The chart holds a byte that is no character in UTF-8."), at);
     if (!isXmlCharacter(utf8CodePoint(text.substr(at), length))) {
-      throw SvgError("The chart holds a character that XML does not allow.", at);
+      throw SvgError(localized("The chart holds a character that XML does not allow."), at);
     }
     at += static_cast<std::size_t>(length);
   }
@@ -175,7 +177,7 @@ std::string resolved(std::string_view raw) {
   result.reserve(raw.size());
   for (std::size_t at = 0; at < raw.size();) {
     if (raw[at] == '<')
-      throw SvgError("The chart is no well-formed XML: a \"<\" stands in a value.");
+      throw SvgError(localized("The chart is no well-formed XML: a \"<\" stands in a value."));
     if (raw[at] != '&') {
       result += raw[at++];
       continue;
@@ -196,8 +198,8 @@ std::string resolved(std::string_view raw) {
     } else {
       const auto code = name.starts_with('#') ? characterReference(name) : std::nullopt;
       if (!code)
-        throw SvgError(
-            "The chart is no well-formed XML: it refers to an entity that is not known.");
+        throw SvgError(localized(
+            "The chart is no well-formed XML: it refers to an entity that is not known."));
       appendUtf8(result, *code);
     }
     at = end + 1;
@@ -216,10 +218,12 @@ std::string decoded(std::string_view svg) {
   const std::size_t open = declaration.find_first_of("\"'", name);
   const std::size_t close =
       open == std::string_view::npos ? open : declaration.find(declaration[open], open + 1);
-  if (close == std::string_view::npos) throw SvgError("The chart's XML declaration is wrong.", 0);
+  if (close == std::string_view::npos)
+    throw SvgError(localized("The chart's XML declaration is wrong."), 0);
   const std::string encoding(declaration.substr(open + 1, close - open - 1));
   const auto found = Encoding::find(encoding);
-  if (found == nullptr) throw SvgError("The chart is in an encoding that is not known.", 0);
+  if (found == nullptr)
+    throw SvgError(localized("The chart is in an encoding that is not known."), 0);
   return found->isUtf8() ? std::string(svg) : found->toUtf8(svg);
 }
 
@@ -237,19 +241,21 @@ class ShapeCheck {
         case pugi::node_cdata:
           if (std::string_view(node.value()).find_first_not_of(" \t\r\n") !=
               std::string_view::npos) {
-            throw SvgError("The chart is no well-formed XML: a text stands outside of its root.");
+            throw SvgError(
+                localized("The chart is no well-formed XML: a text stands outside of its root."));
           }
           break;
         case pugi::node_doctype:
           if (std::string_view(node.value()).find('[') != std::string_view::npos) {
-            throw SvgError("The chart's document type has declarations of its own.");
+            throw SvgError(localized("The chart's document type has declarations of its own."));
           }
           break;
         default:
           break;
       }
     }
-    if (roots != 1) throw SvgError("The chart is no well-formed XML: it has no single root.");
+    if (roots != 1)
+      throw SvgError(localized("The chart is no well-formed XML: it has no single root."));
     // Without recursion: how deep it is, is what is to be found out.
     int depth = 1;
     pugi::xml_node node = document.document_element();
@@ -258,7 +264,7 @@ class ShapeCheck {
       checkNode(node);
       if (pugi::xml_node child = node.first_child()) {
         if (++depth > kMaxSvgDepth) {
-          throw SvgError("The chart's elements are nested more than 200 deep.");
+          throw SvgError(localized("The chart's elements are nested more than 200 deep."));
         }
         node = child;
         continue;
@@ -277,7 +283,7 @@ class ShapeCheck {
     if (node.type() == pugi::node_pcdata) {
       const std::string_view raw = node.value();
       if (raw.find("]]>") != std::string_view::npos) {
-        throw SvgError("The chart is no well-formed XML: \"]]>\" stands in a text.");
+        throw SvgError(localized("The chart is no well-formed XML: \"]]>\" stands in a text."));
       }
       node.set_value(resolved(raw).c_str());
     }
@@ -285,7 +291,7 @@ class ShapeCheck {
     std::unordered_set<std::string_view> names;
     for (pugi::xml_attribute attribute : node.attributes()) {
       if (!names.insert(attribute.name()).second) {
-        throw SvgError("The chart is no well-formed XML: an attribute stands twice.");
+        throw SvgError(localized("The chart is no well-formed XML: an attribute stands twice."));
       }
       attribute.set_value(resolved(attribute.value()).c_str());
     }
@@ -299,7 +305,7 @@ class Cleaner {
     pushNamespaces(root);
     if (namespaceOf(prefixOf(root.name())).value_or(kSvgNamespace) != kSvgNamespace ||
         localOf(root.name()) != "svg") {
-      throw SvgError("The chart is no SVG: its root is another element.");
+      throw SvgError(localized("The chart is no SVG: its root is another element."));
     }
     if (prefixOf(root.name()).empty() && !root.attribute("xmlns")) {
       // A browser draws nothing without it.
@@ -469,7 +475,7 @@ class Cleaner {
 }  // namespace
 
 std::string sanitizeSvg(std::string_view svg) {
-  if (svg.size() > kMaxSvgBytes) throw SvgError("The chart is larger than 64 MiB.");
+  if (svg.size() > kMaxSvgBytes) throw SvgError(localized("The chart is larger than 64 MiB."));
   std::string text = decoded(svg);
   checkCharacters(text);
   pugi::xml_document document;

@@ -6,11 +6,10 @@
 #include <limits>
 #include <set>
 
-#include <fmt/format.h>
-
 #include "host/build/build_error.h"
 #include "host/build/category_tree.h"
 #include "platform/parser/value_shape.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -27,7 +26,7 @@ std::string suggestionFor(const std::string& name, const std::vector<std::string
   if (name.size() > kMaxSuggested) return {};
   for (const std::string& candidate : known) {
     if (candidate != name && withoutBlanks(candidate) == withoutBlanks(name)) {
-      return fmt::format("Did you mean \"{}\"? Blanks belong to the name.", candidate);
+      return localized("Did you mean \"^1\"? Blanks belong to the name.", candidate);
     }
   }
   std::vector<std::string_view> candidates;
@@ -155,7 +154,7 @@ class TableMaker {
   std::shared_ptr<const PivotTable> make() {
     if (description_.footnotes.size() > kMaxFootnotes) {
       throw DescriptionError({"footnotes"},
-                             fmt::format("There are more than {} footnotes.", kMaxFootnotes));
+                             localized("There are more than ^1 footnotes.", kMaxFootnotes));
     }
     reader_.read([this](std::uint64_t record, std::span<const std::string_view> fields) {
       if (record == 0) {
@@ -179,8 +178,8 @@ class TableMaker {
   std::string columnHelp(const std::string& missing) {
     std::string help = suggestionFor(missing, header_);
     if (help.empty() && header_.size() == 1) {
-      help = fmt::format(
-          "Its only column is \"{}\"; maybe the separator is another than was taken for it.",
+      help = localized(
+          "Its only column is \"^1\"; maybe the separator is another than was taken for it.",
           shortened(header_.front()));
     }
     return help;
@@ -190,7 +189,7 @@ class TableMaker {
     const auto found = std::find(header_.begin(), header_.end(), column.name);
     if (found == header_.end()) {
       throw DescriptionError(column.path,
-                             fmt::format("{} has no column \"{}\".", reader_.file(), column.name),
+                             localized("^1 has no column \"^2\".", reader_.file(), column.name),
                              columnHelp(column.name));
     }
     const auto field = static_cast<std::size_t>(found - header_.begin());
@@ -198,12 +197,12 @@ class TableMaker {
     if (second != header_.end()) {
       throw BuildError(reader_.file(),
                        reader_.placeOf(0, static_cast<std::size_t>(second - header_.begin())),
-                       fmt::format("There are two columns \"{}\".", column.name),
+                       localized("There are two columns \"^1\".", column.name),
                        "Give one of them another name.");
     }
     if (!used_.insert(field).second) {
       throw DescriptionError(column.path,
-                             fmt::format("The column \"{}\" is used twice.", column.name));
+                             localized("The column \"^1\" is used twice.", column.name));
     }
     return field;
   }
@@ -239,7 +238,7 @@ class TableMaker {
       const std::string_view label = value.label.empty() ? value.column.name : value.label;
       if (axis.tree.leafOf({&label, 1}) != static_cast<int>(i)) {
         throw DescriptionError(value.column.path,
-                               fmt::format("Two value columns are called \"{}\".", label),
+                               localized("Two value columns are called \"^1\".", label),
                                "Give one of them a label of its own.");
       }
     }
@@ -340,20 +339,20 @@ class TableMaker {
                        "Leave the field empty where there is no value.");
     }
     if (isDate) {
-      throw BuildError(
-          reader_.file(), placeOf(value),
-          fmt::format("\"{}\" is no {}.", shortened(text), kind == Kind::kTime ? "time" : "date"),
-          kind == Kind::kTime ? "Times are written as 13:05 or 13:05:59."
-                              : "Dates are written as 2026-11-20 or "
-                                "2026-11-20T13:05:59, from 1582-10-14 on.");
+      throw BuildError(reader_.file(), placeOf(value),
+                       kind == Kind::kTime ? localized("\"^1\" is no time.", shortened(text))
+                                           : localized("\"^1\" is no date.", shortened(text)),
+                       kind == Kind::kTime ? localized("Times are written as 13:05 or 13:05:59.")
+                                           : localized("Dates are written as 2026-11-20 or "
+                                                       "2026-11-20T13:05:59, from 1582-10-14 on."));
     }
     if (isTooLargeNumber(text, description_.marks)) {
       throw BuildError(reader_.file(), placeOf(value),
-                       fmt::format("The number \"{}\" is too large.", shortened(text)),
+                       localized("The number \"^1\" is too large.", shortened(text)),
                        "The largest is about 1.8e308.");
     }
     throw BuildError(
-        reader_.file(), placeOf(value), fmt::format("\"{}\" is no number.", shortened(text)),
+        reader_.file(), placeOf(value), localized("\"^1\" is no number.", shortened(text)),
         "For a column of texts a manifest has \"text\": true, the command line --format "
         "A8; decimal mark and thousands separator can be given as well.");
   }
@@ -381,8 +380,8 @@ class TableMaker {
       if (other == cell) continue;
       const SourcePlace first = placeOf(values_[other]);
       throw BuildError(reader_.file(), placeOf(values_[cell]),
-                       fmt::format("The cell {} stands twice, first in line {}, column {}.",
-                                   nameOf(cell), first.line, first.column),
+                       localized("The cell ^1 stands twice, first in line ^2, column ^3.",
+                                 nameOf(cell), first.line, first.column),
                        "Each combination of the labels may have one value; a label column may be "
                        "missing in the description.");
     }
@@ -468,7 +467,7 @@ class TableMaker {
     }
     if (!nodes.empty()) return nodes;
     throw DescriptionError(extended(axis.description->path, {member, label}),
-                           fmt::format("No category is called \"{}\".", label),
+                           localized("No category is called \"^1\".", label),
                            suggestionFor(label, someLabels(axis.tree)));
   }
 
@@ -585,7 +584,7 @@ class TableMaker {
       }
       if (!isFound) {
         throw DescriptionError(extended(note.path, {"at", column}),
-                               fmt::format("\"{}\" has no category \"{}\".", column, label),
+                               localized("\"^1\" has no category \"^2\".", column, label),
                                suggestionFor(label, someLabels(axis.tree)));
       }
       // Two columns of one dimension may both be named.
@@ -596,7 +595,7 @@ class TableMaker {
       return;
     }
     throw DescriptionError(extended(note.path, {"at", column}),
-                           fmt::format("The table has no dimension from a column \"{}\".", column),
+                           localized("The table has no dimension from a column \"^1\".", column),
                            suggestionFor(column, names));
   }
 

@@ -2,9 +2,8 @@
 
 #include <string>
 
-#include <fmt/format.h>
-
 #include "host/build/utf8_stream.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -68,7 +67,7 @@ class TableReader {
   void readSeparator(const Json& json) const {
     const std::string text = reader_.text(json);
     if (text.size() != 1 || !isCsvSeparator(text[0])) {
-      reader_.refuse("Fields are separated by \",\", \";\", \"\\t\" or \"|\".");
+      reader_.refuse(localized("Fields are separated by \",\", \";\", \"\\t\" or \"|\"."));
     }
     table_.csvOptions.separator = text[0];
   }
@@ -76,7 +75,7 @@ class TableReader {
   void readEncoding(const Json& json) const {
     table_.csvOptions.encoding = reader_.name(json);
     if (!Utf8Stream::isKnown(table_.csvOptions.encoding)) {
-      reader_.refuse(fmt::format("There is no encoding {}.", table_.csvOptions.encoding),
+      reader_.refuse(localized("There is no encoding ^1.", table_.csvOptions.encoding),
                      "UTF-8, UTF-16, windows-1252 and Shift-JIS are some of those there are.");
     }
   }
@@ -85,7 +84,7 @@ class TableReader {
     const std::string text = reader_.text(json);
     const auto format = parseDisplayFormat(text);
     if (!format) {
-      reader_.refuse(fmt::format("\"{}\" is no display format.", text),
+      reader_.refuse(localized("\"^1\" is no display format.", text),
                      "A format is a name, a width and decimals: F8.2, COMMA10, PCT5.1, DATE11.");
     }
     return *format;
@@ -119,7 +118,7 @@ class TableReader {
     };
     if (json.is_string()) return add(json);
     if (!json.is_array()) reader_.refuseType(json, "a column, a list of columns or an object");
-    if (json.empty()) reader_.refuse("A dimension needs a column.");
+    if (json.empty()) reader_.refuse(localized("A dimension needs a column."));
     reader_.readList(json, add);
   }
 
@@ -154,7 +153,8 @@ class TableReader {
   }
 
   void readValues(const Json& json) const {
-    if (!table_.values.empty()) reader_.refuse("\"value\" and \"values\" exclude each other.");
+    if (!table_.values.empty())
+      reader_.refuse(localized("\"value\" and \"values\" exclude each other."));
     table_.hasValueDimension = true;
     reader_.readList(json, [&](const Json& element) {
       if (element.is_string()) return readValue(element);
@@ -171,8 +171,9 @@ class TableReader {
                            {"text", [&](const Json& v) { value.isText = reader_.flag(v); }}});
       table_.values.push_back(std::move(value));
     });
-    if (table_.values.empty()) reader_.refuse("A table needs a column of values.");
-    if (table_.values.size() > kMaxCsvColumns) reader_.refuse("There are too many columns.");
+    if (table_.values.empty()) reader_.refuse(localized("A table needs a column of values."));
+    if (table_.values.size() > kMaxCsvColumns)
+      reader_.refuse(localized("There are too many columns."));
   }
 
   void readFootnotes(const Json& json) const {
@@ -213,14 +214,15 @@ std::vector<ManifestReader::Member> tableMembers(ManifestReader& reader, TableDe
 
 void finishTable(const ManifestReader& reader, TableDescription& table) {
   if (table.values.empty()) {
-    reader.refuse("The table has no values.", "\"value\" names the column that holds them.");
+    reader.refuse(localized("The table has no values."),
+                  "\"value\" names the column that holds them.");
   }
   if (table.dimensions.empty()) {
-    reader.refuse("The table has no dimensions.",
+    reader.refuse(localized("The table has no dimensions."),
                   "\"rows\", \"columns\" and \"layers\" list the columns of its labels.");
   }
   if (table.marks.decimal == table.marks.thousands) {
-    reader.refuse("Decimal mark and thousands separator are the same.");
+    reader.refuse(localized("Decimal mark and thousands separator are the same."));
   }
 }
 

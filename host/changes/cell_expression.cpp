@@ -9,9 +9,8 @@
 #include <string>
 #include <utility>
 
-#include <fmt/format.h>
-
 #include "host/changes/change_notes.h"
+#include "platform/strings/localized.h"
 #include "platform/text/shortened_text.h"
 
 namespace vornwout {
@@ -214,7 +213,7 @@ class Compiler {
   void emitWaiting();
   void emitOperand(Step step, std::size_t place);
   void emit(Operation operation);
-  [[noreturn]] void fail(const char* what, std::size_t place) const;
+  [[noreturn]] void fail(const std::string& what, std::size_t place) const;
   [[noreturn]] void failAtEnd() const;
 
   std::string_view text_;
@@ -257,10 +256,10 @@ void Compiler::readOperand() {
     wait({Operation::kValue, true}, place);
   } else if (take("abs")) {
     skipBlanks();
-    if (!take("(")) fail("is not understood", place);
+    if (!take("(")) fail(localized("is not understood"), place);
     wait({Operation::kAbsolute, true}, place);
   } else if (!take("+")) {
-    fail("is not understood", place);
+    fail(localized("is not understood"), place);
   }
 }
 
@@ -273,13 +272,14 @@ void Compiler::readOperator() {
   }
   const auto* const symbol = std::find_if(kBinarySymbols.begin(), kBinarySymbols.end(),
                                           [&](const Symbol& known) { return take(known.text); });
-  if (symbol == kBinarySymbols.end()) fail("is not understood", place);
+  if (symbol == kBinarySymbols.end()) fail(localized("is not understood"), place);
   const int rank = rankOf(symbol->operation);
   const bool joinsFromRight = symbol->operation == Operation::kPower;
   while (!waiting_.empty() && !waiting_.back().isParenthesis) {
     const int waitingRank = rankOf(waiting_.back().operation);
     if (waitingRank < rank || (waitingRank == rank && joinsFromRight)) break;
-    if (waitingRank == rank && rank == kComparisonRank) fail("compares a comparison", place);
+    if (waitingRank == rank && rank == kComparisonRank)
+      fail(localized("compares a comparison"), place);
     emitWaiting();
   }
   wait({symbol->operation}, place);
@@ -307,15 +307,16 @@ void Compiler::readNumber() {
   }
   double number = 0;
   const auto [last, error] = std::from_chars(text_.data() + place, text_.data() + end, number);
-  if (error == std::errc::result_out_of_range) fail("has a number out of range", place);
-  if (error != std::errc() || last != text_.data() + end) fail("is not understood", place);
+  if (error == std::errc::result_out_of_range) fail(localized("has a number out of range"), place);
+  if (error != std::errc() || last != text_.data() + end)
+    fail(localized("is not understood"), place);
   at_ = end;
   emitOperand({Operation::kConstant, number}, place);
 }
 
 void Compiler::closeParenthesis() {
   while (!waiting_.empty() && !waiting_.back().isParenthesis) emitWaiting();
-  if (waiting_.empty()) fail("is not understood", at_);
+  if (waiting_.empty()) fail(localized("is not understood"), at_);
   const bool isAbsolute = waiting_.back().operation == Operation::kAbsolute;
   waiting_.pop_back();
   if (isAbsolute) emit(Operation::kAbsolute);
@@ -338,12 +339,12 @@ bool Compiler::take(std::string_view symbol) {
 
 void Compiler::wait(Waiting waiting, std::size_t place) {
   countPart(place);
-  if (waiting_.size() == CellExpression::kMaxDepth) fail("is nested too deeply", place);
+  if (waiting_.size() == CellExpression::kMaxDepth) fail(localized("is nested too deeply"), place);
   waiting_.push_back(waiting);
 }
 
 void Compiler::countPart(std::size_t place) {
-  if (++parts_ > CellExpression::kMaxParts) fail("is too long", place);
+  if (++parts_ > CellExpression::kMaxParts) fail(localized("is too long"), place);
 }
 
 void Compiler::emitWaiting() {
@@ -390,19 +391,19 @@ void Compiler::emit(Operation operation) {
   }
 }
 
-void Compiler::fail(const char* what, std::size_t place) const {
+void Compiler::fail(const std::string& what, std::size_t place) const {
   const std::string_view before = text_.substr(0, place);
   // Bytes that go on with a character do not count.
   const auto characters = std::count_if(before.begin(), before.end(), [](char c) {
     return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
   });
-  throw ChangeError(fmt::format("at character {} the condition {}: \"{}\"", characters + 1, what,
-                                textHead(text_.substr(place), kShownColumns)));
+  throw ChangeError(localized("at character ^1 the condition ^2: \"^3\"", characters + 1, what,
+                              textHead(text_.substr(place), kShownColumns)));
 }
 
 void Compiler::failAtEnd() const {
-  throw ChangeError(fmt::format("at its end the condition is incomplete: \"{}\"",
-                                textHead(text_, kShownColumns)));
+  throw ChangeError(
+      localized("at its end the condition is incomplete: \"^1\"", textHead(text_, kShownColumns)));
 }
 
 }  // namespace

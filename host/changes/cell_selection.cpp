@@ -11,12 +11,11 @@
 #include <unordered_set>
 #include <utility>
 
-#include <fmt/format.h>
-
 #include "host/changes/change_notes.h"
 #include "host/layout/table_axis.h"
 #include "host/layout/table_grid.h"
 #include "platform/pivot/cell_text.h"
+#include "platform/strings/localized.h"
 #include "platform/text/shortened_text.h"
 
 namespace vornwout {
@@ -103,8 +102,8 @@ ApplyTarget targetOf(const CellsChange& change) {
   });
   if (target == kTargets.end()) {
     constexpr int kShownColumns = 24;
-    throw ChangeError(fmt::format("cells have no \"{}\" to apply a change to",
-                                  textHead(change.applyTo, kShownColumns)));
+    throw ChangeError(localized("cells have no \"^1\" to apply a change to",
+                                textHead(change.applyTo, kShownColumns)));
   }
   return target->second;
 }
@@ -241,7 +240,7 @@ void Selector::readDimension(std::size_t index) {
   Dimension& dimension = dimensions_[index];
   const std::size_t count = source.categories.size();
   if (source.leafCount < 0 || at(source.leafCount) > count) {
-    throw ChangeError("a dimension of a table counts categories that it has not");
+    throw ChangeError(localized("a dimension of a table counts categories that it has not"));
   }
   dimension.known.resize(count);
   dimension.hit.resize(count);
@@ -255,7 +254,7 @@ void Selector::readDimension(std::size_t index) {
   for (std::size_t i = 0; i < count; ++i) {
     const PivotCategory& category = source.categories[i];
     if (category.parent >= static_cast<int>(i)) {
-      throw ChangeError("a category of a table stands in no group before it");
+      throw ChangeError(localized("a category of a table stands in no group before it"));
     }
     std::uint8_t& known = dimension.known[i];
     if (category.parent >= 0) known = dimension.known[at(category.parent)];
@@ -274,27 +273,27 @@ void Selector::readDimension(std::size_t index) {
     if (category.isGroup) continue;
     if (category.leaf < 0 || category.leaf >= source.leafCount ||
         dimension.leafNodes[at(category.leaf)] != count) {
-      throw ChangeError("a category of a table has no number of its own");
+      throw ChangeError(localized("a category of a table has no number of its own"));
     }
     dimension.leafNodes[at(category.leaf)] = i;
     dimension.leafKnown[at(category.leaf)] = known;
   }
   if (std::find(dimension.leafNodes.begin(), dimension.leafNodes.end(), count) !=
       dimension.leafNodes.end()) {
-    throw ChangeError("a dimension of a table counts categories that it has not");
+    throw ChangeError(localized("a dimension of a table counts categories that it has not"));
   }
 }
 
 void Selector::checkCells() const {
   if (table_.cells.size() > std::numeric_limits<std::uint32_t>::max()) {
-    throw ChangeError("a table has too many cells");
+    throw ChangeError(localized("a table has too many cells"));
   }
   for (const PivotCell& cell : table_.cells) {
     bool fits = cell.at.size() == table_.dimensions.size();
     for (std::size_t i = 0; fits && i < cell.at.size(); ++i) {
       fits = cell.at[i] >= 0 && cell.at[i] < table_.dimensions[i].leafCount;
     }
-    if (!fits) throw ChangeError("a cell of a table belongs to no category");
+    if (!fits) throw ChangeError(localized("a cell of a table belongs to no category"));
   }
 }
 

@@ -13,6 +13,7 @@
 #include "host/looks/svg_restyle.h"
 #include "platform/files/fetch_file.h"
 #include "platform/files/path_factory.h"
+#include "platform/strings/localized.h"
 #include "platform/text/encoding.h"
 #include "platform/text/shortened_text.h"
 
@@ -52,8 +53,8 @@ ChartChanger::ChartChanger(const GraphChange& change) {
   if (!change.styleSheet.empty()) {
     const std::string sheet = fetchStyleSheet(change.styleSheet);
     if (sheet.empty()) {
-      throw ChangeError(fmt::format("there is no style sheet {} in the Looks folder",
-                                    textHead(change.styleSheet, kShownColumns)));
+      throw ChangeError(localized("there is no style sheet ^1 in the Looks folder",
+                                  textHead(change.styleSheet, kShownColumns)));
     }
     const std::string name = "the style sheet " + textHead(change.styleSheet, kSheetColumns);
     styles_.push_back(readStyle(name, parseChartStyleSheet, sheet));

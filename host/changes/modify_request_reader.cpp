@@ -17,6 +17,7 @@
 #include "host/changes/change_notes.h"
 #include "host/changes/request_xml.h"
 #include "host/store/content_names.h"
+#include "platform/strings/localized.h"
 #include "platform/text/display_width.h"
 #include "platform/text/encoding.h"
 #include "platform/text/shortened_text.h"
@@ -105,9 +106,7 @@ std::string withoutEscapes(std::string text) {
   return text;
 }
 
-std::string placeOf(pugi::xml_node node) {
-  return fmt::format("at byte {}: ", node.offset_debug());
-}
+std::string placeOf(pugi::xml_node node) { return localized("at byte ^1: ", node.offset_debug()); }
 
 /// An attribute with what an error about it has to say.
 class Attribute {
@@ -123,7 +122,7 @@ class Attribute {
 
   /// A text in UTF-8 that is as its user wrote it.
   std::string plainText() const {
-    if (!isValidUtf8(value())) refuse("not UTF-8");
+    if (!isValidUtf8(value())) refuse(localized("not UTF-8"));
     return std::string(value());
   }
   std::string escapedText() const { return withoutEscapes(plainText()); }
@@ -136,29 +135,29 @@ class Attribute {
     constexpr int kMostOfValue = 8;
     const std::string place = placeOf(element_);
     const std::string known = textHead(name(), kNameColumns);
-    const std::string said = fmt::format(" is \"{{}}\", {}", what);
-    const std::string whole = fmt::format("{} of {}{}", known, element_.name(), said);
+    const std::string whole = localized("^1 of ^2 is \"{}\", ^3", known, element_.name(), what);
     const std::string shown = textHead(shownBytes(value()), kMostOfValue);
     const int room = kReasonColumns - displayWidth(place + whole) + 2;
-    refuseAt(place, displayWidth(shown) <= room ? whole : known + said, value());
+    refuseAt(place,
+             displayWidth(shown) <= room ? whole : localized("^1 is \"{}\", ^2", known, what),
+             value());
   }
   [[noreturn]] void refuseUnknown() const {
-    refuseAt(placeOf(element_), fmt::format("{} has an unknown attribute {{}}", element_.name()),
+    refuseAt(placeOf(element_), localized("^1 has an unknown attribute {}", element_.name()),
              name());
   }
   [[noreturn]] void refuseRepetition() const {
-    refuseAt(placeOf(element_), fmt::format("{{}} of {} stands there twice", element_.name()),
-             name());
+    refuseAt(placeOf(element_), localized("{} of ^1 stands there twice", element_.name()), name());
   }
 
   bool flag() const {
     if (value() == "true") return true;
     if (value() == "false") return false;
-    refuse("not true or false");
+    refuse(localized("not true or false"));
   }
   /// An attribute that is never written as false.
   bool mark() const {
-    if (value() != "true") refuse("not true");
+    if (value() != "true") refuse(localized("not true"));
     return true;
   }
   int integer(int min, int max = kMostNumber) const {
@@ -166,10 +165,10 @@ class Attribute {
     const std::string_view digits = value();
     const char* const end = digits.data() + digits.size();
     const auto [stop, error] = std::from_chars(digits.data(), end, number);
-    if (stop != end || error == std::errc::invalid_argument) refuse("no integer");
+    if (stop != end || error == std::errc::invalid_argument) refuse(localized("no integer"));
     const bool isTooLarge = error != std::errc() ? !digits.starts_with('-') : number > max;
-    if (isTooLarge) refuse(fmt::format("at most {} is allowed", max));
-    if (error != std::errc() || number < min) refuse(fmt::format("at least {} is allowed", min));
+    if (isTooLarge) refuse(localized("at most ^1 is allowed", max));
+    if (error != std::errc() || number < min) refuse(localized("at least ^1 is allowed", min));
     return number;
   }
   double number() const {
@@ -177,14 +176,15 @@ class Attribute {
     const std::string_view digits = value();
     const char* const end = digits.data() + digits.size();
     const auto [stop, error] = std::from_chars(digits.data(), end, result);
-    if (stop != end || error != std::errc() || !std::isfinite(result)) refuse("no number");
+    if (stop != end || error != std::errc() || !std::isfinite(result))
+      refuse(localized("no number"));
     return result;
   }
   /// A number above 0.
   double positiveNumber(double max) const {
     const double result = number();
-    if (result <= 0) refuse("only above 0 is allowed");
-    if (result > max) refuse(fmt::format("at most {} is allowed", max));
+    if (result <= 0) refuse(localized("only above 0 is allowed"));
+    if (result > max) refuse(localized("at most ^1 is allowed", max));
     return result;
   }
 
@@ -216,17 +216,17 @@ void forEachAttribute(pugi::xml_node element, const Visit& visit) {
 
 [[noreturn]] void refuseElement(pugi::xml_node parent, pugi::xml_node element) {
   const bool isElement = element.type() == pugi::node_element;
-  refuseAt(
-      placeOf(element),
-      fmt::format("{} must not hold {}", parent.name(), isElement ? "an element {}" : "a text"),
-      isElement ? element.name() : "");
+  refuseAt(placeOf(element),
+           isElement ? localized("^1 must not hold an element {}", parent.name())
+                     : localized("^1 must not hold a text", parent.name()),
+           isElement ? element.name() : "");
 }
 
 /// For attributes that are always written.
 void expectAttributes(pugi::xml_node element, std::initializer_list<const char*> names) {
   for (const char* const name : names) {
     if (!element.attribute(name)) {
-      refuseAt(placeOf(element), fmt::format("{} has no {}", element.name(), name));
+      refuseAt(placeOf(element), localized("^1 has no ^2", element.name(), name));
     }
   }
 }
@@ -234,14 +234,14 @@ void expectAttributes(pugi::xml_node element, std::initializer_list<const char*>
 /// For attributes of which one says what the other would say, too.
 void expectNotBoth(pugi::xml_node element, const char* one, const char* other) {
   if (element.attribute(one) && element.attribute(other)) {
-    refuseAt(placeOf(element), fmt::format("{} has both {} and {}", element.name(), one, other));
+    refuseAt(placeOf(element), localized("^1 has both ^2 and ^3", element.name(), one, other));
   }
 }
 
 void expectOneOf(pugi::xml_node element, const char* one, const char* other) {
   expectNotBoth(element, one, other);
   if (!element.attribute(one) && !element.attribute(other)) {
-    refuseAt(placeOf(element), fmt::format("{} has neither {} nor {}", element.name(), one, other));
+    refuseAt(placeOf(element), localized("^1 has neither ^2 nor ^3", element.name(), one, other));
   }
 }
 
@@ -278,7 +278,7 @@ class ColorReader {
     if (red_ < 0 && green_ < 0 && blue_ < 0) return {};
     for (const auto& [name, value] : {std::pair("Red", red_), {"Green", green_}, {"Blue", blue_}}) {
       if (value >= 0) continue;
-      refuseAt(placeOf(element), fmt::format("{} has no {}{}", element.name(), prefix_, name));
+      refuseAt(placeOf(element), localized("^1 has no ^2^3", element.name(), prefix_, name));
     }
     return fmt::format("#{:02x}{:02x}{:02x}", red_, green_, blue_);
   }
@@ -330,7 +330,7 @@ LabelCondition readLabel(pugi::xml_node element) {
     }
   });
   expectAttributes(element, {"expression"});
-  if (matches != 1) refuseAt(placeOf(element), "label has not just one way to match");
+  if (matches != 1) refuseAt(placeOf(element), localized("label has not just one way to match"));
   expectEmpty(element);
   return condition;
 }
@@ -367,7 +367,7 @@ IndexChange readIndex(pugi::xml_node element) {
       const auto* style = std::find_if(
           kIndexStyles.begin(), kIndexStyles.end(),
           [&](const IndexStyleName& known) { return known.name == attribute.value(); });
-      if (style == kIndexStyles.end()) attribute.refuse("no type of an index");
+      if (style == kIndexStyles.end()) attribute.refuse(localized("no type of an index"));
       change.style = style->style;
     } else if (attribute.name() == "indexStart") {
       change.start = attribute.integer(std::numeric_limits<int>::min());
@@ -403,7 +403,7 @@ std::string innerXml(pugi::xml_node element, const std::string& name) {
   expectNoAttributes(element);
   const pugi::xml_node root = element.first_child();
   if (root.type() != pugi::node_element || root.next_sibling()) {
-    refuseAt(inFile(name), "there is not just one element");
+    refuseAt(inFile(name), localized("there is not just one element"));
   }
   quoteValues(element);
   std::ostringstream inner;
@@ -434,7 +434,7 @@ PropertiesChange readProperties(pugi::xml_node element) {
       } else if (attribute.value() == "no") {
         change.visible = false;
       } else if (attribute.value() != "asis") {
-        attribute.refuse("none of yes, no and asis");
+        attribute.refuse(localized("none of yes, no and asis"));
       }
     } else if (attribute.name() == "sizeWidth") {
       change.width = attribute.positiveNumber(kMaxPoints);
@@ -544,7 +544,7 @@ bool readCellSelection(const Attribute& attribute, CellsChange& change) {
       int number = 0;
       const auto read = std::from_chars(position.data(), position.data() + position.size(), number);
       if (read.ec != std::errc() || read.ptr != position.data() + position.size()) {
-        attribute.refuse("no list of positions");
+        attribute.refuse(localized("no list of positions"));
       }
       change.positions.push_back(number);
     }
@@ -671,7 +671,7 @@ class EventOrder {
                                            [&](const auto& one) { return one.name == name; });
     if (known == kEventElements.end()) refuseElement(element, child);
     if (known < next_) {
-      refuseAt(placeOf(child), fmt::format("{} is out of order or doubled", name));
+      refuseAt(placeOf(child), localized("^1 is out of order or doubled", name));
     }
     next_ = known->mayRepeat ? known : known + 1;
   }
@@ -723,7 +723,7 @@ ModifyRequest readModifyRequest(const std::string& xml) {
   parseRequest(xml, document);
   const pugi::xml_node root = document.document_element();
   if (std::strcmp(root.name(), "modifyOutputObject") != 0) {
-    throw ChangeError("what came is no modify document");
+    throw ChangeError(localized("what came is no modify document"));
   }
   ModifyRequest request;
   forEachAttribute(root, [&](const Attribute& attribute) {

@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include "host/changes/change_notes.h"
+#include "platform/strings/localized.h"
 #include "platform/text/display_width.h"
 #include "platform/text/encoding.h"
 #include "platform/text/shortened_text.h"
@@ -96,7 +97,7 @@ std::optional<std::size_t> firstMistake(std::string_view xml, pugi::xml_document
 /// A document that is not well-formed; its first mistake is at `offset`. What is wrong with an
 /// embedded file is said of the file, which is what the user knows.
 [[noreturn]] void refuseXml(std::string_view xml, std::size_t offset) {
-  std::string place = fmt::format("at byte {}: ", offset);
+  std::string place = localized("at byte ^1: ", offset);
   for (const EmbeddedFile& file : embeddedFiles(xml, offset)) {
     pugi::xml_document document;
     // A tag without its end, or a quotation mark, makes a mistake of what follows the file.
@@ -112,7 +113,8 @@ std::optional<std::size_t> firstMistake(std::string_view xml, pugi::xml_document
   const std::string excerpt = excerptAt(xml, offset);
   const bool hasQuote = excerpt.find('"') != std::string::npos;
   refuseAt(place,
-           hasQuote ? "not well-formed near \"{}\": stray quote?" : "not well-formed near \"{}\"",
+           hasQuote ? localized("not well-formed near \"{}\": stray quote?")
+                    : localized("not well-formed near \"{}\""),
            excerpt);
 }
 
@@ -134,7 +136,7 @@ void refuseAt(const std::string& place, std::string_view what, std::string_view 
   throw ChangeError(text);
 }
 
-std::string inFile(const std::string& name) { return fmt::format("in {}, ", name); }
+std::string inFile(const std::string& name) { return localized("in ^1, ", name); }
 
 std::string shownBytes(std::string_view bytes) {
   return withVisibleControls(isValidUtf8(bytes) ? std::string(bytes) : currentToUtf8(bytes));

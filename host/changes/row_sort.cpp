@@ -19,6 +19,7 @@
 #include "host/layout/table_grid.h"
 #include "platform/pivot/cell_text.h"
 #include "platform/strings/language.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -43,7 +44,8 @@ class Collation {
     UErrorCode status = U_ZERO_ERROR;
     const auto locale = icu::Locale::createFromName(std::string(currentLanguage()).c_str());
     collator_.reset(icu::Collator::createInstance(locale, status));
-    if (U_FAILURE(status)) throw ChangeError("there are no rules for the order of texts");
+    if (U_FAILURE(status))
+      throw ChangeError(localized("there are no rules for the order of texts"));
   }
 
   std::string keyOf(const std::string& text) {
@@ -86,7 +88,7 @@ class SortColumn {
         layers_(table, PivotPlace::kLayers) {
     for (const PivotCell& cell : table.cells) {
       if (cell.at.size() != table.dimensions.size()) {
-        throw ChangeError("a cell does not name one category per dimension");
+        throw ChangeError(localized("a cell does not name one category per dimension"));
       }
     }
   }
@@ -264,7 +266,7 @@ void reorder(PivotTable& table, std::size_t index, const std::vector<int>& order
   for (PivotCell& cell : table.cells) {
     int& leaf = cell.at[index];
     if (leaf < 0 || leaf >= dimension.leafCount) {
-      throw ChangeError("a cell of the table belongs to no category");
+      throw ChangeError(localized("a cell of the table belongs to no category"));
     }
     leaf = leafOf[at(leaf)];
   }

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
-#include <fmt/format.h>
 #include <unistd.h>
 
 #include "host/store/document_store.h"
 #include "host/store/password_form.h"
 #include "platform/files/file_specification.h"
 #include "platform/files/path_context.h"
+#include "platform/strings/localized.h"
 #include "platform/text/encoding.h"
 
 namespace vornwout {
@@ -23,7 +23,7 @@ std::optional<Secret> decrypted(const std::string& form) {
   std::optional<Secret> meant = decryptPassword(PasswordKey::loadOrCreate(key), form);
   if (meant && !isTypeablePassword(meant->view())) {
     throw StoreError(StoreError::Kind::kWrongPassword,
-                     fmt::format("This form was not made with this user's key ({}).", key));
+                     localized("This form was not made with this user's key (^1).", key));
   }
   return meant;
 }
@@ -35,7 +35,7 @@ std::optional<Secret> meantByWrong(const std::string& text, const StoreError& wr
     return decrypted(text);
   } catch (const StoreError& error) {
     throw StoreError(StoreError::Kind::kWrongPassword,
-                     fmt::format("{} If it is an encrypted form: {}", wrong.what(), error.what()));
+                     localized("^1 If it is an encrypted form: ^2", wrong.what(), error.what()));
   }
 }
 
@@ -51,8 +51,8 @@ std::string handleHint(const StoreError& error, const std::string& path) {
   const std::string handle =
       isAboutThePath ? handleInOtherCase(fromNativePath(path)) : std::string();
   if (handle.empty()) return {};
-  return fmt::format(" There is a file handle {}; case matters in its name.",
-                     currentToUtf8(handle));
+  return " " +
+         localized("There is a file handle ^1; case matters in its name.", currentToUtf8(handle));
 }
 
 }  // namespace
@@ -71,7 +71,7 @@ std::optional<FileLock> lockToOpen(const std::string& path) {
     lock = FileLock::tryLock(path);
   } catch (const StoreError& error) {
     if (error.kind() != StoreError::Kind::kNotWritten) throw;
-    throw StoreError(error.kind(), fmt::format("{} LOCK=NO opens it.", error.what()));
+    throw StoreError(error.kind(), localized("^1 LOCK=NO opens it.", error.what()));
   }
   if (!lock) throw StoreError(StoreError::Kind::kLocked, "Another process has locked it.");
   return lock;
@@ -111,14 +111,15 @@ std::string passwordToSave(const VornwMsgOutputControllerRequest& request) {
 
 std::string openingFailed(const StoreError& error, const std::string& path) {
   if (error.kind() == StoreError::Kind::kLocked) return kLockedByAnother;
-  return fmt::format("The output document ^1 was not opened. {}{}", error.what(),
-                     handleHint(error, path));
+  // The path comes into the place of "^1" where the answer is shown.
+  return localized("The output document ^1 was not opened. ^2^3", "^1", error.what(),
+                   handleHint(error, path));
 }
 
 std::string savingFailed(const StoreError& error, const std::string& path) {
   if (error.kind() == StoreError::Kind::kLocked) return kLockedByAnother;
-  return fmt::format("The output document ^1 was not saved. {}{}", error.what(),
-                     handleHint(error, path));
+  return localized("The output document ^1 was not saved. ^2^3", "^1", error.what(),
+                   handleHint(error, path));
 }
 
 }  // namespace vornwout

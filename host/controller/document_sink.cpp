@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/pivot/localized_content.h"
+#include "platform/strings/localized.h"
+
 namespace vornwout {
 namespace {
 
@@ -16,13 +19,13 @@ std::string asciiUpper(std::string text) {
 const char* severityLabel(MessageSeverity severity) {
   switch (severity) {
     case MessageSeverity::kInformation:
-      return "Information";
+      return localizable("Information");
     case MessageSeverity::kWarning:
-      return "Warning";
+      return localizable("Warning");
     case MessageSeverity::kError:
       break;
   }
-  return "Error";
+  return localizable("Error");
 }
 
 DocumentObject makeObject(ObjectType type, std::string command, int run, std::string label,
@@ -91,7 +94,8 @@ void DocumentSink::outputMessage(const OutputMessageRecord& message) {
   addMessage({kept.severity(), kept.briefText(), {}});
 }
 
-void DocumentSink::table(const std::shared_ptr<const PivotTable>& table) {
+void DocumentSink::table(const std::shared_ptr<const PivotTable>& original) {
+  const std::shared_ptr<const PivotTable> table = localizedTable(original);
   DocumentObject& object =
       addBelow(headingForOutput(), ObjectType::kTable, renderText(table->title), table);
   object.subtype = renderText(table->subtype);
@@ -105,14 +109,15 @@ void DocumentSink::note(const NoteRecord& note) {
   if (place != children.end() && place->type == ObjectType::kLog) ++place;
   if (place == children.end() || place->type != ObjectType::kNotes) {
     place = children.insert(place, makeObject(ObjectType::kNotes, heading.command, heading.run,
-                                              "Notes", NotesContent{}));
+                                              localized("Notes"), NotesContent{}));
   }
-  std::get<NotesContent>(place->content.change()).entries.push_back({note.label, note.value});
+  std::get<NotesContent>(place->content.change())
+      .entries.push_back({localizedContent(note.label), localizedContent(note.value)});
 }
 
 void DocumentSink::addMessage(MessageContent content) {
-  const char* label = severityLabel(content.severity);
-  addBelow(headingForOutput(), ObjectType::kWarning, label, std::move(content));
+  std::string label = localized(severityLabel(content.severity));
+  addBelow(headingForOutput(), ObjectType::kWarning, std::move(label), std::move(content));
 }
 
 DocumentObject& DocumentSink::headingForOutput() {
@@ -124,11 +129,12 @@ DocumentObject& DocumentSink::headingForOutput() {
   std::string command = commandName(procedure);
   const int run = runIn(document, command);
   std::string label = procedure.name;
-  if (label.empty()) label = command.empty() ? "Messages" : command;
+  if (label.empty()) label = command.empty() ? localized("Messages") : command;
   DocumentObject heading =
       makeObject(ObjectType::kHeading, std::move(command), run, std::move(label), {});
   if (!pendingLog_.empty()) {
-    addBelow(heading, ObjectType::kLog, "Log", LogContent{std::exchange(pendingLog_, {})});
+    addBelow(heading, ObjectType::kLog, localized("Log"),
+             LogContent{std::exchange(pendingLog_, {})});
   }
   const std::size_t position = document.append(std::move(heading));
   procedure.headings.push_back({document.number(), position});
@@ -141,8 +147,8 @@ void DocumentSink::placeLogAlone() {
   if (log.empty() || document == nullptr) return;
   std::string command = commandName(procedures_.empty() ? outside_ : procedures_.front());
   const int run = runIn(*document, command);
-  document->append(
-      makeObject(ObjectType::kLog, std::move(command), run, "Log", LogContent{std::move(log)}));
+  document->append(makeObject(ObjectType::kLog, std::move(command), run, localized("Log"),
+                              LogContent{std::move(log)}));
 }
 
 int DocumentSink::runIn(Document& document, const std::string& command) {

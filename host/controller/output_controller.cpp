@@ -9,7 +9,6 @@
 #include <system_error>
 #include <utility>
 
-#include <fmt/format.h>
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
@@ -18,6 +17,7 @@
 #include "host/store/store_error.h"
 #include "platform/files/document_name.h"
 #include "platform/pivot/bp_procedure.h"
+#include "platform/strings/localized.h"
 #include "platform/text/encoding.h"
 #include "platform/text/utf8.h"
 
@@ -334,7 +334,7 @@ bool OutputController::saveFile(const VornwMsgOutputControllerRequest& request,
       warn("^1 was saved, but is not locked, because its file system has no locks.", path);
     }
     if (!saved.warning.empty()) {
-      warn(fmt::format("The output document ^1 was saved. {}", saved.warning), path);
+      warn(localized("The output document ^1 was saved. ^2", "^1", saved.warning), path);
     }
     if (!options.password.empty()) {
       opened->document.setWasEncrypted(true);

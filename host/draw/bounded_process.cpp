@@ -13,11 +13,12 @@
 #include <system_error>
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -127,7 +128,7 @@ std::string readAll(int descriptor) {
   for (;;) {
     const ssize_t count = read(descriptor, part.data(), part.size());
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0) throw ProcessError("a process's answer cannot be read");
+    if (count < 0) throw ProcessError(localized("a process's answer cannot be read"));
     if (count == 0) return bytes;
     bytes.append(part.data(), static_cast<std::size_t>(count));
   }
@@ -164,8 +165,8 @@ std::string endOf(std::optional<int> status, const ProcessBounds& bounds) {
   if (status && WIFSIGNALED(*status)) {
     const int signal = WTERMSIG(*status);
     if (signal == SIGALRM) return "it does not end";
-    if (signal == SIGXCPU) return fmt::format("it takes more than {} seconds", bounds.seconds);
-    return fmt::format("memory ran out, or it failed (signal {})", signal);
+    if (signal == SIGXCPU) return localized("it takes more than ^1 seconds", bounds.seconds);
+    return localized("memory ran out, or it failed (signal ^1)", signal);
   }
   return "it ended without a result";
 }
@@ -197,7 +198,7 @@ std::string runBounded(const std::function<std::string()>& work, const ProcessBo
   }
   const char kind = bytes.front();
   bytes.erase(0, kHeadSize);
-  if (kind == kNoMemory) throw ProcessError("it takes too much memory");
+  if (kind == kNoMemory) throw ProcessError(localized("it takes too much memory"));
   if (kind == kError) throw std::runtime_error(bytes);
   return bytes;
 }

@@ -11,6 +11,7 @@
 #include "host/document/media_size.h"
 #include "host/draw/bounded_process.h"
 #include "host/draw/draw_module.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -29,7 +30,7 @@ struct PixelSize {
 
 MediaSize sizeOf(const MediaContent& chart, const std::optional<ObjectSize>& wanted) {
   const auto size = shownSize(chart, wanted);
-  if (!size) throw DrawError("The chart names no size that an image could have.");
+  if (!size) throw DrawError(localized("The chart names no size that an image could have."));
   return *size;
 }
 
@@ -40,7 +41,8 @@ std::string pixelCount(double count) {
 /// Whole pixels, but of any number.
 RealSize scaledSize(const MediaSize& size, const ImageOptions& options) {
   const double scale = options.dotsPerInch / kPointsPerInch * options.percent / 100;
-  if (!(scale > 0) || !std::isfinite(scale)) throw DrawError("The image's size is no number.");
+  if (!(scale > 0) || !std::isfinite(scale))
+    throw DrawError(localized("The image's size is no number."));
   // Less than half a pixel is one.
   return {std::max(1.0, std::round(size.width * scale)),
           std::max(1.0, std::round(size.height * scale))};
@@ -50,8 +52,8 @@ RealSize scaledSize(const MediaSize& size, const ImageOptions& options) {
 PixelSize pixelsOf(const RealSize& size) {
   const auto [width, height] = size;
   if (width > kMaxImageSide || height > kMaxImageSide) {
-    throw DrawError(fmt::format("The image would be {} by {} pixels; {} are the most.",
-                                pixelCount(width), pixelCount(height), kMaxImageSide));
+    throw DrawError(localized("The image would be ^1 by ^2 pixels; ^3 are the most.",
+                              pixelCount(width), pixelCount(height), kMaxImageSide));
   }
   if (width * height > kMaxImagePixels) {
     throw DrawError(fmt::format("The image would be {} by {} pixels, more than {:.0f} million.",
@@ -74,7 +76,7 @@ std::string drawn(const DrawRequest& request) {
   try {
     return request.isSvg ? runBounded(draw) : draw();
   } catch (const std::runtime_error& error) {
-    throw DrawError(drawProblem(fmt::format("The chart is not drawn: {}", error.what())));
+    throw DrawError(drawProblem(localized("The chart is not drawn: ^1", error.what())));
   }
 }
 
@@ -82,10 +84,10 @@ std::string drawn(const DrawRequest& request) {
 
 std::string drawChart(const MediaContent& chart, const std::optional<ObjectSize>& size,
                       const ImageOptions& options) {
-  if (chart.bytes == nullptr) throw DrawError("The chart is empty.");
+  if (chart.bytes == nullptr) throw DrawError(localized("The chart is empty."));
   const bool isPng = chart.mediaType == kPngMediaType;
   if (!isPng && chart.mediaType != kSvgMediaType) {
-    throw DrawError("The chart is neither SVG nor PNG.");
+    throw DrawError(localized("The chart is neither SVG nor PNG."));
   }
   if (isPng) {
     const std::string problem = pngProblem(*chart.bytes);

@@ -2,9 +2,8 @@
 
 #include <array>
 
-#include <fmt/format.h>
-
 #include "platform/files/loaded_module.h"
+#include "platform/strings/localized.h"
 #include "platform/text/display_width.h"
 #include "platform/text/shortened_text.h"
 
@@ -52,19 +51,19 @@ std::string drawModuleProblem(std::string_view loaderText) {
   constexpr std::string_view kMissing = ": cannot open shared object file: No such file";
   const std::size_t missing = loaderText.find(kMissing);
   if (missing == std::string_view::npos) {
-    return drawProblem(fmt::format("Charts cannot be drawn: {}", loaderText));
+    return drawProblem(localized("Charts cannot be drawn: ^1", loaderText));
   }
   std::string_view file = loaderText.substr(0, missing);
   file.remove_prefix(file.rfind('/') + 1);
   if (file == kDrawModule) {
-    return "This build draws no charts; it needs librsvg2-dev and libjpeg-dev.";
+    return localized("This build draws no charts; it needs librsvg2-dev and libjpeg-dev.");
   }
   for (const LibraryPackage& known : kPackages) {
     if (file.starts_with(known.library)) {
-      return drawProblem(fmt::format("Charts need {} of package {}.", file, known.package));
+      return drawProblem(localized("Charts need ^1 of package ^2.", file, known.package));
     }
   }
-  return drawProblem(fmt::format("Charts need the library {}.", file));
+  return drawProblem(localized("Charts need the library ^1.", file));
 }
 
 }  // namespace vornwout

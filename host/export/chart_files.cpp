@@ -9,6 +9,7 @@
 
 #include "host/document/media_size.h"
 #include "host/export/document_exporter.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -49,7 +50,7 @@ bool isWithoutColors(ExportPNGSpec::DEPTH depth) {
 
 void refuse(const ExportOption& option, const char* name) {
   if (!option.isPresent()) return;
-  throw std::runtime_error(fmt::format("because this version cannot draw charts as {}", name));
+  throw std::runtime_error(localized("because this version cannot draw charts as ^1", name));
 }
 
 std::string folderOf(const std::string& path) { return fs::path(path).parent_path().string(); }

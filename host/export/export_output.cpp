@@ -6,13 +6,12 @@
 #include <stdexcept>
 #include <string_view>
 
-#include <fmt/format.h>
-
 #include "host/controller/document_file.h"
 #include "host/export/document_exporter.h"
 #include "host/export/html/html_exporter.h"
 #include "host/export/text/text_exporter.h"
 #include "host/store/store_error.h"
+#include "platform/strings/localized.h"
 #include "platform/text/encoding.h"
 #include "platform/text/html_text.h"
 
@@ -65,7 +64,7 @@ std::unique_ptr<DocumentExporter> exporterFor(const ExportSpec& spec) {
   std::string name = element;
   for (char& c : name) c = static_cast<char>(c - 'a' + 'A');
   throw std::runtime_error(
-      fmt::format("because this version cannot export {}; it can export HTML and TEXT", name));
+      localized("because this version cannot export ^1; it can export HTML and TEXT", name));
 }
 
 /// A sentence as it goes on behind "because".

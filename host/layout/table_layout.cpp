@@ -7,10 +7,9 @@
 #include <tuple>
 #include <utility>
 
-#include <fmt/format.h>
-
 #include "platform/adapter/progress_listener.h"
 #include "platform/pivot/cell_text.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -158,11 +157,12 @@ void TableLayout::countPlaces(std::uint64_t rows, std::uint64_t columns) {
       places_ / kMostPlacesPerFilled <= table_.cells.size() + labels_) {
     return;
   }
-  const std::string layers = layers_.size() > 1 ? fmt::format(" in {} layers", layers_.size()) : "";
+  const std::string layers =
+      layers_.size() > 1 ? " " + localized("in ^1 layers", layers_.size()) : "";
   throw std::length_error(
-      fmt::format("it is too large and nearly empty, with {} rows and {} columns{}; vornwout show "
-                  "--json gives its values",
-                  rows, columns, layers));
+      localized("it is too large and nearly empty, with ^1 rows and ^2 columns^3; vornwout show "
+                "--json gives its values",
+                rows, columns, layers));
 }
 
 std::vector<int> GridRows::FootnoteCollector::numbersOf(const std::vector<CellText>& notes) {

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "platform/strings/localized.h"
+
 namespace vornwout {
 namespace {
 
@@ -49,7 +51,7 @@ void readSeries(LookElement& element, ChartStyle& style) {
         return true;
       },
       "color");
-  if (style.series.size() > kMaxSeries) element.refuse("it has more than 100 colors");
+  if (style.series.size() > kMaxSeries) element.refuse(localized("it has more than 100 colors"));
 }
 
 bool readPart(LookElement& element, ChartStyle& style) {

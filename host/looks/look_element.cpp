@@ -8,6 +8,7 @@
 #include "host/store/number_text.h"
 #include "host/store/store_error.h"
 #include "host/store/xml_reader.h"
+#include "platform/strings/localized.h"
 #include "platform/text/display_width.h"
 #include "platform/text/shortened_text.h"
 
@@ -77,7 +78,7 @@ std::string LookElement::color(const char* attribute) {
   if (!given) return {};
   if (given->size() != 7 || given->front() != '#' ||
       !std::all_of(given->begin() + 1, given->end(), isHexDigit)) {
-    refuseValue(attribute, "is no #rrggbb");
+    refuseValue(attribute, localized("is no #rrggbb"));
   }
   for (char& c : *given) c = c >= 'A' && c <= 'F' ? static_cast<char>(c - 'A' + 'a') : c;
   return *given;
@@ -85,14 +86,14 @@ std::string LookElement::color(const char* attribute) {
 
 std::string LookElement::requiredColor(const char* attribute) {
   std::string value = color(attribute);
-  if (value.empty()) refuse(fmt::format("it has no {}", attribute));
+  if (value.empty()) refuse(localized("it has no ^1", attribute));
   return value;
 }
 
 std::string LookElement::font(const char* attribute) {
   std::optional<std::string> given = text(attribute);
   if (!given) return {};
-  if (!isFontName(*given)) refuseValue(attribute, "is no font");
+  if (!isFontName(*given)) refuseValue(attribute, localized("is no font"));
   return *given;
 }
 
@@ -104,7 +105,7 @@ double LookElement::number(const char* attribute, double absent, double min, dou
   const std::optional<std::string> given = text(attribute);
   if (!given) return absent;
   const std::optional<double> value = plainNumber(withoutBlanksAround(*given));
-  if (!value) refuseValue(attribute, "is not allowed");
+  if (!value) refuseValue(attribute, localized("is not allowed"));
   expectWithin(attribute, *value, min, max);
   return *value;
 }
@@ -115,7 +116,7 @@ int LookElement::integer(const char* attribute, int absent, int min, int max) {
   const std::string_view digits = withoutBlanksAround(*given);
   const std::optional<double> value = plainNumber(digits);
   if (!value || digits.find('.') != std::string_view::npos) {
-    refuseValue(attribute, "is not allowed");
+    refuseValue(attribute, localized("is not allowed"));
   }
   expectWithin(attribute, *value, min, max);
   return static_cast<int>(*value);
@@ -127,13 +128,13 @@ std::optional<bool> LookElement::flag(const char* attribute) {
   const std::string_view value = withoutBlanksAround(*given);
   if (value == "true" || value == "1") return true;
   if (value == "false" || value == "0") return false;
-  refuseValue(attribute, "is no flag");
+  refuseValue(attribute, localized("is no flag"));
 }
 
 void LookElement::refuseOthers() const {
   for (const pugi::xml_attribute attribute : node_.attributes()) {
     if (std::find(asked_.begin(), asked_.end(), attribute.name()) == asked_.end()) {
-      refuse("unknown attribute {}", attribute.name());
+      refuse(localized("unknown attribute {}"), attribute.name());
     }
   }
 }
@@ -144,14 +145,14 @@ void LookElement::readChildren(const std::function<bool(LookElement&)>& read,
   for (const pugi::xml_node child : node_.children()) {
     if (child.type() != pugi::node_element) {
       if (withoutBlanksAround(child.value()).empty()) continue;
-      refuse("it must not hold a text");
+      refuse(localized("it must not hold a text"));
     }
     LookElement element(child);
     if (element.name() != repeated && !seen.insert(element.name()).second) {
-      refuse("it holds {} twice", element.name());
+      refuse(localized("it holds {} twice"), element.name());
     }
     if (!read(element)) {
-      refuse("unknown element {}", element.name());
+      refuse(localized("unknown element {}"), element.name());
     }
   }
 }
@@ -176,13 +177,13 @@ void LookElement::refuseValue(const char* attribute, const std::string& what) co
 }
 
 void LookElement::expectWithin(const char* attribute, double value, double min, double max) const {
-  if (value < min) refuseValue(attribute, fmt::format("is below {}", min));
-  if (value > max) refuseValue(attribute, fmt::format("is above {}", max));
+  if (value < min) refuseValue(attribute, localized("is below ^1", min));
+  if (value > max) refuseValue(attribute, localized("is above ^1", max));
 }
 
 void parseLook(std::string_view xml, const char* root,
                const std::function<void(LookElement&)>& read) {
-  if (xml.size() > kMaxLookBytes) throw LookError(fmt::format("{}: it is larger than 1 MiB", root));
+  if (xml.size() > kMaxLookBytes) throw LookError(localized("^1: it is larger than 1 MiB", root));
   if (xml.starts_with("\xEF\xBB\xBF")) xml.remove_prefix(3);
   std::string bytes(xml);
   pugi::xml_document document;
@@ -193,10 +194,10 @@ void parseLook(std::string_view xml, const char* root,
   }
   LookElement element(document.document_element());
   if (element.name() != root) {
-    element.refuse(fmt::format("{} is expected", root));
+    element.refuse(localized("^1 is expected", root));
   }
   const std::optional<std::string> version = element.text("version");
-  if (version && *version != "1") element.refuse("its version is not known");
+  if (version && *version != "1") element.refuse(localized("its version is not known"));
   read(element);
 }
 

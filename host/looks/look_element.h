@@ -20,6 +20,8 @@
 
 #include <pugixml.hpp>
 
+#include "platform/strings/localized.h"
+
 namespace vornwout {
 
 /// What a refusal of a look takes at most: before it stands which look it is about, and messages
@@ -64,7 +66,7 @@ class LookElement {
     for (const auto& [value, name] : names) {
       if (name == *given) return value;
     }
-    refuseValue(attribute, "is not known");
+    refuseValue(attribute, localized("is not known"));
   }
 
   /// Refuses attributes that were not asked for.

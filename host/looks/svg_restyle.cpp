@@ -11,6 +11,7 @@
 #include "host/build/svg_sanitizer.h"
 #include "host/looks/svg_parts.h"
 #include "host/looks/svg_style.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -225,13 +226,13 @@ std::string restyleSvg(const std::string& svg, const ChartStyle& style) {
   constexpr unsigned kParts = pugi::parse_ws_pcdata | pugi::parse_escapes | pugi::parse_eol;
   const pugi::xml_parse_result result =
       document.load_buffer(clean.data(), clean.size(), kParts, pugi::encoding_utf8);
-  if (!result) throw SvgError("The chart is no well-formed XML.");
+  if (!result) throw SvgError(localized("The chart is no well-formed XML."));
   const pugi::xml_node root = document.document_element();
   Restyler(root, style).restyle();
   std::string restyled;
   StringXmlWriter writer(restyled);
   root.print(writer, "", pugi::format_raw, pugi::encoding_utf8);
-  if (restyled.size() > kMaxSvgBytes) throw SvgError("The chart is larger than 64 MiB.");
+  if (restyled.size() > kMaxSvgBytes) throw SvgError(localized("The chart is larger than 64 MiB."));
   return restyled;
 }
 

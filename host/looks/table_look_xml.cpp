@@ -4,6 +4,7 @@
 #include <initializer_list>
 
 #include "host/store/xml_writer.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -125,7 +126,8 @@ LookWidths readWidths(LookElement& element) {
   LookWidths widths;
   widths.min = element.integer("min", 0, 0, kMaxWidth);
   widths.max = element.integer("max", 0, 0, kMaxWidth);
-  if (widths.max > 0 && widths.min > widths.max) element.refuse("its min is above its max");
+  if (widths.max > 0 && widths.min > widths.max)
+    element.refuse(localized("its min is above its max"));
   element.refuseRest();
   return widths;
 }

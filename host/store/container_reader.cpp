@@ -11,6 +11,7 @@
 #include "host/store/member_name.h"
 #include "host/store/store_error.h"
 #include "host/store/zip_read_source.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -170,7 +171,7 @@ class ContainerReader::Archive {
 
  private:
   void openArchive() {
-    if (file_->size() < kSmallestZip) refuse("The file is no container.");
+    if (file_->size() < kSmallestZip) refuse(localized("The file is no container."));
     zip_source_t* source = makeZipReadSource(file_, state_);
     if (source == nullptr) throw std::bad_alloc();
     zip_error_t error;
@@ -186,7 +187,7 @@ class ContainerReader::Archive {
   void listMembers() {
     const zip_int64_t count = zip_get_num_entries(archive_.get(), 0);
     if (count < 0 || static_cast<std::uint64_t>(count) > kMostMembers) {
-      refuse("The file has more than 200000 parts.");
+      refuse(localized("The file has more than 200000 parts."));
     }
     members_.reserve(static_cast<std::size_t>(count));
     records_.reserve(static_cast<std::size_t>(count));
@@ -196,14 +197,15 @@ class ContainerReader::Archive {
     for (zip_uint64_t i = 0; i < static_cast<zip_uint64_t>(count); ++i) {
       zip_stat_t status;
       if (zip_stat_index(archive_.get(), i, ZIP_FL_ENC_RAW, &status) != 0) {
-        refuse("The file's list of parts is damaged.");
+        refuse(localized("The file's list of parts is damaged."));
       }
       checkName(status.name, foldedNames);
       checkSizes(status);
       total += status.size;
       occupied += kLocalHeader + status.comp_size;
-      if (total > kContainerLimit) refuse("The file's parts have more than 16 GiB together.");
-      if (occupied > file_->size()) refuse("The file's parts overlap.");
+      if (total > kContainerLimit)
+        refuse(localized("The file's parts have more than 16 GiB together."));
+      if (occupied > file_->size()) refuse(localized("The file's parts overlap."));
       if (std::string_view(status.name).ends_with('/')) continue;
       members_.push_back(
           {status.name, status.size, status.comp_size, status.encryption_method == ZIP_EM_AES_256});

@@ -14,6 +14,7 @@
 #include "host/store/secret.h"
 #include "host/store/store_error.h"
 #include "host/store/zip_write_target.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -146,7 +147,7 @@ class ContainerWriter::Work {
         compressor_(options.threads, spool_) {
     // The library would take it up to there.
     if (password_.view().find('\0') != std::string_view::npos) {
-      fail("The password has a zero byte.");
+      fail(localized("The password has a zero byte."));
     }
   }
 
@@ -179,7 +180,7 @@ class ContainerWriter::Work {
 
   Written commit(const std::function<void(double part)>& progress) {
     compressor_.finish();
-    if (members_.empty()) fail("A container needs at least one part.");
+    if (members_.empty()) fail(localized("A container needs at least one part."));
     std::exception_ptr failure;
     {
       ZipArchive archive = makeArchive(failure);
@@ -234,13 +235,15 @@ class ContainerWriter::Work {
       fail("The name of the part " + quoted + " " + (fault.empty() ? "ends in a slash" : fault) +
            ".");
     }
-    if (name == kReadableMember && !members_.empty()) fail("\"mimetype\" must be the first part.");
+    if (name == kReadableMember && !members_.empty())
+      fail(localized("\"mimetype\" must be the first part."));
     if (!names_.insert(caseFoldedName(name)).second)
       fail("The part " + quoted + " is there twice.");
-    if (members_.size() >= kMostMembers) fail("The file has more than 200000 parts.");
+    if (members_.size() >= kMostMembers) fail(localized("The file has more than 200000 parts."));
     if (size > kMemberLimit) fail("The part " + quoted + " is larger than 256 MiB.");
     totalSize_ += size;
-    if (totalSize_ > kContainerLimit) fail("The file's parts have more than 16 GiB together.");
+    if (totalSize_ > kContainerLimit)
+      fail(localized("The file's parts have more than 16 GiB together."));
     Member& member = members_.emplace_back();
     member.name = name;
     member.isEncrypted = !password_.empty() && name != kReadableMember;

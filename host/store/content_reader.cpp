@@ -9,13 +9,12 @@
 #include <utility>
 #include <vector>
 
-#include <fmt/format.h>
-
 #include "host/looks/table_look_xml.h"
 #include "host/store/content_limits.h"
 #include "host/store/content_names.h"
 #include "host/store/look_xml.h"
 #include "host/store/xml_reader.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -61,7 +60,7 @@ BpFormatSpec readFormat(pugi::xml_node node, const char* name) {
     return format;
   }
   format.display = parseDisplayFormat(name);
-  if (!format.display) refuseElement(node, fmt::format("{} is no display format", name));
+  if (!format.display) refuseElement(node, localized("^1 is no display format", name));
   return format;
 }
 

@@ -22,6 +22,7 @@
 #include "host/store/xml_check.h"
 #include "host/store/xml_reader.h"
 #include "platform/adapter/progress_listener.h"
+#include "platform/strings/localized.h"
 #include "platform/text/utf8.h"
 
 namespace vornwout {
@@ -236,7 +237,7 @@ class DocumentSaver {
     XmlWriter xml(bytes);
     writeContent(xml, item.id, content);
     if (const std::string excess = excessOf(content, bytes); !excess.empty()) {
-      throw StoreError(StoreError::Kind::kNotWritten, fmt::format("An object {}.", excess));
+      throw StoreError(StoreError::Kind::kNotWritten, localized("An object ^1.", excess));
     }
     bytes += '\n';
     if (bytes.size() >= kOwnPartBytes) {
@@ -306,8 +307,8 @@ class DocumentSaver {
   static std::string checked(std::string bytes, const char* what) {
     if (bytes.size() > kMemberLimit) {
       throw StoreError(StoreError::Kind::kNotWritten,
-                       fmt::format("{} is too large for one part: {} MiB of at most {}.", what,
-                                   bytes.size() >> 20, kMemberLimit >> 20));
+                       localized("^1 is too large for one part: ^2 MiB of at most ^3.", what,
+                                 bytes.size() >> 20, kMemberLimit >> 20));
     }
     return bytes;
   }

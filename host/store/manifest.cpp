@@ -6,13 +6,12 @@
 #include <iterator>
 #include <utility>
 
-#include <fmt/format.h>
-
 #include "host/store/content_names.h"
 #include "host/store/store_error.h"
 #include "host/store/xml_check.h"
 #include "host/store/xml_reader.h"
 #include "host/store/xml_writer.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -29,9 +28,9 @@ class ManifestReader {
   void read(pugi::xml_node document, DocumentObject& root) {
     const std::int64_t version = integerAttribute(document, "version", 0, 0);
     if (version != kFormatVersion) {
-      refuseElement(document, fmt::format("version {} of the format is not known; a newer program "
-                                          "may read it",
-                                          version));
+      refuseElement(document, localized("version ^1 of the format is not known; a newer program "
+                                        "may read it",
+                                        version));
     }
     const auto [runs, parts, outline] = sectionsOf(document);
     readRuns(runs);
@@ -59,13 +58,13 @@ class ManifestReader {
       if (found == std::end(known)) {
         refuseChild(child);
       } else if (*found->second) {
-        refuseElement(document, fmt::format("its element {} stands twice", found->first));
+        refuseElement(document, localized("its element ^1 stands twice", found->first));
       } else {
         *found->second = child;
       }
     }
     for (const auto& [name, section] : known) {
-      if (!*section) refuseElement(document, fmt::format("it has no element {}", name));
+      if (!*section) refuseElement(document, localized("it has no element ^1", name));
     }
     return sections;
   }
@@ -104,7 +103,7 @@ class ManifestReader {
   static std::string shortText(pugi::xml_node node, const char* name) {
     std::string text = textAttribute(node, name);
     if (text.size() > kMaxOutlineText) {
-      refuseElement(node, fmt::format("its {} has more than 1 MiB", name));
+      refuseElement(node, localized("its ^1 has more than 1 MiB", name));
     }
     return text;
   }
@@ -188,7 +187,7 @@ class ManifestReader {
       place.mediaType = textAttribute(node, "media-type");
     }
     if (!manifest_.places.emplace(id, std::move(place)).second) {
-      refuseElement(node, fmt::format("the number {} stands twice", id));
+      refuseElement(node, localized("the number ^1 stands twice", id));
     }
     object.content = LazyContent(LazyContent::Place{source_, id});
   }
@@ -236,8 +235,8 @@ class ManifestWriter {
     xml_.newLine();
     if (objects_ > kMaxObjects || xmlNodeCount(out_) > kMaxManifestNodes) {
       throw StoreError(StoreError::Kind::kNotWritten,
-                       fmt::format("It has more objects than a file can hold: {} of at most {}.",
-                                   objects_, kMaxObjects));
+                       localized("It has more objects than a file can hold: ^1 of at most ^2.",
+                                 objects_, kMaxObjects));
     }
     return std::move(out_);
   }
@@ -247,7 +246,7 @@ class ManifestWriter {
     if (depth > kMaxOutlineDepth && !heading.children.empty()) {
       throw StoreError(
           StoreError::Kind::kNotWritten,
-          fmt::format("Its headings are nested deeper than {} levels.", kMaxOutlineDepth));
+          localized("Its headings are nested deeper than ^1 levels.", kMaxOutlineDepth));
     }
     for (const DocumentObject& child : heading.children) {
       if (child.type == ObjectType::kModel && !numbers_.withModels) continue;
@@ -266,7 +265,7 @@ class ManifestWriter {
   void writeText(const char* name, const std::string& text) {
     if (text.size() > kMaxOutlineText) {
       throw StoreError(StoreError::Kind::kNotWritten,
-                       fmt::format("The {} of an object has more than 1 MiB.", name));
+                       localized("The ^1 of an object has more than 1 MiB.", name));
     }
     xml_.optionalAttribute(name, text);
   }

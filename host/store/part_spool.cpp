@@ -8,6 +8,7 @@
 #include <sys/random.h>
 
 #include "host/store/store_error.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -113,7 +114,7 @@ void PartSpool::applyKeyStream(std::uint64_t offset, char* bytes, std::size_t si
     position += step;
     size -= step;
   }
-  if (!good) fail("The scratch file could not be encrypted.");
+  if (!good) fail(localized("The scratch file could not be encrypted."));
 }
 
 }  // namespace vornwout

@@ -9,6 +9,7 @@
 
 #include "host/store/file_descriptor.h"
 #include "host/store/store_error.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -138,7 +139,8 @@ std::string defaultPasswordKeyPath() {
   }
   const char* home = std::getenv("HOME");
   if (home != nullptr && home[0] == '/') return std::string(home) + "/.config" + kPlace;
-  fail("There is no place for the password key: neither XDG_CONFIG_HOME nor HOME is set.");
+  fail(localized(
+      "There is no place for the password key: neither XDG_CONFIG_HOME nor HOME is set."));
 }
 
 }  // namespace vornwout

@@ -12,6 +12,7 @@
 #include <sys/stat.h>
 
 #include "host/store/store_error.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -41,9 +42,9 @@ std::optional<std::string> readLink(const std::string& path) {
   if (length < 0) {
     if (errno == EINVAL || errno == ENOENT) return std::nullopt;
     if (errno == ENAMETOOLONG && path.size() - (path.rfind('/') + 1) > NAME_MAX) {
-      fail("The file's name is too long.");
+      fail(localized("The file's name is too long."));
     }
-    fail("The file's path could not be followed", errno);
+    fail(localized("The file's path could not be followed"), errno);
   }
   target.resize(static_cast<std::size_t>(length));
   return target;
@@ -59,7 +60,7 @@ std::string randomSuffix() {
   unsigned char random[kSuffixLength];
   if (uninterrupted([&] { return getrandom(random, sizeof random, 0); }) !=
       static_cast<ssize_t>(sizeof random)) {
-    fail("A name for the temporary file could not be made", errno);
+    fail(localized("A name for the temporary file could not be made"), errno);
   }
   std::string suffix;
   for (const unsigned char byte : random) {
@@ -85,9 +86,9 @@ std::string cutName(const std::string& name) {
 std::vector<std::string> entriesOf(const FileDescriptor& directory) {
   FileDescriptor again(uninterrupted(
       [&] { return openat(directory.number(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-  if (!again.isOpen()) fail("The file's directory could not be listed", errno);
+  if (!again.isOpen()) fail(localized("The file's directory could not be listed"), errno);
   const std::unique_ptr<DIR, int (*)(DIR*)> stream(fdopendir(again.number()), closedir);
-  if (stream == nullptr) fail("The file's directory could not be listed", errno);
+  if (stream == nullptr) fail(localized("The file's directory could not be listed"), errno);
   again.release();
   std::vector<std::string> names;
   errno = 0;
@@ -95,7 +96,7 @@ std::vector<std::string> entriesOf(const FileDescriptor& directory) {
     names.emplace_back(entry->d_name);
     errno = 0;
   }
-  if (errno != 0) fail("The file's directory could not be listed", errno);
+  if (errno != 0) fail(localized("The file's directory could not be listed"), errno);
   return names;
 }
 
@@ -138,7 +139,7 @@ void ReplacedFile::prepare() {
   flushBuffer();
   setPermissions();
   if (uninterrupted([&] { return fsync(descriptor()); }) != 0) {
-    fail("The new file could not be flushed to the disk", errno);
+    fail(localized("The new file could not be flushed to the disk"), errno);
   }
 }
 
@@ -208,7 +209,7 @@ void ReplacedFile::putInPlace() {
 
 FileDescriptor ReplacedFile::duplicate() const {
   FileDescriptor copy(fcntl(descriptor(), F_DUPFD_CLOEXEC, 0));
-  if (!copy.isOpen()) fail("The new file could not be opened for reading", errno);
+  if (!copy.isOpen()) fail(localized("The new file could not be opened for reading"), errno);
   return copy;
 }
 
@@ -219,15 +220,15 @@ FileDescriptor ReplacedFile::makeScratchFile() const {
   if (file.isOpen()) return file;
   // What systems say that know no files without names.
   if (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL) {
-    fail("No scratch file could be made beside the file", errno);
+    fail(localized("No scratch file could be made beside the file"), errno);
   }
   const std::string name = temporaryPrefix_ + randomSuffix();
   file = FileDescriptor(uninterrupted([&] {
     return openat(directory, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
   }));
-  if (!file.isOpen()) fail("No scratch file could be made beside the file", errno);
+  if (!file.isOpen()) fail(localized("No scratch file could be made beside the file"), errno);
   if (unlinkat(directory, name.c_str(), 0) != 0) {
-    fail("The scratch file's name could not be removed", errno);
+    fail(localized("The scratch file's name could not be removed"), errno);
   }
   return file;
 }
@@ -236,32 +237,32 @@ void ReplacedFile::resolve(const std::string& path) {
   std::string target = path;
   int links = 0;
   while (const std::optional<std::string> next = readLink(target)) {
-    if (++links > kMostLinks) fail("The file's path could not be followed", ELOOP);
+    if (++links > kMostLinks) fail(localized("The file's path could not be followed"), ELOOP);
     target = next->starts_with('/') ? *next : directoryOf(target) + "/" + *next;
   }
   const std::string directory = directoryOf(target);
   name_ = target.substr(target.rfind('/') + 1);
-  if (name_.empty() || name_ == "." || name_ == "..") fail("The path names no file.");
+  if (name_.empty() || name_ == "." || name_ == "..") fail(localized("The path names no file."));
   temporaryPrefix_ = "." + cutName(name_) + std::string(kTemporaryMark);
   directory_ = FileDescriptor(
       uninterrupted([&] { return open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-  if (!directory_.isOpen()) fail("The file's directory could not be opened", errno);
+  if (!directory_.isOpen()) fail(localized("The file's directory could not be opened"), errno);
 }
 
 void ReplacedFile::examineOldFile() {
   for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
     struct stat old = {};
     if (fstatat(directory_.number(), name_.c_str(), &old, AT_SYMLINK_NOFOLLOW) != 0) {
-      if (errno != ENOENT) fail("The old file could not be examined", errno);
+      if (errno != ENOENT) fail(localized("The old file could not be examined"), errno);
       return;
     }
-    if (S_ISDIR(old.st_mode)) fail("It is a folder.");
+    if (S_ISDIR(old.st_mode)) fail(localized("It is a folder."));
     if (!S_ISREG(old.st_mode)) {
-      fail("There is something else than an ordinary file at this path.");
+      fail(localized("There is something else than an ordinary file at this path."));
     }
     // A rename would replace a file that is protected against writing, too.
     if (faccessat(directory_.number(), name_.c_str(), W_OK, AT_EACCESS) != 0) {
-      fail("The old file may not be written", errno);
+      fail(localized("The old file may not be written"), errno);
     }
     hasOldFile_ = true;
     oldMode_ = old.st_mode & 0777;
@@ -270,7 +271,7 @@ void ReplacedFile::examineOldFile() {
     if (lockOldFile()) return;
     hasOldFile_ = false;
   }
-  fail("The old file is being replaced again and again.");
+  fail(localized("The old file is being replaced again and again."));
 }
 
 /// False when the file was replaced or removed between its locking and its looking at.
@@ -280,10 +281,11 @@ bool ReplacedFile::lockOldFile() {
       uninterrupted([&] { return openat(directory_.number(), name_.c_str(), kFlags); }));
   if (!file.isOpen()) {
     if (errno == ENOENT) return false;
-    fail("The old file could not be locked", errno);
+    fail(localized("The old file could not be locked"), errno);
   }
   struct stat opened = {};
-  if (fstat(file.number(), &opened) != 0) fail("The old file could not be examined", errno);
+  if (fstat(file.number(), &opened) != 0)
+    fail(localized("The old file could not be examined"), errno);
   const auto isStillThere = [&] {
     struct stat named = {};
     return fstatat(directory_.number(), name_.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
@@ -329,7 +331,7 @@ void ReplacedFile::createTemporary() {
   for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
     if (tryCreateTemporary()) return;
   }
-  fail("No temporary file could be made beside the file.");
+  fail(localized("No temporary file could be made beside the file."));
 }
 
 /// False when another process was in the way: it had the name, or took the new file for one that
@@ -346,7 +348,7 @@ bool ReplacedFile::tryCreateTemporary() {
   }));
   if (!file.isOpen()) {
     if (errno == EEXIST) return false;
-    fail("No temporary file could be made beside the file", errno);
+    fail(localized("No temporary file could be made beside the file"), errno);
   }
   temporary_ = name;
   try {
@@ -356,7 +358,7 @@ bool ReplacedFile::tryCreateTemporary() {
     struct stat status = {};
     if (lock_ || unsupported) {
       if (fstat(descriptor(), &status) != 0) {
-        fail("The temporary file could not be examined", errno);
+        fail(localized("The temporary file could not be examined"), errno);
       }
       if (status.st_nlink > 0) return true;
     }
@@ -374,7 +376,8 @@ bool ReplacedFile::tryCreateTemporary() {
 void ReplacedFile::setPermissions() {
   if (!hasOldFile_) return;
   struct stat status = {};
-  if (fstat(descriptor(), &status) != 0) fail("The temporary file could not be examined", errno);
+  if (fstat(descriptor(), &status) != 0)
+    fail(localized("The temporary file could not be examined"), errno);
   mode_t mode = oldMode_;
   if (status.st_gid != oldGroup_ && fchown(descriptor(), static_cast<uid_t>(-1), oldGroup_) != 0) {
     // What the old group was allowed must not become another group's right.
@@ -382,9 +385,10 @@ void ReplacedFile::setPermissions() {
   }
   if (status.st_uid != oldOwner_ && fchown(descriptor(), oldOwner_, static_cast<gid_t>(-1)) != 0 &&
       errno != EPERM) {
-    fail("The new file's owner could not be set", errno);
+    fail(localized("The new file's owner could not be set"), errno);
   }
-  if (fchmod(descriptor(), mode) != 0) fail("The new file's permissions could not be set", errno);
+  if (fchmod(descriptor(), mode) != 0)
+    fail(localized("The new file's permissions could not be set"), errno);
 }
 
 void ReplacedFile::flushBuffer() {
@@ -397,9 +401,9 @@ void ReplacedFile::writeThrough(std::string_view bytes, std::uint64_t offset) {
     const ssize_t written = uninterrupted([&] {
       return pwrite(descriptor(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
     });
-    if (written < 0) fail("The new file could not be written", errno);
+    if (written < 0) fail(localized("The new file could not be written"), errno);
     // Neither progress nor an error: without this the loop might never end.
-    if (written == 0) fail("The new file could not be written", EIO);
+    if (written == 0) fail(localized("The new file could not be written"), EIO);
     bytes.remove_prefix(static_cast<std::size_t>(written));
     offset += static_cast<std::uint64_t>(written);
   }

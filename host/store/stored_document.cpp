@@ -7,8 +7,6 @@
 #include <unordered_set>
 #include <utility>
 
-#include <fmt/format.h>
-
 #include "host/build/png_check.h"
 #include "host/build/svg_sanitizer.h"
 #include "host/document/media_size.h"
@@ -17,6 +15,7 @@
 #include "host/store/member_name.h"
 #include "host/store/store_error.h"
 #include "host/store/xml_reader.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -30,7 +29,7 @@ constexpr std::size_t kMostParsings = 64;
 /// Says in which member of the file the trouble is.
 [[noreturn]] void rethrowFor(const std::string& member, const StoreError& error) {
   throw StoreError(error.kind(),
-                   fmt::format("Its part {} cannot be read: {}.", member, error.what()));
+                   localized("Its part ^1 cannot be read: ^2.", member, error.what()));
 }
 
 /// What a save gives names to itself.
@@ -44,7 +43,7 @@ bool isReservedName(const std::string& member) {
 void checkMembers(const Manifest& manifest, const ContainerReader& container) {
   const auto refuse = [](const std::string& member, const char* what) {
     throw StoreError(StoreError::Kind::kDamaged,
-                     fmt::format("the part {} {}", quotedMemberName(member), what));
+                     localized("the part ^1 ^2", quotedMemberName(member), what));
   };
   std::unordered_set<std::string_view> parts;
   for (const std::string& part : manifest.parts) {
@@ -67,8 +66,8 @@ void checkMembers(const Manifest& manifest, const ContainerReader& container) {
 void clean(MediaContent& media, ObjectType type, const std::string& member) {
   if (type == ObjectType::kModel) return;
   const auto refuse = [&](std::string_view reason) {
-    throw StoreError(StoreError::Kind::kDamaged, fmt::format("Its part {} cannot be shown. {}",
-                                                             quotedMemberName(member), reason));
+    throw StoreError(StoreError::Kind::kDamaged, localized("Its part ^1 cannot be shown. ^2",
+                                                           quotedMemberName(member), reason));
   };
   if (media.mediaType == kPngMediaType) {
     const std::string problem = pngProblem(*media.bytes);
@@ -80,7 +79,7 @@ void clean(MediaContent& media, ObjectType type, const std::string& member) {
       refuse(error.what());
     }
   } else if (type == ObjectType::kChart) {
-    refuse("A chart is image/svg+xml or image/png.");
+    refuse(localized("A chart is image/svg+xml or image/png."));
   }
 }
 
@@ -125,7 +124,7 @@ ObjectContent StoredDocument::loadFromPart(int part, std::uint64_t id) {
   try {
     const auto found = parsed.contents.find(id);
     if (found == parsed.contents.end()) {
-      throw StoreError(StoreError::Kind::kDamaged, fmt::format("object {} is missing", id));
+      throw StoreError(StoreError::Kind::kDamaged, localized("object ^1 is missing", id));
     }
     ObjectContent content = readContent(found->second, parsed.bytes.size());
     // A part with one object in it is a large one, and nobody else will ask for it.
@@ -217,7 +216,7 @@ std::unique_ptr<StoredDocument::ParsedPart> StoredDocument::parsePart(ContainerR
       const auto id = static_cast<std::uint64_t>(
           integerAttribute(node, "object", 0, 0, std::numeric_limits<std::int64_t>::max()));
       if (!parsed->contents.emplace(id, node).second) {
-        refuseElement(node, fmt::format("object {} stands twice", id));
+        refuseElement(node, localized("object ^1 stands twice", id));
       }
     }
   } catch (const StoreError& error) {

@@ -6,9 +6,8 @@
 #include <cstdint>
 #include <string>
 
-#include <fmt/format.h>
-
 #include "host/store/store_error.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -96,9 +95,9 @@ class XmlCheck {
     const std::string_view before = bytes_.substr(0, at_);
     throw StoreError(
         StoreError::Kind::kDamaged,
-        fmt::format("near line {}: {}", 1 + std::count(before.begin(), before.end(), '\n'), what));
+        localized("near line ^1: ^2", 1 + std::count(before.begin(), before.end(), '\n'), what));
   }
-  [[noreturn]] void refuseShape() const { refuse("it is no well-formed XML"); }
+  [[noreturn]] void refuseShape() const { refuse(localized("it is no well-formed XML")); }
 
   void skipPast(std::string_view end) {
     const std::size_t found = bytes_.find(end, at_);
@@ -116,7 +115,7 @@ class XmlCheck {
     const bool isControl = byte < 0x20 && !isBlank(text[i]);
     const std::string_view character = text.substr(i, 3);
     if (isControl || character == "\xEF\xBF\xBE" || character == "\xEF\xBF\xBF") {
-      refuse("it has a character that XML cannot hold");
+      refuse(localized("it has a character that XML cannot hold"));
     }
   }
 
@@ -125,7 +124,7 @@ class XmlCheck {
     if (!startsWith("<![CDATA[")) {
       throw StoreError(StoreError::Kind::kDamaged, "it has a document type declaration");
     }
-    if (depth_ == 0) refuse("a text stands outside of its root element");
+    if (depth_ == 0) refuse(localized("a text stands outside of its root element"));
     checkCdata();
   }
 
@@ -193,7 +192,7 @@ class XmlCheck {
   }
 
   void checkStartTag() {
-    if (depth_ == 0 && hasRoot_) refuse("it has a second root element");
+    if (depth_ == 0 && hasRoot_) refuse(localized("it has a second root element"));
     hasRoot_ = true;
     ++at_;
     takeName();
@@ -215,7 +214,8 @@ class XmlCheck {
       if (!isApart || count == kMostAttributes) refuseShape();
       const std::string_view name = takeName();
       const auto end = names_.begin() + static_cast<std::ptrdiff_t>(count);
-      if (std::find(names_.begin(), end, name) != end) refuse("an attribute stands twice");
+      if (std::find(names_.begin(), end, name) != end)
+        refuse(localized("an attribute stands twice"));
       names_[count++] = name;
       countNode();
       skipBlanks();
@@ -235,7 +235,7 @@ class XmlCheck {
         ++at_;
         return;
       }
-      if (bytes_[at_] == '<') refuse("an attribute has a \"<\"");
+      if (bytes_[at_] == '<') refuse(localized("an attribute has a \"<\""));
       if (bytes_[at_] == '&') {
         checkReference();
       } else {
@@ -252,14 +252,14 @@ class XmlCheck {
         const std::string_view passed = bytes_.substr(start, at_ - start);
         const bool isMore = at_ < bytes_.size() && bytes_[at_] != '<';
         if (isMore || !std::all_of(passed.begin(), passed.end(), isBlank)) {
-          refuse("a text stands outside of its root element");
+          refuse(localized("a text stands outside of its root element"));
         }
       }
       if (at_ >= bytes_.size() || bytes_[at_] == '<') return;
       if (bytes_[at_] == '&') {
         checkReference();
       } else if (startsWith("]]>")) {
-        refuse("a text has a \"]]>\"");
+        refuse(localized("a text has a \"]]>\""));
       } else {
         checkByte(bytes_, at_++);
       }
@@ -275,7 +275,7 @@ class XmlCheck {
     const std::size_t length = rest.find(';');
     const std::string_view name = rest.substr(0, length);
     if (length == std::string_view::npos || !isReference(name)) {
-      refuse("a reference stands for nothing");
+      refuse(localized("a reference stands for nothing"));
     }
     at_ += length + 2;
   }

@@ -11,6 +11,7 @@
 #include "host/store/number_text.h"
 #include "host/store/store_error.h"
 #include "host/store/xml_check.h"
+#include "platform/strings/localized.h"
 #include "platform/text/utf8.h"
 
 namespace vornwout {
@@ -28,7 +29,7 @@ std::size_t lineAt(std::string_view bytes, std::size_t offset) {
 void checkUtf8(std::string_view bytes) {
   for (std::size_t i = asciiPrefixLength(bytes); i < bytes.size();) {
     const int length = validUtf8Length(bytes.substr(i));
-    if (length == 0) refuse(fmt::format("line {} is not valid UTF-8", lineAt(bytes, i)));
+    if (length == 0) refuse(localized("line ^1 is not valid UTF-8", lineAt(bytes, i)));
     i += static_cast<std::size_t>(length);
     i += asciiPrefixLength(bytes.substr(i));
   }
@@ -106,7 +107,7 @@ void parseXml(std::string& bytes, pugi::xml_document& document, std::size_t maxN
         static_cast<std::size_t>(std::max<std::ptrdiff_t>(0, result.offset)), bytes.size());
     std::string reason = result.description();
     if (!reason.empty()) reason[0] = static_cast<char>(std::tolower(reason[0]));
-    refuse(fmt::format("near line {}: {}", lineAt(bytes, offset), reason));
+    refuse(localized("near line ^1: ^2", lineAt(bytes, offset), reason));
   }
   if (isParted) dropBlanksBesideElements(document);
 }
@@ -118,10 +119,10 @@ void refuseElement(pugi::xml_node node, const std::string& what) {
 pugi::xml_node rootElement(const pugi::xml_document& document, const char* name) {
   const pugi::xml_node root = document.document_element();
   if (std::strcmp(root.name(), name) != 0) {
-    refuse(fmt::format("its element is {} where {} is expected", root.name(), name));
+    refuse(localized("its element is ^1 where ^2 is expected", root.name(), name));
   }
   if (std::strcmp(root.attribute("xmlns").value(), kDocumentNamespace) != 0) {
-    refuseElement(root, fmt::format("its namespace is not {}", kDocumentNamespace));
+    refuseElement(root, localized("its namespace is not ^1", kDocumentNamespace));
   }
   return root;
 }
@@ -130,7 +131,7 @@ std::string textAttribute(pugi::xml_node node, const char* name) {
   const pugi::xml_attribute plain = node.attribute(name);
   const std::string encoded = std::string(name) + "-base64";
   const pugi::xml_attribute base64 = node.attribute(encoded.c_str());
-  if (plain && base64) refuseElement(node, fmt::format("it has {} twice", name));
+  if (plain && base64) refuseElement(node, localized("it has ^1 twice", name));
   if (plain) return plain.value();
   return base64 ? decodeBase64(node, base64.value()) : std::string();
 }
@@ -150,7 +151,7 @@ bool parseFlag(pugi::xml_node node, pugi::xml_attribute attribute) {
   const std::string_view text = withoutBlanksAround(attribute.value());
   if (text == "true" || text == "1") return true;
   if (text == "false" || text == "0") return false;
-  refuseElement(node, fmt::format("its {} is neither true nor false", attribute.name()));
+  refuseElement(node, localized("its ^1 is neither true nor false", attribute.name()));
 }
 
 double parseDouble(pugi::xml_node node, std::string_view text) {
@@ -196,7 +197,7 @@ std::string elementText(pugi::xml_node node) {
 void refuseChild(pugi::xml_node child) {
   if (isBlankText(child)) return;
   if (child.type() == pugi::node_element) {
-    refuseElement(child.parent(), fmt::format("it holds an element {}", child.name()));
+    refuseElement(child.parent(), localized("it holds an element ^1", child.name()));
   }
   refuseElement(child.parent(), "it holds a text where none may stand");
 }

@@ -5,6 +5,7 @@
 #include "libvornwout/frame/blame.h"
 #include "libvornwout/frame/command_frame.h"
 #include "libvornwout/frame/constants.h"
+#include "platform/strings/localized.h"
 #include "vornwout/entry_points.h"
 
 namespace vornwout {
@@ -19,7 +20,7 @@ const std::string& firstGiven(const std::string& own, const std::string& global)
 
 void writeComment(BpProcedure& procedure, const OutputCommentGlobalData& global,
                   const std::vector<lineInfo>& lines) {
-  const BpString comment("Comment", true);
+  const BpString comment(localizable("Comment"), true);
   BpPivotTable table = procedure.PivotTable(comment, comment, true);
   table.HideTitle();
   BpDimension dimension = table.Dimension(comment, kSortAsMade);

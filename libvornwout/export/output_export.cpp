@@ -27,6 +27,7 @@
 #include "libvornwout/frame/constants.h"
 #include "libvornwout/frame/output_commands.h"
 #include "platform/exportspec/export_xml.h"
+#include "platform/strings/localized.h"
 #include "vornwout/entry_points.h"
 
 namespace vornwout {
@@ -35,13 +36,13 @@ namespace {
 constexpr const char* kCommand = "OUTPUT EXPORT";
 constexpr const char* kTitle = "Output Export";
 
-constexpr const char* kSeveralImageTypes =
-    "Exporting to more than one image type in a single OUTPUT EXPORT command is not allowed...";
-constexpr const char* kSeveralDocumentTypes =
-    "Exporting to more than one document type in a single OUTPUT EXPORT command is not allowed.";
+constexpr const char* kSeveralImageTypes = localizable(
+    "Exporting to more than one image type in a single OUTPUT EXPORT command is not allowed...");
+constexpr const char* kSeveralDocumentTypes = localizable(
+    "Exporting to more than one document type in a single OUTPUT EXPORT command is not allowed.");
 // REPORT takes images as well; that the text names two types alone is deliberate.
-constexpr const char* kNoImagesHere =
-    "Image file formats cannot be specified for document types other than HTML and TEXT...";
+constexpr const char* kNoImagesHere = localizable(
+    "Image file formats cannot be specified for document types other than HTML and TEXT...");
 
 /// EMF or TIF, which have nothing but what all types of image have.
 template <typename Option>

@@ -8,6 +8,7 @@
 #include "libvornwout/frame/blame.h"
 #include "libvornwout/frame/yes_or_no.h"
 #include "libvornwout/modify/xml/xml_utilities.h"
+#include "platform/strings/localized.h"
 #include "platform/text/multibyte.h"
 
 namespace vornwout {
@@ -112,7 +113,7 @@ void OutputExportReportData::readExcluded(const SubComObj& subcommand) {
 }
 
 bool OutputExportReportData::readLinks(const SubComObj& subcommand, const ParserMessage& messages) {
-  constexpr const char* kInvalid = "URL must specify a valid URL";
+  constexpr const char* kInvalid = localizable("URL must specify a valid URL");
   const ParamObj* param = subcommand.getParamObj(kUrl);
   if (param == nullptr) return true;
   std::vector<TokenInfoObj> tokens;
@@ -131,7 +132,7 @@ bool OutputExportReportData::readLinks(const SubComObj& subcommand, const Parser
     option_.addURL(tokens[i].getString(), tokens[i + 1].getString());
     if (i + 2 == end) return true;
     if (!isComma(tokens[i + 2])) {
-      return refuseLink(tokens[i + 2], messages, "URLs must be separated");
+      return refuseLink(tokens[i + 2], messages, localizable("URLs must be separated"));
     }
   }
 }

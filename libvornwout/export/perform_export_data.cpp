@@ -7,6 +7,7 @@
 #include "libvornwout/frame/constants.h"
 #include "libvornwout/frame/output_commands.h"
 #include "platform/adapter/go_to_caller.h"
+#include "platform/strings/localized.h"
 #include "platform/text/encoding.h"
 
 namespace vornwout {
@@ -14,14 +15,14 @@ namespace {
 
 constexpr int kNotesNumber = 2;
 constexpr int kMaxColumnWidth = 200;  // points
-constexpr const char* kViewerLabel = "Viewer";
-constexpr const char* kDocumentFileLabel = "Document File";
+constexpr const char* kViewerLabel = localizable("Viewer");
+constexpr const char* kDocumentFileLabel = localizable("Document File");
 
 /// By the warning codes; all but the first are keys of the host's texts.
 constexpr std::array<const char*, kWarningCodes> kWarningTexts = {
-    "The following pivot tables contain a very long row label...",
-    "maxColLimitExceeded...",
-    "cellCharacterLimitExceeded...",
+    localizable("The following pivot tables contain a very long row label..."),
+    localizable("maxColLimitExceeded..."),
+    localizable("cellCharacterLimitExceeded..."),
 };
 
 /// What takes the placeholder's place in the text of an error.
@@ -32,25 +33,28 @@ struct ErrorText {
   ErrorArgument argument = ErrorArgument::kNone;
 };
 
-constexpr const char* kFailedBecause = "Failed to export output ^1...";
+constexpr const char* kFailedBecause = localizable("Failed to export output ^1...");
 
 /// By the error codes from 1 on. The texts without a sentence are keys of the host's texts.
 constexpr std::array kErrorTexts = {
-    ErrorText{"The OUTPUT EXPORT command requires an open Viewer document."},
-    ErrorText{"The specified Viewer document ^1 does not exist.", ErrorArgument::kViewerName},
-    ErrorText{"The Viewer document is empty. There is nothing to export."},
-    ErrorText{"It was requested that all visible items be exported but..."},
-    ErrorText{"It was requested that only graphics be exported but no graphics were found."},
-    ErrorText{"^1 not a valid file name...", ErrorArgument::kDocFileName},
+    ErrorText{localizable("The OUTPUT EXPORT command requires an open Viewer document.")},
+    ErrorText{localizable("The specified Viewer document ^1 does not exist."),
+              ErrorArgument::kViewerName},
+    ErrorText{localizable("The Viewer document is empty. There is nothing to export.")},
+    ErrorText{localizable("It was requested that all visible items be exported but...")},
+    ErrorText{
+        localizable("It was requested that only graphics be exported but no graphics were found.")},
+    ErrorText{localizable("^1 not a valid file name..."), ErrorArgument::kDocFileName},
     // OUTPUT EXPORT never sets the root's name, so that nothing is shown for it, deliberately.
-    ErrorText{"^1 is not a valid root name.", ErrorArgument::kImageRootName},
-    ErrorText{"Enhanced Metafile (EMF) format is available only on Windows systems."},
-    ErrorText{"PowerPoint (PPT) format is available only on Windows systems."},
-    ErrorText{"In order to export to PowerPoint (PPT) format, PowerPoint must be installed."},
-    ErrorText{"xlsMaxColumnsLimitExceeded..."},
-    ErrorText{"xlsMaxCellCharacterLimitExceeded..."},
-    ErrorText{"maxSheetNameCharacterLimitExceeded..."},
-    ErrorText{"xlsSheetNameInvalid..."},
+    ErrorText{localizable("^1 is not a valid root name."), ErrorArgument::kImageRootName},
+    ErrorText{localizable("Enhanced Metafile (EMF) format is available only on Windows systems.")},
+    ErrorText{localizable("PowerPoint (PPT) format is available only on Windows systems.")},
+    ErrorText{localizable(
+        "In order to export to PowerPoint (PPT) format, PowerPoint must be installed.")},
+    ErrorText{localizable("xlsMaxColumnsLimitExceeded...")},
+    ErrorText{localizable("xlsMaxCellCharacterLimitExceeded...")},
+    ErrorText{localizable("maxSheetNameCharacterLimitExceeded...")},
+    ErrorText{localizable("xlsSheetNameInvalid...")},
     ErrorText{kFailedBecause, ErrorArgument::kUnspecified},
 };
 
@@ -106,7 +110,8 @@ void PerformExport::PerformExportData::run(const std::string& exportXml) {
   // No host at all is to a user what a host is that does not answer.
   HostAdapter* const host = GetAdapter();
   const std::string responseXml = host == nullptr ? std::string() : host->ExportOutput(exportXml);
-  if (responseXml.empty()) return reportFailure("Response not received from Client", true);
+  if (responseXml.empty())
+    return reportFailure(localizable("Response not received from Client"), true);
   ResponseSpec response;
   if (!response.processResponse(responseXml)) {
     return reportFailure(currentEncoding().fromUtf8(response.getParserError()));
@@ -171,7 +176,8 @@ void PerformExport::PerformExportData::reportError(const ResponseSpec& response)
     case ErrorArgument::kImageRootName:
       return OutputCommands::errorWarnAlways(error.text, imageRootName_, kLevelError);
     case ErrorArgument::kUnspecified:
-      return OutputCommands::errorWarnAlways(error.text, "Unspecified error", kLevelError, true);
+      return OutputCommands::errorWarnAlways(error.text, localizable("Unspecified error"),
+                                             kLevelError, true);
   }
 }
 

@@ -1,9 +1,11 @@
 // The texts that the document commands share: names, titles, keywords, values and messages.
 #pragma once
 
+#include "platform/strings/localized.h"
+
 namespace vornwout {
 
-inline constexpr const char* kOutputDocument = "Output Document";
+inline constexpr const char* kOutputDocument = localizable("Output Document");
 
 inline constexpr const char* kKeywordFile = "FILE";
 inline constexpr const char* kKeywordOutfile = "OUTFILE";
@@ -23,13 +25,13 @@ inline constexpr const char* kDraft = "DRAFT";
 inline constexpr const char* kQxv = "QXV";
 inline constexpr const char* kQxw = "QXW";
 
-inline constexpr const char* kNotImplemented = "^1 currently not implemented.";
-inline constexpr const char* kNameTooLong = "Output name ^1 is too long.";
-inline constexpr const char* kNoDocumentsOpen = "No output documents are open.";
+inline constexpr const char* kNotImplemented = localizable("^1 currently not implemented.");
+inline constexpr const char* kNameTooLong = localizable("Output name ^1 is too long.");
+inline constexpr const char* kNoDocumentsOpen = localizable("No output documents are open.");
 inline constexpr const char* kPasswordEmpty =
-    "Failed to save document. Empty passwords are not allowed.";
+    localizable("Failed to save document. Empty passwords are not allowed.");
 inline constexpr const char* kPasswordTooLong =
-    "Failed to save document. Passwords longer than 10 bytes are not allowed. '^1'";
+    localizable("Failed to save document. Passwords longer than 10 bytes are not allowed. '^1'");
 
 /// How every message in the output is shown, and its levels.
 inline constexpr int kShowMessage = 2;

@@ -8,6 +8,7 @@
 #include "libvornwout/modify/modify_values.h"
 #include "libvornwout/modify/xml/xml_element.h"
 #include "libvornwout/modify/xml/xml_utilities.h"
+#include "platform/strings/localized.h"
 #include "platform/text/multibyte.h"
 
 namespace vornwout {
@@ -70,12 +71,13 @@ void positiveAttribute(XmlElement& element, const char* name, double value) {
 bool ModifyProperties::Data::getSize(const TokenInfoObj& widthToken,
                                      const TokenInfoObj& heightToken, const ParserMessage& messages,
                                      double factor) {
-  if (!readMember(widthToken, factor, kLeastWidth, "Value for WIDTH must be a positive number",
-                  messages, width)) {
+  if (!readMember(widthToken, factor, kLeastWidth,
+                  localizable("Value for WIDTH must be a positive number"), messages, width)) {
     return false;
   }
-  const bool accepted = readMember(heightToken, factor, kLeastHeight,
-                                   "Value for HEIGHT must be a positive number", messages, height);
+  const bool accepted =
+      readMember(heightToken, factor, kLeastHeight,
+                 localizable("Value for HEIGHT must be a positive number"), messages, height);
   if (factor == kPercentFactor) {
     widthPCT = width / kPercentFactor;
     heightPCT = height / kPercentFactor;

@@ -17,6 +17,7 @@
 #include "platform/adapter/go_to_caller.h"
 #include "platform/files/path_factory.h"
 #include "platform/strings/dictionary.h"
+#include "platform/strings/localized.h"
 #include "vornwout/entry_points.h"
 
 namespace vornwout {
@@ -118,9 +119,9 @@ void writeSummary(BpProcedure& procedure, const ModifyResult& result) {
     counts.Category(BpString(label, true))
         .Cell(BpNumber(static_cast<double>(count), procedure.Count()));
   };
-  addCount("Objects Selected", result.selected);
-  addCount("Objects Modified", result.modified);
-  addCount("Objects Deleted", result.deleted);
+  addCount(localizable("Objects Selected"), result.selected);
+  addCount(localizable("Objects Modified"), result.modified);
+  addCount(localizable("Objects Deleted"), result.deleted);
 }
 
 void outputModify() {

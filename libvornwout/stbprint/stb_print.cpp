@@ -17,6 +17,7 @@
 #include "platform/parser/universal_parser.h"
 #include "platform/pivot/bp_procedure.h"
 #include "platform/strings/language.h"
+#include "platform/strings/localized.h"
 #include "platform/strings/string_table.h"
 #include "vornwout/entry_points.h"
 
@@ -55,8 +56,8 @@ class BundleTables {
   }
 
   void addLanguage(const std::string& directory, std::string_view language) {
-    BpDimension textLanguages = makeDimension(texts_, "Language", kPlaceColumns);
-    BpDimension helpLanguages = makeDimension(helps_, "Language", kPlaceColumns);
+    BpDimension textLanguages = makeDimension(texts_, localizable("Language"), kPlaceColumns);
+    BpDimension helpLanguages = makeDimension(helps_, localizable("Language"), kPlaceColumns);
     const BpString label(language, false);
     textLanguages.Category(label);
     helpLanguages.Category(label);
@@ -73,7 +74,7 @@ class BundleTables {
 
  private:
   static BpDimension makeKeys(BpPivotTable& table) {
-    return makeDimension(table, "Key", kPlaceRows);
+    return makeDimension(table, localizable("Key"), kPlaceRows);
   }
 
   std::string name_;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/pivot/localized_content.h"
+#include "platform/strings/localized.h"
 #include "platform/text/shortened_text.h"
 
 namespace vornwout {
@@ -35,9 +37,9 @@ MessageSeverity OutputMessageRecord::severity() const {
 }
 
 std::string OutputMessageRecord::shownText() const {
-  std::string text = renderText(message);
+  std::string text = renderText(localizedContent(message));
   if (text.find_first_not_of(" \t\r\n") == std::string::npos) {
-    text = "The host refused the command and gave no reason.";
+    text = localized("The host refused the command and gave no reason.");
   }
   return text;
 }

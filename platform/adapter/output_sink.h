@@ -1,8 +1,10 @@
 // Where output goes: finished tables, notes and messages reach every registered sink as plain data.
 //
-// Everything that reaches a sink is UTF-8: texts are converted from the current encoding when they
-// enter the platform, and a byte that is not valid has become U+FFFD. Sinks are called in the order
-// of their registration, on the command thread, at the moment a thing happens.
+// Tables, notes and output messages arrive with the English originals of the system's own texts;
+// whoever shows them to a person localizes them. Everything that reaches a sink is UTF-8: texts are
+// converted from the current encoding when they enter the platform, and a byte that is not valid
+// has become U+FFFD. Sinks are called in the order of their registration, on the command thread, at
+// the moment a thing happens.
 #pragma once
 
 #include <cstddef>
@@ -48,9 +50,9 @@ struct ParserMessageRecord {
 
   std::string_view operation;          ///< "WrongValueType"; lives as long as the program
   std::vector<std::string> arguments;  ///< as passed; a list flat; generic ones without the text
-  std::string messageTemplate;         ///< generic operations only: the text with its placeholders
+  std::string messageTemplate;  ///< generic operations only: the English text with its placeholders
   MessageSeverity severity = MessageSeverity::kError;
-  std::string text;
+  std::string text;                ///< in the current language, as the remedy is
   std::string shortened;           ///< the text with long arguments shortened; empty where none is
   std::optional<Texts> uncovered;  ///< where there are secrets: with them, for who may see them
   std::string_view remedy;         ///< what the user can do about it; lives as long as the program
@@ -69,7 +71,8 @@ struct OutputMessageRecord {
   int level = 0;
 
   MessageSeverity severity() const;
-  /// The message as it is shown. A host's refusal without a text says at least that.
+  /// The message as it is shown, in the current language. A host's refusal without a text says at
+  /// least that.
   std::string shownText() const;
   /// The same with long arguments shortened, for a person to read.
   std::string briefText() const;

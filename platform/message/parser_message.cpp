@@ -8,6 +8,7 @@
 
 #include "platform/parser/current_command.h"
 #include "platform/pivot/cell_text.h"
+#include "platform/strings/localized.h"
 #include "platform/text/encoding.h"
 #include "platform/text/shortened_text.h"
 
@@ -46,8 +47,8 @@ std::string forgottenPeriodHint() {
   const CurrentCommand* command = CurrentCommand::current();
   const Token* stray = command == nullptr ? nullptr : command->strayCommand();
   if (stray == nullptr) return {};
-  return "Line " + std::to_string(stray->line) +
-         " begins a command: does the one before it lack its period?";
+  return localized("Line ^1 begins a command: does the one before it lack its period?",
+                   stray->line);
 }
 
 /// A message as its texts are made from its arguments.
@@ -89,12 +90,12 @@ std::string joined(const std::vector<std::string>& names) {
 std::string rowText(const MessageEntry& entry, const std::vector<std::string>& arguments) {
   const bool isOne = arguments.size() == 1;
   if (entry.key == MessageKey::kSubComRequired) {
-    return fill(isOne ? entry.shortText : entry.text, {joined(arguments)});
+    return fill(localizedText(isOne ? entry.shortText : entry.text), {joined(arguments)});
   }
   const bool lastIsEmpty = !arguments.empty() && arguments.back().empty();
   const bool listStandsAlone = entry.key == MessageKey::kParamNeedIntegerList && isOne;
   const bool useShort = listStandsAlone || (lastIsEmpty && !entry.shortText.empty());
-  return fill(useShort ? entry.shortText : entry.text, arguments);
+  return fill(localizedText(useShort ? entry.shortText : entry.text), arguments);
 }
 
 }  // namespace
@@ -198,10 +199,11 @@ void ParserMessage::report(MessageKey key, const std::vector<MessageArgument>& a
   ParserMessageRecord record;
   record.operation = entry.operation;
   record.severity = entry.severity;
-  const std::string behind = hint.empty() ? std::string() : " " + currentToUtf8(hint);
+  std::string behind;
+  if (!hint.empty()) behind.append(" ").append(hint);
   fillTexts(record, arguments,
             [&](const std::vector<std::string>& texts) { return rowText(entry, texts) + behind; });
-  if (hint.empty()) record.remedy = messageRemedy(key, record.arguments);
+  if (hint.empty()) record.remedy = localizedText(messageRemedy(key, record.arguments));
   send(record, spot ? *spot : currentSpot());
 }
 
@@ -213,7 +215,7 @@ void ParserMessage::reportGeneric(MessageKey key, const std::string& text,
   record.severity = entry.severity;
   record.messageTemplate = currentToUtf8(text);
   fillTexts(record, arguments, [&](const std::vector<std::string>& texts) {
-    return fill(record.messageTemplate, texts);
+    return fill(localizedText(record.messageTemplate), texts);
   });
   send(record, currentSpot());
 }

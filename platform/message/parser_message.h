@@ -70,8 +70,8 @@ class ParserMessage {
     reportGeneric(MessageKey::kGenericWarning, text, {MessageArgument(arguments)...});
   }
 
-  /// Reports a row of the catalogue. `spot` where known; `hint` is a sentence shown behind the
-  /// text, and as it is about this very mistake it takes the place of the row's remedy.
+  /// Reports a row of the catalogue. `spot` where known; `hint` is a sentence in UTF-8 shown behind
+  /// the text, and as it is about this very mistake it takes the place of the row's remedy.
   void report(MessageKey key, const std::vector<MessageArgument>& arguments,
               std::optional<SourceSpot> spot = std::nullopt, std::string_view hint = {}) const;
 

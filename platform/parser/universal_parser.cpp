@@ -8,6 +8,7 @@
 #include "platform/parser/grammar_capture.h"
 #include "platform/parser/lexical_error.h"
 #include "platform/parser/value_shape.h"
+#include "platform/strings/localized.h"
 #include "platform/text/multibyte.h"
 
 namespace vornwout {
@@ -16,7 +17,7 @@ namespace {
 /// What the group counter of a subcommand holds before it stood anywhere.
 constexpr std::uint32_t kNever = 0;
 
-constexpr std::string_view kForgottenPeriod = "Does the command before it lack its period?";
+constexpr const char* kForgottenPeriod = localizable("Does the command before it lack its period?");
 
 /// What stands behind a keyword that is not declared: a value, or nothing.
 const ParamDescriptor kUnknownWithValue("", UPSpecTypes::kRawTokens, false, false);
@@ -79,7 +80,7 @@ void UniversalParser::error(MessageKey key, std::vector<MessageArgument> argumen
   if (stray_ != nullptr && token->offset >= stray_->offset) {
     // The mistake is the period that is missing, not what the parser makes of the next command.
     stopped_ = true;
-    hint = kForgottenPeriod;
+    hint = localizedText(kForgottenPeriod);
     if (token != stray_) {
       token = stray_;
       key = MessageKey::kUnexpectedToken;
@@ -151,7 +152,7 @@ void UniversalParser::parseOneSubcommand() {
     const SubComDescriptor* main = descriptor_.findSubCom("");
     const bool isKeyword = main != nullptr && main->findParam(nameText) != nullptr;
     error(MessageKey::kUnknownSubCom, {MessageArgument::ofToken(*command_, name)}, &name,
-          isKeyword ? "It is a keyword of the command: write it without the slash."
+          isKeyword ? localized("It is a keyword of the command: write it without the slash.")
                     : closestSubcommand(nameText));
     return skipToSubcommand();
   }

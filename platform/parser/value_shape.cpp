@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/parser/command_spec.h"
+#include "platform/strings/localized.h"
 #include "platform/text/multibyte.h"
 
 namespace vornwout {
@@ -103,12 +104,13 @@ class ShapeCheck {
     for (const ParamDescriptor& qualifier : param_.qualifiers()) {
       allowed.push_back(qualifier.name() + "(...)");
     }
-    std::string list = allowed.size() == 1 ? "The value must be " : "It must be one of ";
-    for (std::size_t i = 0; i < allowed.size(); ++i) {
-      if (i > 0) list += ", ";
-      list += allowed[i];
+    if (allowed.size() == 1) return localized("The value must be ^1.", allowed.front());
+    std::string list;
+    for (const std::string& value : allowed) {
+      if (!list.empty()) list += ", ";
+      list += value;
     }
-    return list + ".";
+    return localized("It must be one of ^1.", list);
   }
 
   void failValue(const Token& token, std::string hint) {
@@ -133,7 +135,7 @@ class ShapeCheck {
     // In NAME= LOCK=YES the value is LOCK, which is hardly what was meant.
     const bool isEquals = extra->code == OperatorCode::kEquals;
     fail(MessageKey::kUnexpectedToken, {told(*extra), param_.name()}, *extra,
-         isEquals ? "Is the value of " + param_.name() + " missing?" : "");
+         isEquals ? localized("Is the value of ^1 missing?", param_.name()) : "");
     return false;
   }
 
@@ -331,7 +333,7 @@ std::string suggestion(std::string_view name, const std::vector<std::string_view
     }
   }
   if (closest.empty()) return {};
-  return "Did you mean " + std::string(closest) + "?";
+  return localized("Did you mean ^1?", closest);
 }
 
 }  // namespace vornwout

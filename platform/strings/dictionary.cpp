@@ -132,7 +132,8 @@ struct FacSTDictionary::Texts {
   TextMap byKey;
 };
 
-FacSTDictionary::FacSTDictionary(const std::string& stringTableLocation) : language_("en") {
+FacSTDictionary::FacSTDictionary(const std::string& stringTableLocation)
+    : language_(kOriginalLanguage) {
   const auto language = findLanguage(lastComponent(stringTableLocation));
   if (!language) return;
   language_ = *language;

@@ -8,7 +8,7 @@ namespace vornwout {
 namespace {
 
 /// Points to one of kLanguages, whose texts live as long as the process.
-std::string_view current = "en";
+std::string_view current = kOriginalLanguage;
 
 char simplified(char c) {
   if (c == '-') return '_';

@@ -12,6 +12,9 @@ namespace vornwout {
 constexpr std::array<std::string_view, 12> kLanguages = {
     "de", "en", "es", "fr", "it", "ja", "ko", "pl", "pt_BR", "ru", "zh_CN", "zh_TW"};
 
+/// The language of the texts in the code, which the others are looked up by.
+inline constexpr std::string_view kOriginalLanguage = "en";
+
 /// The language code that `text` means: any case, "-" for "_". Nothing when it is none of the
 /// twelve.
 std::optional<std::string_view> findLanguage(std::string_view text);

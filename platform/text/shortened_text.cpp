@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/strings/localized.h"
 #include "platform/text/display_width.h"
 
 namespace vornwout {
@@ -60,7 +61,7 @@ std::string shortenedText(std::string_view utf8, int columns) {
   const std::string_view tail = tailOf(utf8);
   const std::size_t left =
       characterCount(utf8.substr(head.size(), utf8.size() - head.size() - tail.size()));
-  return std::string(head) + " … " + std::to_string(left) + " characters … " + std::string(tail);
+  return localized("^1 … ^2 characters … ^3", head, left, tail);
 }
 
 std::string textHead(std::string_view utf8, int columns) {

@@ -12,6 +12,7 @@
 
 #include "host/document/media_size.h"
 #include "host/layout/table_grid.h"
+#include "platform/strings/localized.h"
 #include "platform/text/display_width.h"
 #include "runner/terminal/color.h"
 #include "runner/terminal/table_printer.h"
@@ -97,7 +98,7 @@ bool ContentPrinter::operator()(const TableContent& table) const {
   try {
     grids = layoutTable(*table);
   } catch (const std::logic_error& error) {
-    printRefusal(out_, fmt::format("This table cannot be shown: {}.", error.what()), style_);
+    printRefusal(out_, localized("This table cannot be shown: ^1.", error.what()), style_);
     return false;
   }
   const char* separator = "";

@@ -8,9 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include <fmt/format.h>
-
 #include "platform/adapter/progress_listener.h"
+#include "platform/strings/localized.h"
 #include "platform/text/display_width.h"
 #include "runner/terminal/color.h"
 #include "runner/terminal/column_widths.h"
@@ -434,7 +433,7 @@ void printPanels(std::ostream& out, const TableGrid& grid, const TerminalStyle& 
         .paint();
   }
   if (leftOut > 0) {
-    printText(out, fmt::format("({} columns without values are not shown.)", leftOut), kDim, style);
+    printText(out, localized("(^1 columns without values are not shown.)", leftOut), kDim, style);
   }
 }
 

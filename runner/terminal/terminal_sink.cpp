@@ -4,9 +4,9 @@
 #include <utility>
 #include <vector>
 
-#include <fmt/format.h>
-
 #include "host/layout/table_grid.h"
+#include "platform/pivot/localized_content.h"
+#include "platform/strings/localized.h"
 #include "runner/terminal/content_printer.h"
 #include "runner/terminal/heading_line.h"
 #include "runner/terminal/table_printer.h"
@@ -30,10 +30,10 @@ void TerminalSink::table(const std::shared_ptr<const PivotTable>& table) {
   showProcedure();
   std::vector<TableGrid> grids;
   try {
-    grids = layoutTable(*table);
+    grids = layoutTable(*localizedTable(table));
   } catch (const std::logic_error& error) {
     separate();
-    printRefusal(out_, fmt::format("This table cannot be shown: {}.", error.what()), style_);
+    printRefusal(out_, localized("This table cannot be shown: ^1.", error.what()), style_);
   }
   for (const TableGrid& grid : grids) {
     separate();

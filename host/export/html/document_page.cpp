@@ -23,6 +23,7 @@
 #include "host/layout/table_layout.h"
 #include "host/store/xml_writer.h"
 #include "platform/adapter/progress_listener.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -157,7 +158,7 @@ void ContentWriter::operator()(const TableContent& table) const {
     if (picks && wanted.layers == ShownLayers::kAsChosen) wanted.layers = ShownLayers::kAll;
     layout.emplace(*table, wanted);
   } catch (const std::logic_error& error) {
-    html_.element("p", fmt::format("This table cannot be shown: {}.", error.what()), "aside");
+    html_.element("p", localized("This table cannot be shown: ^1.", error.what()), "aside");
     if (options_.missing) options_.missing(object_);
     return;
   }
@@ -226,8 +227,8 @@ void ContentWriter::operator()(const MediaContent& media) const {
   const std::size_t size = media.bytes == nullptr ? 0 : media.bytes->size();
   if (!isImage || size == 0) {
     html_.element("p",
-                  fmt::format("{}: {}, {} bytes. A browser does not show it.",
-                              outlineLabel(object_), media.mediaType, size),
+                  localized("^1: ^2, ^3 bytes. A browser does not show it.", outlineLabel(object_),
+                            media.mediaType, size),
                   "aside");
     return;
   }

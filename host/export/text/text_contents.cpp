@@ -11,6 +11,7 @@
 #include "host/document/content_view.h"
 #include "host/document/media_size.h"
 #include "platform/adapter/progress_listener.h"
+#include "platform/strings/localized.h"
 #include "platform/text/display_width.h"
 
 namespace vornwout {
@@ -202,7 +203,7 @@ void TextContents::Writer::operator()(const MediaContent& media) const {
   try {
     what = contents_.charts_.add(media, object_.size);
   } catch (const DrawError& error) {
-    what = fmt::format("not drawn. {}", error.what());
+    what = localized("not drawn. ^1", error.what());
   }
   out_.line(out_.shownLine(fmt::format("[{}: {}]", label, what)));
 }

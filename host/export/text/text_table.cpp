@@ -6,12 +6,11 @@
 #include <string>
 #include <vector>
 
-#include <fmt/format.h>
-
 #include "host/export/text/column_meter.h"
 #include "host/export/text/row_spool.h"
 #include "host/export/text/text_row.h"
 #include "platform/adapter/progress_listener.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -68,7 +67,7 @@ TextTables::TextTables(TextOutput& out, const ExportTextSpec& spec, ShownLayers 
       borders_{out.shownLine(spec.getRowBorder()), out.shownLine(spec.getColumnBorder())} {
   if (columnWidth_ && (*columnWidth_ < 1 || *columnWidth_ > kWidestGiven)) {
     throw std::runtime_error(
-        fmt::format("because a column can be 1 to {} characters wide", kWidestGiven));
+        localized("because a column can be 1 to ^1 characters wide", kWidestGiven));
   }
 }
 
@@ -76,7 +75,7 @@ TextTableProblems TextTables::write(const PivotTable& table) {
   problems_ = {};
   const auto refuse = [&](const std::logic_error& error) {
     out_.separate();
-    out_.line(out_.shownLine(fmt::format("[This table cannot be shown: {}.]", error.what())));
+    out_.line(out_.shownLine(localized("[This table cannot be shown: ^1.]", error.what())));
   };
   try {
     TableLayout layout(table, {.layers = layers_});

@@ -69,7 +69,13 @@ class Comparison {
 
  private:
   void compareEntries(const SourceEntry& english, const SourceEntry& other) {
-    comparePlaceholders(english.text, english.textLine, other.text, other.textLine);
+    // A key that is the English text itself has none beside it.
+    const bool isKey = english.text.empty();
+    comparePlaceholders(isKey ? english.key : english.text, isKey ? english.line : english.textLine,
+                        other.text, other.textLine);
+    if (other.text.empty()) {
+      errors_.push_back({other_.file, other.textLine, "The text is empty."});
+    }
     comparePlaceholders(english.help, english.helpLine, other.help, other.helpLine);
   }
 
