@@ -44,9 +44,10 @@ std::string behindBlank(const std::string& sentence) {
 
 std::string checkEncoding(const std::string& name) {
   if (Encoding::find(name) != nullptr) return {};
-  return "there is no encoding " + name +
-         "; UTF-8, windows-1252, Shift-JIS, Big5, GB18030 and "
-         "EUC-KR are some of those there are";
+  return localized(
+      "there is no encoding ^1; UTF-8, windows-1252, Shift-JIS, Big5, GB18030 and EUC-KR are some "
+      "of those there are",
+      name);
 }
 
 std::string checkLanguage(const std::string& code) {
@@ -56,58 +57,67 @@ std::string checkLanguage(const std::string& code) {
 }
 
 std::string checkTrace(const std::string& file) {
-  if (file.empty()) return "the trace needs the name of a file";
+  if (file.empty()) return localized("the trace needs the name of a file");
   // Standard output shows the run's output, and a trace between it would be no trace.
-  if (file == "-") return "the trace goes to a file only; write ./- for one that is called -";
+  if (file == "-") {
+    return localized("the trace goes to a file only; write ./- for one that is called -");
+  }
   return {};
 }
 
 std::string checkHandle(const std::string& handle) {
   const std::size_t equals = handle.find('=');
   const bool isWhole = equals != std::string::npos && equals > 0 && equals + 1 < handle.size();
-  if (!isWhole) return "write NAME=DIRECTORY, not " + handle;
+  if (!isWhole) return localized("write NAME=DIRECTORY, not ^1", handle);
   if (handle.find_first_of("/\\") < equals) {
-    return "a handle's name is the first part of a path and holds no slash, not " + handle;
+    return localized("a handle's name is the first part of a path and holds no slash, not ^1",
+                     handle);
   }
   return {};
 }
 
 void addRun(CLI::App& application, RunOptions& options, Written& written) {
-  CLI::App* run = application.add_subcommand("run", "Run jobs: files of commands");
-  run->add_option("job", options.jobs, "Files of commands; - reads standard input")
+  CLI::App* run = application.add_subcommand("run", localized("Run jobs: files of commands"));
+  run->add_option("job", options.jobs, localized("Files of commands; - reads standard input"))
       ->required()
       ->type_name("JOB");
-  run->add_option("--encoding", written.encoding, "Character set of the jobs (default UTF-8)")
+  run->add_option("--encoding", written.encoding,
+                  localized("Character set of the jobs (default UTF-8)"))
       ->check(checkEncoding)
       ->type_name("NAME");
   run->add_option("--handle", written.handles,
-                  "File handle that paths may start with; case matters in its name")
+                  localized("File handle that paths may start with; case matters in its name"))
       ->check(checkHandle)
       ->allow_extra_args(false)
       ->type_name("NAME=DIRECTORY");
   run->add_option("--host", options.host,
-                  "embedded (default), none, or script=FILE for scripted answers")
+                  localized("embedded (default), none, or script=FILE for scripted answers"))
       ->type_name("HOST");
-  run->add_option("--trace", options.traceFile, "Write what happens to FILE, as JSON lines")
+  run->add_option("--trace", options.traceFile,
+                  localized("Write what happens to FILE, as JSON lines"))
       ->check(checkTrace)
       ->type_name("FILE");
-  run->add_flag("--trace-secrets", options.traceSecrets, "Write passwords to the trace as well");
-  run->add_flag("-q,--quiet", options.quiet, "Show messages only, no output");
-  run->add_option("--color", written.color, "Colours: auto (default), always or never")
+  run->add_flag("--trace-secrets", options.traceSecrets,
+                localized("Write passwords to the trace as well"));
+  run->add_flag("-q,--quiet", options.quiet, localized("Show messages only, no output"));
+  run->add_option("--color", written.color, localized("Colours: auto (default), always or never"))
       ->check(CLI::IsMember({"auto", "always", "never"}))
       ->type_name("WHEN");
   run->set_version_flag("--version", kVersion);
-  run->footer(
+  run->footer(localized(
       "Exit status: 0 when nothing worse than a warning was reported, 1 when an error was\n"
-      "reported, 2 for wrong usage or a file that cannot be read or written.");
+      "reported, 2 for wrong usage or a file that cannot be read or written."));
 }
 
 void addHelp(CLI::App& application, HelpOptions& options) {
-  CLI::App* help = application.add_subcommand("help", "Show the commands, or how one is written");
-  help->add_option("command", options.command, "For instance OUTPUT COMMENT")->type_name("COMMAND");
-  help->add_flag("--markdown", options.markdown, "Print the whole language reference");
-  help->add_flag("--messages", options.messages, "Print the list of messages");
-  help->footer("vornwout help lists the commands, vornwout help OUTPUT those that begin so.");
+  CLI::App* help =
+      application.add_subcommand("help", localized("Show the commands, or how one is written"));
+  help->add_option("command", options.command, localized("For instance OUTPUT COMMENT"))
+      ->type_name("COMMAND");
+  help->add_flag("--markdown", options.markdown, localized("Print the whole language reference"));
+  help->add_flag("--messages", options.messages, localized("Print the list of messages"));
+  help->footer(
+      localized("vornwout help lists the commands, vornwout help OUTPUT those that begin so."));
 }
 
 int showHelp(const HelpOptions& options) {
@@ -117,8 +127,9 @@ int showHelp(const HelpOptions& options) {
   }
   const std::string name = fmt::format("{}", fmt::join(options.command, " "));
   if (name.empty()) {
-    std::cout << "Commands of this version:\n\n"
-              << commandOverview() << "\nvornwout help COMMAND shows how one is written.\n";
+    std::cout << localized("Commands of this version:") << "\n\n"
+              << commandOverview() << '\n'
+              << localized("vornwout help COMMAND shows how one is written.") << '\n';
     return kExitSuccess;
   }
   const Command* command = findCommand(name);
@@ -137,8 +148,8 @@ int showHelp(const HelpOptions& options) {
                   "there are.",
                   name, behindBlank(suggestion(name, names))));
   }
-  std::cout << command->summary << "\n\n" << usageOf(*command);
-  if (!command->details.empty()) std::cout << "\n" << command->details;
+  std::cout << localizedText(command->summary) << "\n\n" << usageOf(*command);
+  if (!command->details.empty()) std::cout << "\n" << localizedText(command->details);
   return kExitSuccess;
 }
 
@@ -163,7 +174,8 @@ std::string problemOf(const CLI::App& application, const CLI::ParseError& error)
   const auto chosen = application.get_subcommands();
   if (rest.empty()) {
     if (chosen.empty() && dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
-      return localized("A command is missing: ^1.", listed(subcommandNames(application), "or"));
+      return localized("A command is missing: ^1.",
+                       listed(subcommandNames(application), localized("or")));
     }
     return fmt::format("{}.", error.what());
   }
@@ -185,7 +197,8 @@ std::string problemOf(const CLI::App& application, const CLI::ParseError& error)
   }
   if (!chosen.empty()) return localized("The argument ^1 is not expected.", unknown);
   const std::vector<std::string> names = subcommandNames(application);
-  return localized("There is no command ^1; there are ^2.^3", unknown, listed(names, "and"),
+  return localized("There is no command ^1; there are ^2.^3", unknown,
+                   listed(names, localized("and")),
                    behindBlank(suggestion(unknown, {names.begin(), names.end()})));
 }
 
@@ -208,7 +221,9 @@ std::string applyWritten(const Written& written, RunOptions& options) {
 /// Every subcommand speaks to the user.
 void addLanguage(CLI::App& application, std::string& language) {
   for (CLI::App* command : application.get_subcommands({})) {
-    command->add_option("--language", language, "Language of messages and labels (default en)")
+    command
+        ->add_option("--language", language,
+                     localized("Language of messages and labels (default en)"))
         ->check(checkLanguage)
         ->type_name("CODE");
   }
@@ -246,7 +261,7 @@ std::string optionWithoutValue(int argc, char** argv) {
 
 int refuseUsage(const std::string& problem) {
   const int status = refuse(problem);
-  std::cerr << "Run vornwout --help for how it is used.\n";
+  std::cerr << localized("Run vornwout --help for how it is used.") << '\n';
   return status;
 }
 
@@ -254,10 +269,12 @@ int refuseUsage(const std::string& problem) {
 
 int runApplication(int argc, char** argv) {
   const ScopedLanguage language(languageWritten(argc, argv));
-  CLI::App application("Runs the OUTPUT commands of jobs on output documents.", "vornwout");
+  CLI::App application(localized("Runs the OUTPUT commands of jobs on output documents."),
+                       "vornwout");
   application.set_version_flag("--version", kVersion);
   application.require_subcommand(1);
-  application.footer("vornwout run --help, vornwout show --help and so on tell more about them.");
+  application.footer(
+      localized("vornwout run --help, vornwout show --help and so on tell more about them."));
   RunOptions runOptions;
   HelpOptions helpOptions;
   Written written;
@@ -270,7 +287,7 @@ int runApplication(int argc, char** argv) {
   addHelp(application, helpOptions);
   addLanguage(application, runOptions.language);
   if (const std::string option = optionWithoutValue(argc, argv); !option.empty()) {
-    return refuseUsage(option + " has no value.");
+    return refuseUsage(localized("^1 has no value.", option));
   }
   try {
     application.parse(argc, argv);

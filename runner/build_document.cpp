@@ -83,8 +83,9 @@ char mark(const BuildOption& option, std::string_view allowed) {
     return option.value[0];
   }
   const bool mayBeTab = allowed.find('\t') != std::string_view::npos;
-  throw UsageError(localized("^1 cannot be \"^2\".^3", option.name, option.value,
-                             mayBeTab ? " It is one of , ; | or the word tab." : ""));
+  const std::string problem = localized("^1 cannot be \"^2\".", option.name, option.value);
+  throw UsageError(mayBeTab ? problem + " " + localized("It is one of , ; | or the word tab.")
+                            : problem);
 }
 
 DisplayFormat formatOf(const BuildOption& option) {
@@ -114,28 +115,31 @@ struct TableOptionEntry {
 
 const std::vector<TableOptionEntry>& tableOptions() {
   static const std::vector<TableOptionEntry> entries = {
-      {"--rows", "COLUMNS", "Columns whose labels stand in rows; a/b groups b below a",
+      {"--rows", "COLUMNS", localizable("Columns whose labels stand in rows; a/b groups b below a"),
        [](auto& t, const auto& o) { addDimensions(t, PivotPlace::kRows, o); }},
-      {"--columns", "COLUMNS", "Columns whose labels stand in columns",
+      {"--columns", "COLUMNS", localizable("Columns whose labels stand in columns"),
        [](auto& t, const auto& o) { addDimensions(t, PivotPlace::kColumns, o); }},
-      {"--layers", "COLUMNS", "Columns whose labels stand in layers",
+      {"--layers", "COLUMNS", localizable("Columns whose labels stand in layers"),
        [](auto& t, const auto& o) { addDimensions(t, PivotPlace::kLayers, o); }},
-      {"--value", "COLUMNS", "Column of the values; several make a dimension \"Statistics\"",
-       addValues},
-      {"--title", "TEXT", "Title of the table", [](auto& t, const auto& o) { t.title = o.value; }},
-      {"--caption", "TEXT", "Text below the table",
+      {"--value", "COLUMNS",
+       localizable("Column of the values; several make a dimension \"Statistics\""), addValues},
+      {"--title", "TEXT", localizable("Title of the table"),
+       [](auto& t, const auto& o) { t.title = o.value; }},
+      {"--caption", "TEXT", localizable("Text below the table"),
        [](auto& t, const auto& o) { t.caption = o.value; }},
-      {"--format", "FORMAT", "How values are shown: F8.2, COMMA10, PCT5.1, DATE11",
+      {"--format", "FORMAT", localizable("How values are shown: F8.2, COMMA10, PCT5.1, DATE11"),
        [](auto& t, const auto& o) { t.format = formatOf(o); }},
-      {"--statistic", "KIND", "What the values are: mean, count, percent and so on",
+      {"--statistic", "KIND", localizable("What the values are: mean, count, percent and so on"),
        [](auto& t, const auto& o) { t.statistic = statisticOf(o); }},
-      {"--separator", "CHARACTER", "What separates fields: , ; | or tab (default: as it looks)",
+      {"--separator", "CHARACTER",
+       localizable("What separates fields: , ; | or tab (default: as it looks)"),
        [](auto& t, const auto& o) { t.csvOptions.separator = mark(o, ",;|\t"); }},
-      {"--decimal", "MARK", "Decimal mark of numbers: . (default) or ,",
+      {"--decimal", "MARK", localizable("Decimal mark of numbers: . (default) or ,"),
        [](auto& t, const auto& o) { t.marks.decimal = mark(o, ".,"); }},
-      {"--thousands", "MARK", "What separates thousands: . , ' or a blank (default: nothing)",
+      {"--thousands", "MARK",
+       localizable("What separates thousands: . , ' or a blank (default: nothing)"),
        [](auto& t, const auto& o) { t.marks.thousands = mark(o, ".,' "); }},
-      {"--encoding", "NAME", "Character set of the file (default UTF-8)",
+      {"--encoding", "NAME", localizable("Character set of the file (default UTF-8)"),
        [](auto& t, const auto& o) {
          if (o.value.empty())
            throw UsageError(localized("--encoding needs the name of an encoding."));
@@ -263,20 +267,21 @@ void checkUsage(const BuildOptions& options) {
 }  // namespace
 
 void addBuildCommand(CLI::App& application, BuildOptions& options) {
-  CLI::App* build =
-      application.add_subcommand("build", "Build a document from tables, charts and texts");
-  build->add_option("manifest", options.manifest, "JSON file that lists the objects")
+  CLI::App* build = application.add_subcommand(
+      "build", localized("Build a document from tables, charts and texts"));
+  build->add_option("manifest", options.manifest, localized("JSON file that lists the objects"))
       ->type_name("MANIFEST");
-  build->add_option("-o,--output", options.output, "Document to write, .qxv or .qxw")
+  build->add_option("-o,--output", options.output, localized("Document to write, .qxv or .qxw"))
       ->required()
       ->type_name("FILE");
   build
-      ->add_option("--password-file", options.passwordFile,
-                   "Encrypt the document by the password in FILE; - reads standard input")
+      ->add_option(
+          "--password-file", options.passwordFile,
+          localized("Encrypt the document by the password in FILE; - reads standard input"))
       ->type_name("FILE");
   build->add_flag("--allow-outside", options.allowOutside,
-                  "Let the manifest name files outside of its folder");
-  const auto add = [build](const char* name, const char* valueName, const char* help) {
+                  localized("Let the manifest name files outside of its folder"));
+  const auto add = [build](const char* name, const char* valueName, const std::string& help) {
     // Values are taken over below, when the order of all options is known.
     build
         ->add_option(
@@ -287,14 +292,17 @@ void addBuildCommand(CLI::App& application, BuildOptions& options) {
         ->expected(1, CLI::detail::expected_max_vector_size)
         ->allow_extra_args(false);
   };
-  add("--table", "FILE", "Add a table from a CSV file; the options below are about it");
-  for (const TableOptionEntry& entry : tableOptions()) add(entry.name, entry.valueName, entry.help);
-  add("--chart", "FILE", "Add a chart in SVG or PNG");
-  add("--text", "FILE", "Add a text from a Markdown file");
-  add("--label", "TEXT", "What the outline calls the object");
-  add("--subtype", "TEXT", "Subtype of the object");
+  add("--table", "FILE", localized("Add a table from a CSV file; the options below are about it"));
+  for (const TableOptionEntry& entry : tableOptions()) {
+    add(entry.name, entry.valueName, localized(entry.help));
+  }
+  add("--chart", "FILE", localized("Add a chart in SVG or PNG"));
+  add("--text", "FILE", localized("Add a text from a Markdown file"));
+  add("--label", "TEXT", localized("What the outline calls the object"));
+  add("--subtype", "TEXT", localized("Subtype of the object"));
   build->footer(
-      "vornwout build --table sales.csv --rows region/city --columns year --value amount -o a.qxv");
+      localized("vornwout build --table sales.csv --rows region/city --columns year --value amount "
+                "-o a.qxv"));
   build->callback([build, &options] {
     // The parser keeps each option's values apart, and the order in which options stood.
     std::map<const CLI::Option*, std::size_t> taken;
@@ -327,7 +335,7 @@ int runBuild(const BuildOptions& options) {
     buildDocument(options, document);
     const SavedFile saved = saveDocument(document, options.output, save);
     if (!saved.warning.empty()) {
-      std::cerr << localized("vornwout: warning: ^1\n", saved.warning);
+      std::cerr << fmt::format("vornwout: warning: {}\n", saved.warning);
     }
     return kExitSuccess;
   } catch (const UsageError& error) {

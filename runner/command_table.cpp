@@ -2,19 +2,20 @@
 
 #include <array>
 
+#include "platform/strings/localized.h"
 #include "platform/text/multibyte.h"
 #include "vornwout/entry_points.h"
 
 namespace vornwout {
 namespace {
 
-constexpr std::string_view kNameDetails =
+constexpr std::string_view kNameDetails = localizable(
     "A document's name starts with a letter and goes on with letters, digits and . _ $ # @; it is "
     "at\n"
     "most 64 bytes long and does not end with a period. Names are compared without regard to "
-    "case.\n";
+    "case.\n");
 
-constexpr std::string_view kCommentDetails =
+constexpr std::string_view kCommentDetails = localizable(
     "The command's own TEXT is the first line, each /LINE adds one; what a line does not say of\n"
     "colours and boldness, the command's own keywords say. WIDTH is the column's width in points, "
     "an\n"
@@ -26,16 +27,16 @@ constexpr std::string_view kCommentDetails =
     "3/5/2024,\n"
     ")EDATE 5.3.2024, )SDATE 2024/3/5, )TIME hours from 0 to 11, )ETIME hours from 00 to 23 (ten "
     "and\n"
-    "eleven o'clock come as 010 and 011).\n";
+    "eleven o'clock come as 010 and 011).\n");
 
-constexpr std::string_view kOpenDetails =
+constexpr std::string_view kOpenDetails = localizable(
     "The file stands in quotes; its path may start with a file handle, written as it was declared, "
     "in\n"
     "the same case. A document is opened locked unless LOCK=NO. A password stands in quotes, "
     "readable or\n"
-    "in the form that vornwout password makes.\n";
+    "in the form that vornwout password makes.\n");
 
-constexpr std::string_view kSaveDetails =
+constexpr std::string_view kSaveDetails = localizable(
     "The file stands in quotes; its path may start with a file handle. NAME=* is the active "
     "document, as\n"
     "is no NAME. Without TYPE the file's extension decides: .qxw is a QXW, anything else a QXV. A\n"
@@ -43,7 +44,7 @@ constexpr std::string_view kSaveDetails =
     "the form\n"
     "that vornwout password makes. It is kept in no log, and in a trace only with "
     "--trace-secrets.\n"
-    "/PASSPROTECT without a PASSWORD protects nothing: the file is written readable.\n";
+    "/PASSPROTECT without a PASSWORD protects nothing: the file is written readable.\n");
 
 constexpr const char* kModifyDetails =
     "Each group begins with SELECT, which names the types of the objects to act on; IF narrows "
@@ -81,43 +82,44 @@ constexpr const char* kExportDetails =
     "workbook "
     "to change\nor to add a sheet to, one is made.\n";
 
-constexpr std::string_view kStringTableDetails =
+constexpr std::string_view kStringTableDetails = localizable(
     "Each string table makes two pivot tables, its texts and its help texts, with a column per "
     "language.\nPROCEDURE is the file of one string table, PROCEDURE='output.qbb', LANGUAGE the "
     "directory of one\nlanguage, LANGUAGE='pt_BR'; without them all tables are listed, and all "
     "languages: de, en, es, fr, it,\nja, ko, pl, pt_BR, ru, zh_CN, zh_TW. A file or directory "
-    "that is missing makes tables without rows.\n";
+    "that is missing makes tables without rows.\n");
 
 constexpr std::array kCommands = {
     Command{"OUTPUT NEW", "outnew_", outnew_,
-            "Makes a new, empty output document, which takes the output from then on.", "",
-            kNameDetails},
-    Command{"OUTPUT NAME", "outname_", outname_, "Gives the active output document a name.",
+            localizable("Makes a new, empty output document, which takes the output from then on."),
+            "", kNameDetails},
+    Command{"OUTPUT NAME", "outname_", outname_,
+            localizable("Gives the active output document a name."),
             "OUTPUT NAME [NAME=]name [MINIMIZED={YES | NO}].", kNameDetails},
     Command{"OUTPUT ACTIVATE", "outactiv8_", outactiv8_,
-            "Makes an open output document the active one.",
+            localizable("Makes an open output document the active one."),
             "OUTPUT ACTIVATE [NAME=]{name | *} [MINIMIZED={YES | NO}].",
-            "The asterisk stands for the document that is active already.\n"},
-    Command{
-        "OUTPUT CLOSE", "outclose_", outclose_,
-        "Closes an output document, the active one (*) or all of them (ALL).",
-        "OUTPUT CLOSE [NAME=]{name | * | ALL}.",
-        "When the active document is closed, the one that was active before it is active again.\n"},
+            localizable("The asterisk stands for the document that is active already.\n")},
+    Command{"OUTPUT CLOSE", "outclose_", outclose_,
+            localizable("Closes an output document, the active one (*) or all of them (ALL)."),
+            "OUTPUT CLOSE [NAME=]{name | * | ALL}.",
+            localizable("When the active document is closed, the one that was active before it is "
+                        "active again.\n")},
     Command{"OUTPUT DISPLAY", "outdisp_", outdisp_,
-            "Lists the open output documents and marks the active one.", "", ""},
-    Command{"OUTPUT COMMENT", "outcomnt_", outcomnt_, "Writes lines of text into the output.", "",
-            kCommentDetails},
-    Command{"OUTPUT OPEN", "outopen_", outopen_, "Opens an output document's file.", "",
-            kOpenDetails},
-    Command{"OUTPUT SAVE", "outsave_", outsave_, "Saves an output document to a file.", "",
-            kSaveDetails},
-    Command{"OUTPUT MODIFY", "outmodify_", outmodify_, "Changes objects of output documents.", "",
-            kModifyDetails},
+            localizable("Lists the open output documents and marks the active one."), "", ""},
+    Command{"OUTPUT COMMENT", "outcomnt_", outcomnt_,
+            localizable("Writes lines of text into the output."), "", kCommentDetails},
+    Command{"OUTPUT OPEN", "outopen_", outopen_, localizable("Opens an output document's file."),
+            "", kOpenDetails},
+    Command{"OUTPUT SAVE", "outsave_", outsave_, localizable("Saves an output document to a file."),
+            "", kSaveDetails},
+    Command{"OUTPUT MODIFY", "outmodify_", outmodify_,
+            localizable("Changes objects of output documents."), "", kModifyDetails},
     Command{"OUTPUT EXPORT", "outexport_", outexport_,
-            "Exports an output document, or the charts and tables of one as images.", "",
-            kExportDetails},
-    Command{"STB PRINT", "stbprint_", stbprint_, "Lists the texts of the string tables.", "",
-            kStringTableDetails},
+            localizable("Exports an output document, or the charts and tables of one as images."),
+            "", kExportDetails},
+    Command{"STB PRINT", "stbprint_", stbprint_,
+            localizable("Lists the texts of the string tables."), "", kStringTableDetails},
 };
 
 }  // namespace

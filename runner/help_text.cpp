@@ -7,6 +7,7 @@
 
 #include "platform/message/catalogue.h"
 #include "platform/parser/grammar_capture.h"
+#include "platform/strings/localized.h"
 #include "platform/text/multibyte.h"
 
 namespace vornwout {
@@ -154,7 +155,7 @@ std::string commandOverview(std::string_view start) {
   std::string text;
   for (const Command& command : commandTable()) {
     if (isAvailable(command) && command.name.starts_with(words))
-      text += fmt::format("  {:<16} {}\n", command.name, command.summary);
+      text += fmt::format("  {:<16} {}\n", command.name, localizedText(command.summary));
   }
   return text;
 }

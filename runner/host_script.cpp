@@ -32,22 +32,22 @@ constexpr std::size_t kMaxDepth = 64;
 std::string foundType(const Json& json) {
   switch (json.type()) {
     case Json::value_t::null:
-      return "null";
+      return localized("null");
     case Json::value_t::object:
-      return "an object";
+      return localized("an object");
     case Json::value_t::array:
-      return "a list";
+      return localized("a list");
     case Json::value_t::string:
-      return "a string";
+      return localized("a string");
     case Json::value_t::boolean:
-      return "true or false";
+      return localized("true or false");
     case Json::value_t::number_integer:
     case Json::value_t::number_unsigned:
-      return "a whole number";
+      return localized("a whole number");
     case Json::value_t::number_float:
-      return "a number with decimals";
+      return localized("a number with decimals");
     default:
-      return "something else";
+      return localized("something else");
   }
 }
 
@@ -105,7 +105,7 @@ class ScriptReader {
                                               std::initializer_list<Member> members) {
     std::unordered_set<std::string> given;
     if (!json.is_object()) {
-      failType(json, "an object");
+      failType(json, localized("an object"));
       return given;
     }
     for (const auto& [name, value] : json.items()) {
@@ -129,7 +129,7 @@ class ScriptReader {
   template <typename Element>
   void readList(const Json& json, std::vector<Element>& list,
                 void (ScriptReader::*readElement)(const Json&, Element&)) {
-    if (!json.is_array()) return failType(json, "a list");
+    if (!json.is_array()) return failType(json, localized("a list"));
     for (const Json& element : json) {
       if (error_) return;
       below(std::to_string(list.size()),
@@ -138,12 +138,12 @@ class ScriptReader {
   }
 
   void readFlag(const Json& json, bool& flag) {
-    if (!json.is_boolean()) return failType(json, "true or false");
+    if (!json.is_boolean()) return failType(json, localized("true or false"));
     flag = json.get<bool>();
   }
 
   void readInteger(const Json& json, int& number) {
-    if (!json.is_number_integer()) return failType(json, "a whole number");
+    if (!json.is_number_integer()) return failType(json, localized("a whole number"));
     constexpr auto kMin = std::numeric_limits<int>::min();
     constexpr auto kMax = std::numeric_limits<int>::max();
     const bool fits = json.is_number_unsigned()
@@ -157,7 +157,7 @@ class ScriptReader {
   }
 
   void readText(const Json& json, std::string& text) {
-    if (!json.is_string()) return failType(json, "a string");
+    if (!json.is_string()) return failType(json, localized("a string"));
     text = json.get<std::string>();
     // Requests and responses carry zero-terminated texts, which would be cut there.
     if (text.find('\0') != std::string::npos)
@@ -170,12 +170,12 @@ class ScriptReader {
   }
 
   void readHandles(const Json& json, std::map<std::string, std::string>& handles) {
-    if (!json.is_object()) return failType(json, "an object");
+    if (!json.is_object()) return failType(json, localized("an object"));
     for (const auto& [name, value] : json.items()) {
       if (error_) return;
       below(name, [&, &handle = name, &directory = value] {
         if (handle.empty()) {
-          return fail(locateJsonName(text_, path_), "a file handle needs a name");
+          return fail(locateJsonName(text_, path_), localized("a file handle needs a name"));
         }
         readText(directory, handles[handle]);
       });
@@ -195,7 +195,7 @@ class ScriptReader {
 
   void readDocument(const Json& json, std::optional<ScriptedResponse::Document>& entry) {
     if (json.is_null()) return;
-    if (!json.is_object()) return failType(json, "an object or null");
+    if (!json.is_object()) return failType(json, localized("an object or null"));
     ScriptedResponse::Document& document = entry.emplace();
     readMembers(json, {{"name", [&](const Json& v) { readText(v, document.name); }},
                        {"active", [&](const Json& v) { readFlag(v, document.active); }}});
@@ -247,7 +247,7 @@ class ScriptReader {
         json, {{"response",
                 [&](const Json& v) {
                   // Byte for byte, whatever it holds: a host may answer anything.
-                  if (!v.is_string()) return failType(v, "a string");
+                  if (!v.is_string()) return failType(v, localized("a string"));
                   call.result = v.get<std::string>();
                 }},
                {"response_spec", [&](const Json& v) { readResponseSpec(v, call.result); }},
@@ -271,16 +271,18 @@ class ScriptReader {
                  {"image_count",
                   [&](const Json& v) {
                     if (v.is_null()) return;
-                    if (!v.is_number_integer()) return failType(v, "a whole number or null");
+                    if (!v.is_number_integer())
+                      return failType(v, localized("a whole number or null"));
                     readInteger(v, response.imageCount.emplace());
-                    if (!error_ && *response.imageCount < 0) failType(v, "0 or more, or null");
+                    if (!error_ && *response.imageCount < 0)
+                      failType(v, localized("0 or more, or null"));
                   }},
                  {"warnings", [&](const Json& v) { readWarnings(v, response); }}});
     if (!error_) xml = exportResponseXml(response);
   }
 
   void readWarnings(const Json& json, ExportResponse& response) {
-    if (!json.is_array()) return failType(json, "a list");
+    if (!json.is_array()) return failType(json, localized("a list"));
     if (json.size() > response.warnings.size()) {
       return failHere(localized("expected at most ^1 lists, one per warning code, found ^2",
                                 response.warnings.size(), json.size()));

@@ -191,8 +191,9 @@ void JobRunner::callEntry(const Command& known, const TokenizedCommand& command)
     // It is about the whole command, whatever value was read last.
     current.noteRead(nullptr);
     const ParserMessage messages;
-    messages.GenericError("The command was broken off: ^1.",
-                          failure->empty() ? "an unknown failure of the host" : *failure);
+    messages.GenericError(
+        "The command was broken off: ^1.",
+        failure->empty() ? localized("an unknown failure of the host") : *failure);
   }
 }
 

@@ -23,7 +23,7 @@ constexpr std::size_t kMaxPasswordBytes = 10;
 /// In one form of some hundred, five bytes under another key are a password that could be typed.
 constexpr std::size_t kFewPasswordBytes = 6;
 
-constexpr const char* kExplanation =
+constexpr const char* kExplanation = localizable(
     "Reads a password (on a terminal twice, and not shown; otherwise the one line of standard "
     "input)\n"
     "and prints its encrypted form, two digits for each byte, for\n"
@@ -39,7 +39,7 @@ constexpr const char* kExplanation =
     "With fewer than 6 bytes, a form made with another key may be taken for a password.\n"
     "The document itself is encrypted with the readable password, by AES-256: who gets that\n"
     "opens it with any zip program. Without it the names and sizes of the document's parts can be\n"
-    "read, and the checksums of those that could not be compressed, as most PNG pictures.";
+    "read, and the checksums of those that could not be compressed, as most PNG pictures.");
 
 /// The password, or why there is none.
 struct Answer {
@@ -60,7 +60,7 @@ Answer readPassword() {
                       answer.password.size(), kMaxPasswordBytes)};
   }
   if (!isTypeablePassword(answer.password)) {
-    return {{}, "The password has control characters, or is not in UTF-8."};
+    return {{}, localized("The password has control characters, or is not in UTF-8.")};
   }
   return answer;
 }
@@ -68,7 +68,8 @@ Answer readPassword() {
 }  // namespace
 
 void addPasswordCommand(CLI::App& application) {
-  application.add_subcommand("password", "Encrypt a password for a job file")->footer(kExplanation);
+  application.add_subcommand("password", localized("Encrypt a password for a job file"))
+      ->footer(localized(kExplanation));
 }
 
 int runPasswordCommand() {

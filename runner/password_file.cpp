@@ -37,7 +37,8 @@ class InputFile {
 std::variant<std::string, PasswordFileError> askForPassword(PasswordUse use) {
   HiddenInput input;
   const auto first = input.ask("Password: ");
-  const auto second = first && use == PasswordUse::kNew ? input.ask("The same again: ") : first;
+  const auto second =
+      first && use == PasswordUse::kNew ? input.ask(localized("The same again: ")) : first;
   if (!second) return PasswordFileError{localized("No password was given.")};
   if (*first != *second) return PasswordFileError{localized("The two passwords differ.")};
   if (first->empty()) return PasswordFileError{localized("The password is empty.")};
@@ -52,7 +53,7 @@ std::variant<std::string, PasswordFileError> askForPassword(PasswordUse use) {
 std::variant<std::string, PasswordFileError> readPasswordFile(const std::string& path,
                                                               PasswordUse use) {
   if (path == "-" && isatty(STDIN_FILENO) != 0) return askForPassword(use);
-  const std::string name = path == "-" ? "standard input" : "file " + path;
+  const std::string name = path == "-" ? localized("standard input") : localized("file ^1", path);
   const auto systemError = [&] {
     return PasswordFileError{
         localized("The password's ^1 cannot be read: ^2.", name, std::strerror(errno))};

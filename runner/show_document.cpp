@@ -57,8 +57,8 @@ int writeRaw(std::ostream& out, const OutlineEntry& entry, bool isTerminal) {
     const ContentView content(entry.object->content);
     const auto* media = std::get_if<MediaContent>(&*content);
     if (media == nullptr) {
-      return refuse(localized("Object ^1 holds a ^2; --raw writes charts and models.", entry.number,
-                              objectTypeName(entry.object->type)));
+      return refuse(localized("Object ^1 is a ^2; --raw writes charts and models.", entry.number,
+                              localized(objectTypeName(entry.object->type))));
     }
     // The bytes come from anywhere, and a terminal obeys some of them.
     if (isTerminal)
@@ -66,8 +66,8 @@ int writeRaw(std::ostream& out, const OutlineEntry& entry, bool isTerminal) {
     if (media->bytes != nullptr) out << *media->bytes;
     return kExitSuccess;
   } catch (const StoreError& error) {
-    std::cerr << localized("vornwout: error: Object ^1 cannot be read. ^2\n", entry.number,
-                           error.what());
+    std::cerr << fmt::format("vornwout: error: {}\n",
+                             localized("Object ^1 cannot be read. ^2", entry.number, error.what()));
     return kExitErrors;
   }
 }
@@ -130,7 +130,9 @@ std::unique_ptr<Document> open(const ShowOptions& options) {
     progress.hide();
     std::string text = localized("^1 cannot be opened. ^2", options.file, error.what());
     if (error.kind() == StoreError::Kind::kWrongPassword) {
-      text += options.passwordFile.empty() ? " Give its password with --password-file." : "";
+      if (options.passwordFile.empty()) {
+        text += " " + localized("Give its password with --password-file.");
+      }
     }
     refuse(text);
     return nullptr;
@@ -145,29 +147,34 @@ std::optional<std::string> variable(const char* name) {
 }  // namespace
 
 void addShowCommand(CLI::App& application, ShowOptions& options) {
-  CLI::App* show = application.add_subcommand("show", "Show a document's outline and contents");
-  show->add_option("file", options.file, "A document, QXV or QXW")->required()->type_name("FILE");
-  auto* outline = show->add_flag("--outline", options.outline, "Show the outline only");
+  CLI::App* show =
+      application.add_subcommand("show", localized("Show a document's outline and contents"));
+  show->add_option("file", options.file, localized("A document, QXV or QXW"))
+      ->required()
+      ->type_name("FILE");
+  auto* outline = show->add_flag("--outline", options.outline, localized("Show the outline only"));
   auto* object = show->add_option("--object", options.object,
-                                  "Show one object only, by its number in the outline");
+                                  localized("Show one object only, by its number in the outline"));
   object->type_name("NUMBER");
-  auto* raw = show->add_flag("--raw", options.raw, "Write the bytes of a chart or model");
-  auto* json = show->add_flag("--json", options.json, "Write JSON, for other programs");
+  auto* raw =
+      show->add_flag("--raw", options.raw, localized("Write the bytes of a chart or model"));
+  auto* json = show->add_flag("--json", options.json, localized("Write JSON, for other programs"));
   raw->needs(object)->excludes(json)->excludes(outline);
   show->add_option("--password-file", options.passwordFile,
-                   "Read the document's password from FILE; - is standard input")
+                   localized("Read the document's password from FILE; - is standard input"))
       ->type_name("FILE");
-  show->add_option("--width", options.width, "Columns to fit into (default: the terminal's)")
+  show->add_option("--width", options.width,
+                   localized("Columns to fit into (default: the terminal's)"))
       ->check(CLI::Range(1, kWidest))
       ->type_name("NUMBER");
-  show->add_option("--color", options.color, "Colours: auto (default), always or never")
+  show->add_option("--color", options.color, localized("Colours: auto (default), always or never"))
       ->check(CLI::IsMember({"auto", "always", "never"}))
       ->type_name("WHEN");
-  show->add_flag("--no-pager", options.noPager, "Do not turn pages on a terminal");
-  show->footer(
+  show->add_flag("--no-pager", options.noPager, localized("Do not turn pages on a terminal"));
+  show->footer(localized(
       "On a terminal the output is shown by $VORNWOUT_PAGER, $PAGER or less.\n"
       "Exit status: 0, 1 when a part of the document could not be read, 2 for wrong usage or a\n"
-      "file that cannot be opened.");
+      "file that cannot be opened."));
 }
 
 int showDocument(std::ostream& out, const Document& document, const ShowOptions& options,
@@ -175,7 +182,7 @@ int showDocument(std::ostream& out, const Document& document, const ShowOptions&
   Entries all = outlineOf(document.root());
   if (options.object &&
       (*options.object < 1 || *options.object > static_cast<std::int64_t>(all.size()))) {
-    return refuse(all.empty() ? std::string("The document has no objects.")
+    return refuse(all.empty() ? std::string(localized("The document has no objects."))
                               : localized("There is no object ^1; the document has ^2.",
                                           *options.object, all.size()));
   }

@@ -30,7 +30,8 @@ void prepareStandardStreams() {
     // a job from a standard input that was closed is an error, not an empty job.
     const int opened = open("/dev/null", O_WRONLY);
     if (opened != descriptor) {
-      throw std::system_error(errno, std::generic_category(), "a closed standard stream");
+      throw std::system_error(errno, std::generic_category(),
+                              localized("a closed standard stream"));
     }
   }
   inheritedHandler = std::signal(SIGPIPE, SIG_IGN);

@@ -122,7 +122,7 @@ std::uint64_t DiskFiles::sizeOf(const std::string& name) {
 std::unique_ptr<ByteSource> DiskFiles::open(const std::string& name) {
   const std::string shown = shownName(name);
   if (name.empty() || name.find('\0') != std::string::npos) {
-    throw BuildError::unreadable(shown, "This is no name of a file.");
+    throw BuildError::unreadable(shown, localized("This is no name of a file."));
   }
   checkReach(name);
   const std::string path = (fs::path(folder_) / name).string();
@@ -137,11 +137,13 @@ std::unique_ptr<ByteSource> DiskFiles::open(const std::string& name) {
   if (::fstat(descriptor, &facts) != 0) {
     throw BuildError::unreadable(shown, localized("It cannot be read: ^1.", systemReason(errno)));
   }
-  if (S_ISDIR(facts.st_mode)) throw BuildError::unreadable(shown, "It is a folder, not a file.");
+  if (S_ISDIR(facts.st_mode))
+    throw BuildError::unreadable(shown, localized("It is a folder, not a file."));
   if (S_ISREG(facts.st_mode)) return source;
   if (reach_ == FileReach::kFolder) {
-    throw BuildError::unreadable(shown, "It is no ordinary file.",
-                                 "Pipes and devices are read with --allow-outside only.");
+    throw BuildError::unreadable(
+        shown, localized("It is no ordinary file."),
+        localized("Pipes and devices are read with --allow-outside only."));
   }
   return std::make_unique<MemorySource>(readRest(*source, shown, kMaxPipeBytes));
 }

@@ -8,6 +8,8 @@
 
 #include <unicode/coll.h>
 
+#include "platform/strings/localized.h"
+
 namespace vornwout {
 namespace {
 
@@ -21,7 +23,7 @@ std::vector<std::string> collationKeys(const std::vector<const std::string*>& la
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<icu::Collator> collator(
       icu::Collator::createInstance(icu::Locale::getRoot(), status));
-  if (U_FAILURE(status)) throw std::runtime_error("ICU gives no collation rules.");
+  if (U_FAILURE(status)) throw std::runtime_error(localized("ICU gives no collation rules."));
   std::vector<std::string> keys;
   keys.reserve(labels.size());
   std::vector<std::uint8_t> buffer(256);

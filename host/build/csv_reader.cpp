@@ -165,7 +165,7 @@ class RecordCollector {
           ends_.size() == 1
               ? localized("This row has 1 field, the header has ^1.", columns_)
               : localized("This row has ^1 fields, the header has ^2.", ends_.size(), columns_),
-          "A field with the separator or a line break in it needs quotes around it."};
+          localized("A field with the separator or a line break in it needs quotes around it.")};
     }
     fields_.clear();
     std::size_t start = 0;
@@ -180,8 +180,8 @@ class RecordCollector {
   }
 
   [[noreturn]] void throwTooLong() const {
-    throw BadRecord{record_, ends_.size(), "The field is longer than 16 MiB.",
-                    "Look whether a quote is missing at its end."};
+    throw BadRecord{record_, ends_.size(), localized("The field is longer than 16 MiB."),
+                    localized("Look whether a quote is missing at its end.")};
   }
 
   void rethrow() {
@@ -209,8 +209,9 @@ bool isCsvSeparator(char c) {
 CsvReader::CsvReader(ByteSource& source, std::string file, CsvOptions options)
     : source_(source), file_(std::move(file)), options_(std::move(options)) {
   if (!Utf8Stream::isKnown(options_.encoding)) {
-    throw BuildError(file_, {}, localized("There is no encoding ^1.", options_.encoding),
-                     "UTF-8, UTF-16, windows-1252 and Shift-JIS are some of those there are.");
+    throw BuildError(
+        file_, {}, localized("There is no encoding ^1.", options_.encoding),
+        localized("UTF-8, UTF-16, windows-1252 and Shift-JIS are some of those there are."));
   }
 }
 
@@ -241,25 +242,26 @@ void CsvReader::read(const Handler& handler) {
         const std::uint64_t refused = preamble_ + collector.refusedAt();
         const bool isQuote = text[static_cast<std::size_t>(refused - given)] == '"';
         refuseAt(refused,
-                 isQuote ? "A quote stands within a field that does not start with one."
-                         : "Something stands behind the quote that closes the field.",
-                 "Put the whole field in quotes and double the quotes within it.");
+                 isQuote ? localized("A quote stands within a field that does not start with one.")
+                         : localized("Something stands behind the quote that closes the field."),
+                 localized("Put the whole field in quotes and double the quotes within it."));
       }
       given += text.size();
     }
     if (!collector.finish()) {
       throw BadRecord{collector.record(), collector.field(),
-                      "The quote that opens this field is never closed.",
+                      localized("The quote that opens this field is never closed."),
                       "Put a quote at the field's end; within it quotes are doubled."};
     }
     if (collector.record() == 0) {
-      throw BuildError(file_, {1, 1}, "The file is empty.", "Its first line names the columns.");
+      throw BuildError(file_, {1, 1}, localized("The file is empty."),
+                       localized("Its first line names the columns."));
     }
   } catch (const BadRecord& bad) {
     throw BuildError(file_, placeOf(bad.record, bad.field), bad.text, bad.help);
   } catch (const InvalidByte& invalid) {
     refuseAt(given + invalid.before.size(), invalid.what,
-             "Say in which encoding the file is, or save it as UTF-8.");
+             localized("Say in which encoding the file is, or save it as UTF-8."));
   }
 }
 

@@ -66,12 +66,12 @@ class DocumentBuilder {
     if (++count_ > kMaxManifestObjects) {
       reader_.refuse(localized("There are more than ^1 objects.", kMaxManifestObjects));
     }
-    if (!json.is_object()) reader_.refuseType(json, "an object");
+    if (!json.is_object()) reader_.refuseType(json, localized("an object"));
     std::size_t type = 0;
     const auto given = json.find("type");
     if (given == json.end()) {
       reader_.refuse(localized("\"type\" is missing here."),
-                     "It is \"heading\", \"table\", \"chart\", \"text\" or \"model\".");
+                     localized("It is \"heading\", \"table\", \"chart\", \"text\" or \"model\"."));
     }
     reader_.enter("type", [&] {
       type = reader_.choice(*given, {"heading", "table", "chart", "text", "model"});
@@ -202,7 +202,7 @@ class DocumentBuilder {
     reader_.readMembers(json, members);
     if (markdown.has_value() == text.has_value()) {
       reader_.refuse(localized("A text has either \"markdown\" or \"text\"."),
-                     "\"markdown\" names a file, \"text\" is the text itself.");
+                     localized("\"markdown\" names a file, \"text\" is the text itself."));
     }
     DocumentObject object = markdown ? markdownObject(*markdown, files_) : textObject(*text);
     dress(object, common, runOf(common, around));
@@ -236,7 +236,8 @@ class DocumentBuilder {
         std::all_of(type.begin(), type.begin() + static_cast<std::ptrdiff_t>(slash), isPart) &&
         std::all_of(type.begin() + static_cast<std::ptrdiff_t>(slash) + 1, type.end(), isPart);
     if (!fits)
-      reader_.refuse(localized("This is no media type."), "It is written as \"application/xml\".");
+      reader_.refuse(localized("This is no media type."),
+                     localized("It is written as \"application/xml\"."));
     return type;
   }
 
@@ -253,7 +254,7 @@ class DocumentBuilder {
 void buildFromManifest(std::string_view json, const std::string& file, BuildFiles& files,
                        Document& document) {
   if (json.size() > kMaxManifestBytes) {
-    throw BuildError(file, {}, "The manifest is larger than 64 MiB.");
+    throw BuildError(file, {}, localized("The manifest is larger than 64 MiB."));
   }
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (json.starts_with(kByteOrderMark)) json.remove_prefix(kByteOrderMark.size());

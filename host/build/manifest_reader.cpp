@@ -51,13 +51,16 @@ void ManifestReader::refuseAt(const JsonPath& path, const std::string& message,
 }
 
 std::string ManifestReader::currentName() const {
-  std::string name;
   std::size_t step = path_.size();
-  for (; step > 0 && elements_[step - 1] > 0; --step) {
-    name += fmt::format("{} {} of ", name.empty() ? "Element" : "element", elements_[step - 1]);
+  while (step > 0 && elements_[step - 1] > 0) --step;
+  if (path_.empty()) return localized("The manifest");
+  std::string name = step == 0 ? localized("the manifest") : fmt::format("\"{}\"", path_[step - 1]);
+  for (; step < path_.size(); ++step) {
+    const bool beginsTheSentence = step + 1 == path_.size();
+    name = beginsTheSentence ? localized("Element ^1 of ^2", elements_[step], name)
+                             : localized("element ^1 of ^2", elements_[step], name);
   }
-  if (step == 0) return name + (name.empty() ? "The manifest" : "the manifest");
-  return name + fmt::format("\"{}\"", path_[step - 1]);
+  return name;
 }
 
 void ManifestReader::refuseType(const Json& json, std::string_view expected) const {
@@ -65,7 +68,7 @@ void ManifestReader::refuseType(const Json& json, std::string_view expected) con
 }
 
 void ManifestReader::readMembers(const Json& json, const std::vector<Member>& members) {
-  if (!json.is_object()) refuseType(json, "an object");
+  if (!json.is_object()) refuseType(json, localized("an object"));
   for (const auto& [name, value] : json.items()) {
     const bool isKnown =
         std::any_of(members.begin(), members.end(),
@@ -89,7 +92,7 @@ void ManifestReader::readMembers(const Json& json, const std::vector<Member>& me
 }
 
 void ManifestReader::readList(const Json& json, const std::function<void(const Json&)>& read) {
-  if (!json.is_array()) refuseType(json, "a list");
+  if (!json.is_array()) refuseType(json, localized("a list"));
   for (std::size_t i = 0; i < json.size(); ++i) {
     enterAs(std::to_string(i), i + 1, [&] { read(json[i]); });
   }
@@ -97,14 +100,14 @@ void ManifestReader::readList(const Json& json, const std::function<void(const J
 
 void ManifestReader::readEntries(const Json& json,
                                  const std::function<void(const std::string&, const Json&)>& read) {
-  if (!json.is_object()) refuseType(json, "an object");
+  if (!json.is_object()) refuseType(json, localized("an object"));
   for (const auto& [name, value] : json.items()) {
     enter(name, [&, &given = name, &inner = value] { read(given, inner); });
   }
 }
 
 std::string ManifestReader::text(const Json& json) const {
-  if (!json.is_string()) refuseType(json, "a text");
+  if (!json.is_string()) refuseType(json, localized("a text"));
   return json.get<std::string>();
 }
 
@@ -115,12 +118,12 @@ std::string ManifestReader::name(const Json& json) const {
 }
 
 bool ManifestReader::flag(const Json& json) const {
-  if (!json.is_boolean()) refuseType(json, "true or false");
+  if (!json.is_boolean()) refuseType(json, localized("true or false"));
   return json.get<bool>();
 }
 
 double ManifestReader::number(const Json& json, double least, double most) const {
-  if (!json.is_number()) refuseType(json, "a number");
+  if (!json.is_number()) refuseType(json, localized("a number"));
   const auto value = json.get<double>();
   if (!(value >= least && value <= most)) {
     refuse(localized("The number is not between ^1 and ^2.", least, most));

@@ -8,6 +8,7 @@
 #include "host/build/png_check.h"
 #include "host/build/svg_sanitizer.h"
 #include "host/build/table_builder.h"
+#include "platform/strings/localized.h"
 #include "platform/text/json_locator.h"
 #include "platform/text/utf8.h"
 
@@ -53,7 +54,7 @@ DocumentObject chartObject(const std::string& file, BuildFiles& files) {
       const bool hasPlace = error.offset() != std::string::npos;
       throw BuildError(files.shownName(file),
                        hasPlace ? placeInText(bytes, error.offset()) : SourcePlace{}, error.what(),
-                       "Charts are files in SVG or PNG.");
+                       localized("Charts are files in SVG or PNG."));
     }
   }
   return objectOf(ObjectType::kChart, std::move(content), file);
@@ -67,7 +68,8 @@ DocumentObject markdownObject(const std::string& file, BuildFiles& files) {
       at += static_cast<std::size_t>(length);
     }
     throw BuildError(files.shownName(file), placeInText(markdown, at),
-                     "This byte is no character in UTF-8.", "Save the text as UTF-8.");
+                     localized("This byte is no character in UTF-8."),
+                     localized("Save the text as UTF-8."));
   }
   return objectOf(ObjectType::kText, textFromMarkdown(markdown), file);
 }

@@ -78,7 +78,7 @@ std::string pngProblem(std::string_view bytes) {
     const bool isName = std::all_of(name.begin(), name.end(), [](char c) {
       return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
     });
-    if (!isName) return "A part of the picture has no name.";
+    if (!isName) return localized("A part of the picture has no name.");
     const std::string_view covered = bytes.substr(at + 4, length + 4);
     if (checksumOf(covered) != numberAt(bytes, at + 8 + length)) {
       return localized("The picture is damaged: the checksum of its part ^1 does not fit.", name);

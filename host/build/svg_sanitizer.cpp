@@ -485,7 +485,7 @@ std::string sanitizeSvg(std::string_view svg) {
   const pugi::xml_parse_result result =
       document.load_buffer(text.data(), text.size(), kParts, pugi::encoding_utf8);
   if (!result) {
-    throw SvgError(std::string("The chart is no well-formed XML: ") + result.description() + ".",
+    throw SvgError(localized("The chart is no well-formed XML: ^1.", result.description()),
                    static_cast<std::size_t>(std::max<std::ptrdiff_t>(result.offset, 0)));
   }
   ShapeCheck().check(document);

@@ -198,7 +198,7 @@ class TableMaker {
       throw BuildError(reader_.file(),
                        reader_.placeOf(0, static_cast<std::size_t>(second - header_.begin())),
                        localized("There are two columns \"^1\".", column.name),
-                       "Give one of them another name.");
+                       localized("Give one of them another name."));
     }
     if (!used_.insert(field).second) {
       throw DescriptionError(column.path,
@@ -239,7 +239,7 @@ class TableMaker {
       if (axis.tree.leafOf({&label, 1}) != static_cast<int>(i)) {
         throw DescriptionError(value.column.path,
                                localized("Two value columns are called \"^1\".", label),
-                               "Give one of them a label of its own.");
+                               localized("Give one of them a label of its own."));
       }
     }
   }
@@ -253,7 +253,7 @@ class TableMaker {
 
   void readRow(std::uint64_t record, std::span<const std::string_view> fields) {
     if (record > std::numeric_limits<std::uint32_t>::max()) {
-      throw BuildError(reader_.file(), {}, "The file has too many rows.");
+      throw BuildError(reader_.file(), {}, localized("The file has too many rows."));
     }
     if (record <= kSampledRows) sampleRow(record, fields);
     at_.resize(axes_.size());
@@ -335,8 +335,9 @@ class TableMaker {
       return;
     }
     if (withoutBlanks(text).empty()) {
-      throw BuildError(reader_.file(), placeOf(value), "The value is made of blanks only.",
-                       "Leave the field empty where there is no value.");
+      throw BuildError(reader_.file(), placeOf(value),
+                       localized("The value is made of blanks only."),
+                       localized("Leave the field empty where there is no value."));
     }
     if (isDate) {
       throw BuildError(reader_.file(), placeOf(value),
@@ -349,7 +350,7 @@ class TableMaker {
     if (isTooLargeNumber(text, description_.marks)) {
       throw BuildError(reader_.file(), placeOf(value),
                        localized("The number \"^1\" is too large.", shortened(text)),
-                       "The largest is about 1.8e308.");
+                       localized("The largest is about 1.8e308."));
     }
     throw BuildError(
         reader_.file(), placeOf(value), localized("\"^1\" is no number.", shortened(text)),
@@ -553,7 +554,8 @@ class TableMaker {
         isUsed = true;
       }
       if (!isUsed) {
-        throw DescriptionError(extended(note.path, {"at"}), "There is no cell with these labels.");
+        throw DescriptionError(extended(note.path, {"at"}),
+                               localized("There is no cell with these labels."));
       }
     }
   }

@@ -75,8 +75,9 @@ class TableReader {
   void readEncoding(const Json& json) const {
     table_.csvOptions.encoding = reader_.name(json);
     if (!Utf8Stream::isKnown(table_.csvOptions.encoding)) {
-      reader_.refuse(localized("There is no encoding ^1.", table_.csvOptions.encoding),
-                     "UTF-8, UTF-16, windows-1252 and Shift-JIS are some of those there are.");
+      reader_.refuse(
+          localized("There is no encoding ^1.", table_.csvOptions.encoding),
+          localized("UTF-8, UTF-16, windows-1252 and Shift-JIS are some of those there are."));
     }
   }
 
@@ -84,8 +85,9 @@ class TableReader {
     const std::string text = reader_.text(json);
     const auto format = parseDisplayFormat(text);
     if (!format) {
-      reader_.refuse(localized("\"^1\" is no display format.", text),
-                     "A format is a name, a width and decimals: F8.2, COMMA10, PCT5.1, DATE11.");
+      reader_.refuse(
+          localized("\"^1\" is no display format.", text),
+          localized("A format is a name, a width and decimals: F8.2, COMMA10, PCT5.1, DATE11."));
     }
     return *format;
   }
@@ -117,7 +119,8 @@ class TableReader {
       dimension.columns.push_back({reader_.name(name), relativePath()});
     };
     if (json.is_string()) return add(json);
-    if (!json.is_array()) reader_.refuseType(json, "a column, a list of columns or an object");
+    if (!json.is_array())
+      reader_.refuseType(json, localized("a column, a list of columns or an object"));
     if (json.empty()) reader_.refuse(localized("A dimension needs a column."));
     reader_.readList(json, add);
   }
@@ -215,11 +218,12 @@ std::vector<ManifestReader::Member> tableMembers(ManifestReader& reader, TableDe
 void finishTable(const ManifestReader& reader, TableDescription& table) {
   if (table.values.empty()) {
     reader.refuse(localized("The table has no values."),
-                  "\"value\" names the column that holds them.");
+                  localized("\"value\" names the column that holds them."));
   }
   if (table.dimensions.empty()) {
-    reader.refuse(localized("The table has no dimensions."),
-                  "\"rows\", \"columns\" and \"layers\" list the columns of its labels.");
+    reader.refuse(
+        localized("The table has no dimensions."),
+        localized("\"rows\", \"columns\" and \"layers\" list the columns of its labels."));
   }
   if (table.marks.decimal == table.marks.thousands) {
     reader.refuse(localized("Decimal mark and thousands separator are the same."));

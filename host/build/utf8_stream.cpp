@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/strings/localized.h"
 #include "platform/text/utf8.h"
 
 namespace vornwout {
@@ -168,7 +169,7 @@ std::string_view Utf8Stream::next() {
     if (started_) length = wholeLength();
     if (length == 0 && !atEnd_) {
       if (bytes_.size() - consumed_ > kMaxLine) {
-        refuse({}, "A line is longer than 256 MiB.");
+        refuse({}, localized("A line is longer than 256 MiB."));
       }
       fill();
       if (!started_) readMark();
@@ -210,12 +211,13 @@ char32_t Utf8Stream::unitAt(std::size_t at) const {
 
 void Utf8Stream::convertUtf16(std::size_t length) {
   for (std::size_t at = 0; at < length; at += 2) {
-    if (at + 1 == length) refuse(converted_, "The file ends within a character of UTF-16.");
+    if (at + 1 == length)
+      refuse(converted_, localized("The file ends within a character of UTF-16."));
     char32_t unit = unitAt(at);
     if (unit >= 0xD800 && unit < 0xE000) {
       const char32_t low = unit < 0xDC00 && at + 3 < length ? unitAt(at + 2) : 0;
       if (low < 0xDC00 || low >= 0xE000) {
-        refuse(converted_, "Half a character of UTF-16 stands alone.");
+        refuse(converted_, localized("Half a character of UTF-16 stands alone."));
       }
       unit = 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
       at += 2;
@@ -226,7 +228,8 @@ void Utf8Stream::convertUtf16(std::size_t length) {
 
 void Utf8Stream::convertUtf32(std::size_t length) {
   for (std::size_t at = 0; at < length; at += 4) {
-    if (at + 4 > length) refuse(converted_, "The file ends within a character of UTF-32.");
+    if (at + 4 > length)
+      refuse(converted_, localized("The file ends within a character of UTF-32."));
     char32_t character = 0;
     for (std::size_t i = 0; i < 4; ++i) {
       const std::size_t byte = form_ == Form::kUtf32Big ? i : 3 - i;

@@ -12,6 +12,7 @@
 #include "host/changes/index_text.h"
 #include "host/document/content_view.h"
 #include "host/store/store_error.h"
+#include "platform/strings/localized.h"
 #include "platform/text/display_width.h"
 #include "platform/text/shortened_text.h"
 
@@ -63,24 +64,17 @@ Concerned concernedBy(ObjectType type) {
 
 /// As a reason is, after the object that it is about.
 std::string reasonIn(const DocumentObject& object, const std::string& reason) {
-  if (object.label.empty()) return "in an object without a label, " + reason;
+  if (object.label.empty()) return localized("in an object without a label, ^1", reason);
   constexpr int kLeastColumns = 7;
   constexpr int kMostColumns = 24;
   const int room = kReasonColumns - displayWidth(reason) - displayWidth("in \"\", ");
-  return fmt::format("in \"{}\", {}",
-                     textHead(object.label, std::clamp(room, kLeastColumns, kMostColumns)), reason);
+  return localized("in \"^1\", ^2",
+                   textHead(object.label, std::clamp(room, kLeastColumns, kMostColumns)), reason);
 }
 
 /// Why a content cannot be read. The part of the file that it lies in tells less than the object's
 /// label, and there is no room for both.
-std::string reasonOf(const StoreError& error) {
-  const std::string clause = clauseOf(error.what());
-  for (const std::string_view words : {" cannot be read: ", " cannot be shown. "}) {
-    const std::size_t at = clause.find(words);
-    if (at != std::string::npos) return clauseOf(clause.substr(at + words.size()));
-  }
-  return clause;
-}
+std::string reasonOf(const StoreError& error) { return clauseOf(error.detail()); }
 
 /// Index numbers go on as far as there are numbers.
 int nextIndex(int number) {

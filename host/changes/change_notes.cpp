@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <string_view>
 
+#include "platform/strings/language.h"
+#include "platform/strings/localized.h"
+
 namespace vornwout {
 namespace {
 
@@ -24,19 +27,13 @@ std::string harmless(std::string value) {
 
 }  // namespace
 
-std::string chartTemplateName(std::size_t number) {
-  const std::size_t last = number % 10;
-  const bool isTeen = number / 10 % 10 == 1;
-  const char* const ending = isTeen || last == 0 || last > 3 ? "th"
-                             : last == 1                     ? "st"
-                             : last == 2                     ? "nd"
-                                                             : "rd";
-  return "the " + std::to_string(number) + ending + " chart template";
-}
+std::string chartTemplateName(std::size_t number) { return localized("chart template ^1", number); }
 
 std::string clauseOf(std::string sentence) {
   if (sentence.ends_with('.')) sentence.pop_back();
-  if (!sentence.empty() && sentence[0] >= 'A' && sentence[0] <= 'Z') {
+  // Other languages have words that begin so wherever they stand.
+  if (currentLanguage() == kOriginalLanguage && !sentence.empty() && sentence[0] >= 'A' &&
+      sentence[0] <= 'Z') {
     sentence[0] = static_cast<char>(sentence[0] - 'A' + 'a');
   }
   return sentence;

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/strings/localized.h"
+
 namespace vornwout {
 
 /// What of a reason is seen in whole: messages show 80 columns of it, and "because " is before it.
@@ -23,8 +25,8 @@ class ChangeError : public std::runtime_error {
 };
 
 // What refusals call the files that a command embeds.
-inline constexpr const char* kTableLookName = "the table look";
-/// "the 2nd chart template" of a group, from 1.
+inline constexpr const char* kTableLookName = localizable("the table look");
+/// "chart template 2" of a group, from 1.
 std::string chartTemplateName(std::size_t number);
 
 /// Of a table that cannot be laid out.

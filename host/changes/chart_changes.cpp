@@ -29,7 +29,7 @@ ChartStyle readStyle(const std::string& name, const Parse& parse, const std::str
   try {
     return parse(content);
   } catch (const LookError& error) {
-    throw ChangeError(fmt::format("in {}, {}", name, error.what()));
+    throw ChangeError(localized("in ^1, ^2", name, error.what()));
   }
 }
 
@@ -56,7 +56,8 @@ ChartChanger::ChartChanger(const GraphChange& change) {
       throw ChangeError(localized("there is no style sheet ^1 in the Looks folder",
                                   textHead(change.styleSheet, kShownColumns)));
     }
-    const std::string name = "the style sheet " + textHead(change.styleSheet, kSheetColumns);
+    const std::string name =
+        localized("the style sheet ^1", textHead(change.styleSheet, kSheetColumns));
     styles_.push_back(readStyle(name, parseChartStyleSheet, sheet));
   }
   std::size_t templates = 0;

@@ -514,7 +514,7 @@ TableChange readTable(pugi::xml_node element) {
     if (isLayer) {
       change.layers.push_back(readLayer(child));
     } else {
-      change.look = innerXml(child, kTableLookName);
+      change.look = innerXml(child, localized(kTableLookName));
     }
   }
   return change;

@@ -73,7 +73,7 @@ std::vector<EmbeddedFile> embeddedFiles(std::string_view xml, std::size_t last) 
     for (const std::string_view element : {std::string_view("tableLook"), kTemplate}) {
       if (!rest.starts_with(element) || !rest.substr(element.size()).starts_with('>')) continue;
       EmbeddedFile file;
-      file.name = element == kTemplate ? chartTemplateName(++templates) : kTableLookName;
+      file.name = element == kTemplate ? chartTemplateName(++templates) : localized(kTableLookName);
       file.begin = at + element.size() + 2;
       const std::size_t end = xml.find(fmt::format("</{}>", element), file.begin);
       file.content = xml.substr(file.begin, std::min(end, xml.size()) - file.begin);

@@ -18,6 +18,7 @@
 #include "host/looks/look_element.h"
 #include "host/looks/table_look_xml.h"
 #include "platform/pivot/cell_text.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -132,7 +133,7 @@ std::optional<Shared<TableLook>> lookOf(const TableChange& change) {
   try {
     if (!change.look.empty()) return Shared<TableLook>(parseTableLook(change.look));
   } catch (const LookError& error) {
-    throw ChangeError(fmt::format("in {}, {}", kTableLookName, error.what()));
+    throw ChangeError(localized("in ^1, ^2", localizedText(kTableLookName), error.what()));
   }
   if (change.usesDefaultLook) return Shared<TableLook>(defaultTableLook());
   return std::nullopt;

@@ -73,7 +73,8 @@ std::optional<FileLock> lockToOpen(const std::string& path) {
     if (error.kind() != StoreError::Kind::kNotWritten) throw;
     throw StoreError(error.kind(), localized("^1 LOCK=NO opens it.", error.what()));
   }
-  if (!lock) throw StoreError(StoreError::Kind::kLocked, "Another process has locked it.");
+  if (!lock)
+    throw StoreError(StoreError::Kind::kLocked, localized("Another process has locked it."));
   return lock;
 }
 
@@ -94,11 +95,12 @@ std::string passwordToSave(const VornwMsgOutputControllerRequest& request) {
   if (request.getEncryptPassword() != OutputDocumentEncryptPW::kYes) return password;
   // Who asks for an encrypted form wants protection: without a password there would be none.
   if (password.empty()) {
-    throw StoreError(StoreError::Kind::kNotWritten, "ENCRYPTEDPW needs PASSWORD.");
+    throw StoreError(StoreError::Kind::kNotWritten, localized("ENCRYPTEDPW needs PASSWORD."));
   }
   if (!looksEncrypted(password)) {
-    throw StoreError(StoreError::Kind::kNotWritten,
-                     "Its password is not in the encrypted form that vornwout password makes.");
+    throw StoreError(
+        StoreError::Kind::kNotWritten,
+        localized("Its password is not in the encrypted form that vornwout password makes."));
   }
   const std::optional<Secret> meant = decrypted(password);
   if (!meant) {

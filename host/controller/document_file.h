@@ -12,10 +12,12 @@
 #include "host/store/file_lock.h"
 #include "host/store/store_error.h"
 #include "platform/adapter/controller_messages.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 
-inline constexpr const char* kLockedByAnother = "The file ^1 is locked by another process.";
+inline constexpr const char* kLockedByAnother =
+    localizable("The file ^1 is locked by another process.");
 
 /// The system's path of a request's, which is in the current encoding.
 std::string documentPath(const char* text);

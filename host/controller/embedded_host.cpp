@@ -11,6 +11,7 @@
 #include "host/export/export_output.h"
 #include "platform/exportspec/export_xml.h"
 #include "platform/exportspec/schema_reader.h"
+#include "platform/strings/localized.h"
 #include "platform/text/encoding.h"
 #include "platform/text/shortened_text.h"
 
@@ -26,7 +27,7 @@ std::string EmbeddedHost::ExportOutput(const std::string& exportXml) {
     return exportResponseXml(exportOutput(readExportXml(exportXml), controller_));
   } catch (const XmlError& error) {
     throw std::runtime_error(currentEncoding().fromUtf8(
-        std::string("because the export document cannot be read: ") + error.what()));
+        localized("because the export document cannot be read: ^1", error.what())));
   } catch (const std::runtime_error& error) {
     throw std::runtime_error(currentEncoding().fromUtf8(error.what()));
   }
@@ -37,7 +38,7 @@ std::string EmbeddedHost::ModifyOutput(const std::string& modifyXml) {
   try {
     return modify(readModifyRequest(modifyXml));
   } catch (const ChangeError& error) {
-    throw std::runtime_error(currentEncoding().fromUtf8(std::string("because ") + error.what()));
+    throw std::runtime_error(currentEncoding().fromUtf8(localized("because ^1", error.what())));
   }
 }
 
@@ -45,9 +46,9 @@ std::string EmbeddedHost::modify(const ModifyRequest& request) {
   const std::vector<Document*> documents = controller_.documentsNamed(request.documentName);
   if (documents.empty()) {
     const bool isName = !request.documentName.empty() && request.documentName != "*";
-    throw ChangeError(isName ? "there is no open output document named " +
-                                   textHead(request.documentName, kShownColumns)
-                             : "no output document is open");
+    throw ChangeError(isName ? localized("there is no open output document named ^1",
+                                         textHead(request.documentName, kShownColumns))
+                             : localized("no output document is open"));
   }
   ChangeEngine engine(request, isFontInstalled);
   for (Document* document : documents) engine.apply(*document);

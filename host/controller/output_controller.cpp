@@ -25,7 +25,7 @@ namespace vornwout {
 namespace {
 
 constexpr int kErrorLevel = 3;
-constexpr const char* kNoneOpen = "No output documents are open.";
+constexpr const char* kNoneOpen = localizable("No output documents are open.");
 
 /// Fails with the request's own name as the argument, in the bytes that the user wrote: one that is
 /// not valid would not survive the way to UTF-8 and back.
@@ -97,8 +97,9 @@ bool isValidName(const VornwMsgOutputControllerRequest& request,
   if (ValidateVORNNameCheckLastChar(request.getName()) == 0) return true;
   return failForName(
       request, response,
-      "^1 is not a valid name for an output document: a name starts with a letter, goes on with "
-      "letters, digits and the characters . _ $ # @, and does not end with a period.");
+      localizable("^1 is not a valid name for an output document: a name starts with a letter, "
+                  "goes on with "
+                  "letters, digits and the characters . _ $ # @, and does not end with a period."));
 }
 
 }  // namespace
@@ -123,7 +124,7 @@ bool OutputController::SendRequest(const VornwMsgOutputControllerRequest& reques
     case OutputControllerCommand::kSave:
       return saveFile(request, name, response);
   }
-  return fail(response, "The request's command ^1 is unknown.",
+  return fail(response, localizable("The request's command ^1 is unknown."),
               std::to_string(static_cast<int>(request.getCommand())));
 }
 
@@ -145,7 +146,7 @@ bool OutputController::create(const VornwMsgOutputControllerRequest& request,
 bool OutputController::rename(const VornwMsgOutputControllerRequest& request,
                               const std::string& name, VornwMsgOutputControllerResponse& response) {
   if (name.empty()) {
-    return fail(response, "OUTPUT NAME needs a name for the active output document.");
+    return fail(response, localizable("OUTPUT NAME needs a name for the active output document."));
   }
   OpenDocument* active = history_.empty() ? nullptr : history_.back();
   if (!isValidName(request, response) || !isFree(request, name, active, response)) return false;
@@ -164,10 +165,11 @@ bool OutputController::rename(const VornwMsgOutputControllerRequest& request,
 bool OutputController::activate(const VornwMsgOutputControllerRequest& request,
                                 const std::string& name,
                                 VornwMsgOutputControllerResponse& response) {
-  OpenDocument* opened =
-      resolve(request, name,
-              "OUTPUT ACTIVATE needs the name of an open output document, or * for the active one.",
-              response);
+  OpenDocument* opened = resolve(
+      request, name,
+      localizable(
+          "OUTPUT ACTIVATE needs the name of an open output document, or * for the active one."),
+      response);
   if (opened == nullptr) return false;
   history_.splice(history_.end(), history_, opened->inHistory);
   if (request.getMinimized() != OutputDocumentMinimized::kNotApplicable) {
@@ -186,8 +188,9 @@ bool OutputController::close(const VornwMsgOutputControllerRequest& request,
   }
   const OpenDocument* opened = resolve(
       request, name,
-      "OUTPUT CLOSE needs the name of an open output document, * for the active one, or ALL "
-      "for all of them.",
+      localizable(
+          "OUTPUT CLOSE needs the name of an open output document, * for the active one, or ALL "
+          "for all of them."),
       response);
   if (opened == nullptr) return false;
   remove(*opened);
@@ -231,7 +234,7 @@ OpenDocument* OutputController::resolve(const VornwMsgOutputControllerRequest& r
   }
   OpenDocument* document = findByName(name);
   if (document == nullptr) {
-    failForName(request, response, "There is no open output document named ^1.");
+    failForName(request, response, localizable("There is no open output document named ^1."));
   }
   return document;
 }
@@ -241,7 +244,8 @@ bool OutputController::isFree(const VornwMsgOutputControllerRequest& request,
                               VornwMsgOutputControllerResponse& response) const {
   const OpenDocument* other = findByName(name);
   if (other == nullptr || other == owner) return true;
-  return failForName(request, response, "An open output document is already named ^1.");
+  return failForName(request, response,
+                     localizable("An open output document is already named ^1."));
 }
 
 OpenDocument& OutputController::open(const std::string& name, bool minimized) {
@@ -280,7 +284,8 @@ bool OutputController::openFile(const VornwMsgOutputControllerRequest& request,
     std::optional<FileLock> lock;
     if (request.getLock() == OutputDocumentLock::kLocked) {
       if (holderOf(path, nullptr) != nullptr) {
-        return fail(response, "The file ^1 is already open as an output document, and locked.",
+        return fail(response,
+                    localizable("The file ^1 is already open as an output document, and locked."),
                     path);
       }
       lock = lockToOpen(path);
@@ -306,7 +311,8 @@ bool OutputController::saveFile(const VornwMsgOutputControllerRequest& request,
     const auto held = lockOn(*opened, path);
     const FileLock* own = held != opened->locks.end() ? &held->lock : nullptr;
     if (holderOf(path, opened) != nullptr) {
-      return fail(response, "The file ^1 is open as another output document, and locked.", path);
+      return fail(response,
+                  localizable("The file ^1 is open as another output document, and locked."), path);
     }
     SaveOptions options;
     options.type = request.getType() == OutputDocumentType::kUnspecified
@@ -331,7 +337,8 @@ bool OutputController::saveFile(const VornwMsgOutputControllerRequest& request,
                            (request.getLock() == OutputDocumentLock::kUnspecified && wasHeld);
     if (shallLock && saved.lock) opened->locks.push_back({whole, std::move(*saved.lock)});
     if (shallLock && !saved.lock) {
-      warn("^1 was saved, but is not locked, because its file system has no locks.", path);
+      warn(localizable("^1 was saved, but is not locked, because its file system has no locks."),
+           path);
     }
     if (!saved.warning.empty()) {
       warn(localized("The output document ^1 was saved. ^2", "^1", saved.warning), path);
@@ -339,10 +346,10 @@ bool OutputController::saveFile(const VornwMsgOutputControllerRequest& request,
     if (!options.password.empty()) {
       opened->document.setWasEncrypted(true);
     } else if (opened->document.wasEncrypted()) {
-      warn(
-          "The output document was encrypted when it was opened or saved before; ^1 is not. "
-          "/PASSPROTECT encrypts it.",
-          path);
+      warn(localizable(
+               "The output document was encrypted when it was opened or saved before; ^1 is not. "
+               "/PASSPROTECT encrypts it."),
+           path);
     }
     return true;
   } catch (const StoreError& error) {

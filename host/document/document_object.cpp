@@ -4,12 +4,15 @@
 #include <array>
 #include <cstddef>
 
+#include "platform/strings/localized.h"
+
 namespace vornwout {
 namespace {
 
 constexpr std::array<std::string_view, 12> kTypeNames = {
-    "table",      "chart", "text", "log",     "warning", "notes",
-    "page-title", "model", "tree", "heading", "other",   "unknown"};
+    localizable("table"),   localizable("chart"),   localizable("text"),  localizable("log"),
+    localizable("warning"), localizable("notes"),   "page-title",         localizable("model"),
+    localizable("tree"),    localizable("heading"), localizable("other"), localizable("unknown")};
 
 }  // namespace
 

@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 
+#include "platform/strings/localized.h"
+
 namespace vornwout {
 
 void ObjectIndex::update(const DocumentObject& root) {
@@ -19,7 +21,8 @@ void ObjectIndex::forgetFrom(std::size_t position) {
 }
 
 void ObjectIndex::add(const DocumentObject& object, std::uint32_t heading, std::size_t position) {
-  if (places_.size() >= kRoot) throw std::length_error("a document has too many objects");
+  if (places_.size() >= kRoot)
+    throw std::length_error(localized("a document has too many objects"));
   const auto number = static_cast<std::uint32_t>(places_.size());
   places_.push_back({heading, static_cast<std::uint32_t>(position), object.run});
   kindOfObjects_.push_back(kindOf(object));

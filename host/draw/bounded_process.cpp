@@ -110,14 +110,14 @@ bool answer(int descriptor, char kind, std::string_view text) {
     if (confine(bounds)) {
       isAnswered = answer(descriptor, kResult, work());
     } else {
-      isAnswered = answer(descriptor, kError, "a process's memory cannot be bounded");
+      isAnswered = answer(descriptor, kError, localized("a process's memory cannot be bounded"));
     }
   } catch (const std::bad_alloc&) {
     isAnswered = answer(descriptor, kNoMemory, {});
   } catch (const std::exception& error) {
     isAnswered = answer(descriptor, kError, error.what());
   } catch (...) {
-    isAnswered = answer(descriptor, kError, "a library failed while it worked");
+    isAnswered = answer(descriptor, kError, localized("a library failed while it worked"));
   }
   _exit(isAnswered ? 0 : 1);
 }
@@ -164,11 +164,11 @@ class Child {
 std::string endOf(std::optional<int> status, const ProcessBounds& bounds) {
   if (status && WIFSIGNALED(*status)) {
     const int signal = WTERMSIG(*status);
-    if (signal == SIGALRM) return "it does not end";
+    if (signal == SIGALRM) return localized("it does not end");
     if (signal == SIGXCPU) return localized("it takes more than ^1 seconds", bounds.seconds);
     return localized("memory ran out, or it failed (signal ^1)", signal);
   }
-  return "it ended without a result";
+  return localized("it ended without a result");
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "host/store/store_error.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -13,15 +14,15 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Why no file can have this path; empty when one can.
-const char* faultOf(const std::string& path) {
-  if (path.empty()) return "it is empty";
-  if (path.find('\0') != std::string::npos) return "it has a zero byte";
+std::string faultOf(const std::string& path) {
+  if (path.empty()) return localized("it is empty");
+  if (path.find('\0') != std::string::npos) return localized("it has a zero byte");
   const fs::path target(path);
-  if (!target.has_filename()) return "it names a folder";
+  if (!target.has_filename()) return localized("it names a folder");
   std::error_code error;
-  if (fs::is_directory(target, error)) return "it is a folder";
+  if (fs::is_directory(target, error)) return localized("it is a folder");
   const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
-  if (!fs::is_directory(folder, error)) return "its folder is not there";
+  if (!fs::is_directory(folder, error)) return localized("its folder is not there");
   return "";
 }
 
@@ -34,7 +35,7 @@ ReplacedFile& ExportFiles::begin(const std::string& path, ExportErrorCode code) 
   const std::string place = fs::weakly_canonical(path, error).string();
   const bool isTaken = std::any_of(entries_.begin(), entries_.end(),
                                    [&](const Entry& entry) { return entry.path == place; });
-  if (isTaken) throw ExportError(code, "two files of this export would have it");
+  if (isTaken) throw ExportError(code, localized("two files of this export would have it"));
   entries_.push_back({place, std::make_unique<ReplacedFile>(path)});
   return *entries_.back().file;
 }

@@ -11,6 +11,7 @@
 #include "host/export/html/html_exporter.h"
 #include "host/export/text/text_exporter.h"
 #include "host/store/store_error.h"
+#include "platform/strings/language.h"
 #include "platform/strings/localized.h"
 #include "platform/text/encoding.h"
 #include "platform/text/html_text.h"
@@ -60,15 +61,16 @@ std::unique_ptr<DocumentExporter> exporterFor(const ExportSpec& spec) {
       std::find_if(kFormats.begin(), kFormats.end(),
                    [&](const ExportFormat& known) { return known.element == element; });
   if (format != kFormats.end()) return format->make();
-  if (element.empty()) throw std::runtime_error("because no format is asked for");
+  if (element.empty()) throw std::runtime_error(localized("because no format is asked for"));
   std::string name = element;
   for (char& c : name) c = static_cast<char>(c - 'a' + 'A');
   throw std::runtime_error(
       localized("because this version cannot export ^1; it can export HTML and TEXT", name));
 }
 
-/// A sentence as it goes on behind "because".
+/// A sentence as it goes on behind "because"; in other languages it begins as it is.
 std::string asClause(std::string sentence) {
+  if (currentLanguage() != kOriginalLanguage) return sentence;
   const bool isName = sentence.size() > 1 && sentence[1] >= 'A' && sentence[1] <= 'Z';
   if (!isName && !sentence.empty() && sentence[0] >= 'A' && sentence[0] <= 'Z') {
     sentence[0] = static_cast<char>(sentence[0] - 'A' + 'a');
@@ -82,7 +84,8 @@ const Document& documentFor(const ExportSpec& spec, OutputController& controller
   const std::string name = unescapedHtml(spec.global.getName());
   if (name.empty()) {
     const Document* const active = controller.activeDocument();
-    if (active == nullptr) throw ExportError(ExportErrorCode::kNoDocument, "none is open");
+    if (active == nullptr)
+      throw ExportError(ExportErrorCode::kNoDocument, localized("none is open"));
     response.name = active->name();
     return *active;
   }
@@ -90,9 +93,9 @@ const Document& documentFor(const ExportSpec& spec, OutputController& controller
   if (documents.empty()) {
     response.name = name;
     if (controller.documents().empty()) {
-      throw ExportError(ExportErrorCode::kNoDocument, "none is open");
+      throw ExportError(ExportErrorCode::kNoDocument, localized("none is open"));
     }
-    throw ExportError(ExportErrorCode::kNoSuchDocument, "there is no such document");
+    throw ExportError(ExportErrorCode::kNoSuchDocument, localized("there is no such document"));
   }
   response.name = documents.front()->name();
   return *documents.front();
@@ -114,7 +117,7 @@ ExportResponse exportOutput(const ExportSpec& spec, OutputController& controller
     exporter->run({document, scope, spec}, files, response);
     const std::string warning = files.commit();
     // The response has no place for it.
-    if (!warning.empty()) throw std::runtime_error("because " + asClause(warning));
+    if (!warning.empty()) throw std::runtime_error(localized("because ^1", asClause(warning)));
   } catch (const ExportError& error) {
     ExportResponse failed;
     failed.success = false;
@@ -124,9 +127,9 @@ ExportResponse exportOutput(const ExportSpec& spec, OutputController& controller
   } catch (const StoreError& error) {
     if (error.kind() == StoreError::Kind::kLocked) {
       throw std::runtime_error(
-          "because the file is locked, by another process or an open document");
+          localized("because the file is locked, by another process or an open document"));
     }
-    throw std::runtime_error("because " + asClause(error.what()));
+    throw std::runtime_error(localized("because ^1", asClause(error.what())));
   }
   return response;
 }

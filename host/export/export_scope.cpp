@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/export/export_error.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -24,14 +25,14 @@ ShownLayers layersOf(const ExportContentsSpec& contents) {
 ExportScope scopeOf(const Document& document, const ExportContentsSpec& contents) {
   ExportScope scope{outlineOf(document.root()), layersOf(contents)};
   if (scope.entries.empty()) {
-    throw ExportError(ExportErrorCode::kEmptyDocument, "the document is empty");
+    throw ExportError(ExportErrorCode::kEmptyDocument, localized("the document is empty"));
   }
   if (contents.getExport() == ExportContentsSpec::EXPORT_TYPE::ALL) {
     for (OutlineEntry& entry : scope.entries) entry.isShown = true;
   }
   if (std::none_of(scope.entries.begin(), scope.entries.end(),
                    [](const OutlineEntry& entry) { return entry.isShown; })) {
-    throw ExportError(ExportErrorCode::kNothingVisible, "no object is visible");
+    throw ExportError(ExportErrorCode::kNothingVisible, localized("no object is visible"));
   }
   return scope;
 }

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "platform/pivot/cell_text.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -22,7 +23,8 @@ std::vector<int> treeOrder(const std::vector<PivotCategory>& categories) {
   for (int i = count - 1; i >= 0; --i) {
     const int parent = categories[at(i)].parent;
     if (parent >= i || (parent >= 0 && !categories[at(parent)].isGroup)) {
-      throw std::invalid_argument("a category of the table stands in no group before it");
+      throw std::invalid_argument(
+          localized("a category of the table stands in no group before it"));
     }
     nextSibling[at(i)] = firstChild[slot(parent)];
     firstChild[slot(parent)] = i;
@@ -46,7 +48,8 @@ AxisDimension::AxisDimension(const PivotTable& table, std::size_t index)
     : source_(&table.dimensions[index]), index_(index) {
   const auto& categories = source_->categories;
   if (source_->leafCount < 0 || at(source_->leafCount) > categories.size()) {
-    throw std::invalid_argument("a dimension of the table counts categories that it has not");
+    throw std::invalid_argument(
+        localized("a dimension of the table counts categories that it has not"));
   }
   std::vector<int> levels(categories.size(), 0);
   for (std::size_t i = 0; i < categories.size(); ++i) {
@@ -62,7 +65,7 @@ AxisDimension::AxisDimension(const PivotTable& table, std::size_t index)
     if (categories[at(i)].isGroup) continue;
     const int leaf = categories[at(i)].leaf;
     if (leaf < 0 || leaf >= source_->leafCount || ranks_[at(leaf)] != kUnset) {
-      throw std::invalid_argument("a category of the table has no number of its own");
+      throw std::invalid_argument(localized("a category of the table has no number of its own"));
     }
     ranks_[at(leaf)] = rank;
     for (int ancestor = i; ancestor >= 0; ancestor = categories[at(ancestor)].parent) {
@@ -71,11 +74,13 @@ AxisDimension::AxisDimension(const PivotTable& table, std::size_t index)
     ++rank;
   }
   if (rank != at(source_->leafCount)) {
-    throw std::invalid_argument("a dimension of the table counts categories that it has not");
+    throw std::invalid_argument(
+        localized("a dimension of the table counts categories that it has not"));
   }
   if (source_->place() == PivotPlace::kLayers) shownLeaf_ = source_->shownLeaf;
   if (shownLeaf_ < -1 || shownLeaf_ >= source_->leafCount) {
-    throw std::invalid_argument("a dimension of the table shows a category that it has not");
+    throw std::invalid_argument(
+        localized("a dimension of the table shows a category that it has not"));
   }
 }
 
@@ -83,7 +88,7 @@ int AxisDimension::order() const { return source_->position ? source_->position-
 
 std::uint64_t AxisDimension::rankOf(int leaf) const {
   if (leaf < 0 || leaf >= source_->leafCount) {
-    throw std::invalid_argument("a cell of the table belongs to no category");
+    throw std::invalid_argument(localized("a cell of the table belongs to no category"));
   }
   return ranks_[at(leaf)];
 }
@@ -123,7 +128,8 @@ TableAxis::TableAxis(const PivotTable& table, PivotPlace place) {
     strides_[i] = combinations_;
     const auto leaves = static_cast<std::uint64_t>(dimensions_[i].leafCount());
     if (leaves != 0 && combinations_ > kLargestKey / leaves) {
-      throw std::length_error("the table's dimensions have too many combinations of categories");
+      throw std::length_error(
+          localized("the table's dimensions have too many combinations of categories"));
     }
     combinations_ *= leaves;
   }
@@ -136,7 +142,7 @@ TableAxis::TableAxis(const PivotTable& table, PivotPlace place) {
 }
 
 void TableAxis::refuseLeaf() {
-  throw std::invalid_argument("a cell of the table belongs to no category");
+  throw std::invalid_argument(localized("a cell of the table belongs to no category"));
 }
 
 std::uint64_t TableAxis::rankIn(std::uint64_t key, std::size_t dimension) const {

@@ -56,7 +56,8 @@ bool TableLayout::findLayers() {
   std::uint64_t lastColumn = 0;
   for (std::size_t i = 0; i < cellCount(); ++i) {
     if (!sorted_ && table_.cells[i].at.size() != table_.dimensions.size()) {
-      throw std::invalid_argument("a cell of the table does not name one category per dimension");
+      throw std::invalid_argument(
+          localized("a cell of the table does not name one category per dimension"));
     }
     const PivotCell* const cell = cellAt(i);
     if (cell == nullptr) continue;
@@ -87,7 +88,8 @@ void TableLayout::sortCells() {
   placed.reserve(table_.cells.size());
   for (const PivotCell& cell : table_.cells) {
     if (cell.at.size() != table_.dimensions.size()) {
-      throw std::invalid_argument("a cell of the table does not name one category per dimension");
+      throw std::invalid_argument(
+          localized("a cell of the table does not name one category per dimension"));
     }
     if (!isShown(cell)) continue;
     placed.push_back(
@@ -123,7 +125,7 @@ TableLayout::Positions TableLayout::positionsOf(const TableAxis& axis, const Lay
     positions.count = keys.size();
   }
   if (positions.count > at(std::numeric_limits<int>::max())) {
-    throw std::length_error("the table has too many rows or columns");
+    throw std::length_error(localized("the table has too many rows or columns"));
   }
   return positions;
 }

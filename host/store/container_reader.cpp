@@ -112,7 +112,7 @@ class ContainerReader::Archive {
     const bool decrypts = members_[member].isEncrypted && (flags & ZIP_FL_ENCRYPTED) == 0;
     // The library takes the password up to its first zero byte.
     if (decrypts && password_.view().find('\0') != std::string_view::npos) {
-      refusePassword("The password is wrong.");
+      refusePassword(localized("The password is wrong."));
     }
     ZipFile opened(
         zip_fopen_index_encrypted(archive_.get(), records_[member].index, flags,
@@ -137,13 +137,13 @@ class ContainerReader::Archive {
     while (done < bytes.size()) {
       const std::size_t count =
           readSome(member, opened.get(), bytes.data() + done, bytes.size() - done);
-      if (count == 0) refuseMember(item.name, "ends too early");
+      if (count == 0) refuseMember(item.name, localized("ends too early"));
       done += count;
     }
     // The library checks the authentication code where it is asked for what comes after the end.
     char beyond = 0;
     if (readSome(member, opened.get(), &beyond, 1) != 0) {
-      refuseMember(item.name, "is longer than it says");
+      refuseMember(item.name, localized("is longer than it says"));
     }
     file_->requireUnchanged();
     if (item.isEncrypted) isPasswordProven_ = true;
@@ -164,7 +164,7 @@ class ContainerReader::Archive {
     // Encrypted members may go without a checksum; they have an authentication code.
     const std::uint32_t stated = records_[member].checksum;
     if (checksum != stated && !(item.isEncrypted && stated == 0)) {
-      refuseMember(item.name, "is damaged: its checksum does not fit");
+      refuseMember(item.name, localized("is damaged: its checksum does not fit"));
     }
     return bytes;
   }
@@ -220,32 +220,32 @@ class ContainerReader::Archive {
       refuse("The name of the part " + quotedMemberName(name) + " " + fault + ".");
     }
     if (!foldedNames.insert(caseFoldedName(name)).second) {
-      refuseMember(name, "is there twice");
+      refuseMember(name, localized("is there twice"));
     }
   }
 
   void checkSizes(const zip_stat_t& status) const {
     constexpr zip_uint64_t kNeeded =
         ZIP_STAT_SIZE | ZIP_STAT_COMP_SIZE | ZIP_STAT_COMP_METHOD | ZIP_STAT_ENCRYPTION_METHOD;
-    if ((status.valid & kNeeded) != kNeeded) refuseMember(status.name, "has no sizes");
+    if ((status.valid & kNeeded) != kNeeded) refuseMember(status.name, localized("has no sizes"));
     if (status.comp_method != ZIP_CM_STORE && status.comp_method != ZIP_CM_DEFLATE) {
-      refuseMember(status.name, "is compressed by a method other than deflate");
+      refuseMember(status.name, localized("is compressed by a method other than deflate"));
     }
     if (status.encryption_method != ZIP_EM_NONE && status.encryption_method != ZIP_EM_AES_256) {
-      refuseMember(status.name, "is encrypted by a method other than AES-256");
+      refuseMember(status.name, localized("is encrypted by a method other than AES-256"));
     }
-    if (status.size > memberLimit_) refuseMember(status.name, "is too large");
+    if (status.size > memberLimit_) refuseMember(status.name, localized("is too large"));
     const std::uint64_t overhead =
         status.encryption_method == ZIP_EM_NONE ? 0 : kEncryptionOverhead;
     if (status.comp_size < overhead || status.comp_size > kMostOfAMember) {
-      refuseMember(status.name, "has a wrong size");
+      refuseMember(status.name, localized("has a wrong size"));
     }
     const std::uint64_t payload = status.comp_size - overhead;
     if (status.comp_method == ZIP_CM_STORE && payload != status.size) {
-      refuseMember(status.name, "has a wrong size");
+      refuseMember(status.name, localized("has a wrong size"));
     }
     if (status.size > kMostExpansion * payload + kExpansionAllowance) {
-      refuseMember(status.name, "claims to be larger than its bytes can become");
+      refuseMember(status.name, localized("claims to be larger than its bytes can become"));
     }
   }
 
@@ -256,7 +256,7 @@ class ContainerReader::Archive {
     if (!isEncrypted_) return;
     for (const ContainerMember& member : members_) {
       if (!member.isEncrypted && member.name != kReadableMember) {
-        refuseMember(member.name, "is not encrypted, although others are");
+        refuseMember(member.name, localized("is not encrypted, although others are"));
       }
     }
   }
@@ -264,10 +264,11 @@ class ContainerReader::Archive {
   [[noreturn]] void failOpening(int code) const {
     if (code == ZIP_ER_MEMORY) throw std::bad_alloc();
     if (state_.systemError != 0) {
-      throw StoreError(Kind::kNoFile, "The file cannot be read" + systemReason(state_.systemError));
+      throw StoreError(Kind::kNoFile,
+                       localized("The file cannot be read^1", systemReason(state_.systemError)));
     }
-    refuse(code == ZIP_ER_NOZIP ? "The file is no container, or its end is missing."
-                                : "The file's list of parts is damaged.");
+    refuse(code == ZIP_ER_NOZIP ? localized("The file is no container, or its end is missing.")
+                                : localized("The file's list of parts is damaged."));
   }
 
   /// Where the password is certainly wrong, or missing.
@@ -280,19 +281,22 @@ class ContainerReader::Archive {
     const ContainerMember& item = members_[member];
     if (code == ZIP_ER_MEMORY) throw std::bad_alloc();
     if (state_.systemError != 0) {
-      throw StoreError(Kind::kNoFile, "The part " + quotedMemberName(item.name) +
-                                          " cannot be read" + systemReason(state_.systemError));
+      throw StoreError(Kind::kNoFile,
+                       localized("The part ^1 cannot be read^2", quotedMemberName(item.name),
+                                 systemReason(state_.systemError)));
     }
-    if (state_.isCutShort) refuseMember(item.name, "is missing: the file has been cut short");
+    if (state_.isCutShort)
+      refuseMember(item.name, localized("is missing: the file has been cut short"));
     file_->requireUnchanged();
     if (code == ZIP_ER_NOPASSWD) {
-      refusePassword("The file is encrypted, and no password was given.");
+      refusePassword(localized("The file is encrypted, and no password was given."));
     }
     if (item.isEncrypted && !isPasswordProven_) {
       // Of 65,536 wrong passwords one passes the first check, and fails where the content does.
-      if (code == ZIP_ER_WRONGPASSWD) refusePassword("The password is wrong.");
+      if (code == ZIP_ER_WRONGPASSWD) refusePassword(localized("The password is wrong."));
       if (code == ZIP_ER_CRC) {
-        throw StoreError(Kind::kWrongPassword, "The password is wrong, or the file is damaged.");
+        throw StoreError(Kind::kWrongPassword,
+                         localized("The password is wrong, or the file is damaged."));
       }
     }
     refuseMember(item.name, "is damaged");
@@ -335,7 +339,7 @@ class ContainerReader::StoredMember : public RawMember {
     if (left_ == 0) return 0;
     const std::size_t count =
         archive_->readSome(member_, opened_.get(), target, std::min<std::uint64_t>(size, left_));
-    if (count == 0) refuseMember(archive_->members()[member_].name, "ends too early");
+    if (count == 0) refuseMember(archive_->members()[member_].name, localized("ends too early"));
     left_ -= count;
     // Whoever copies the bytes as they are looks at none of them.
     if (left_ == 0) archive_->file()->requireUnchanged();
@@ -386,7 +390,7 @@ bool ContainerReader::checkPassword() { return archive_->checkPassword(); }
 
 std::string ContainerReader::read(std::string_view name, std::uint64_t limit) {
   const std::size_t member = archive_->require(name);
-  if (members()[member].size > limit) refuseMember(name, "is too large");
+  if (members()[member].size > limit) refuseMember(name, localized("is too large"));
   std::uint32_t checksum = 0;
   return archive_->expand(member, archive_->readCompressed(member), checksum);
 }

@@ -189,8 +189,7 @@ class ContainerWriter::Work {
       if (progress) watch(archive.get(), writing);
       if (zip_close(archive.get()) != 0) {
         if (failure != nullptr) std::rethrow_exception(failure);
-        fail(std::string("The container could not be written: ") + zip_strerror(archive.get()) +
-             ".");
+        fail(localized("The container could not be written: ^1.", zip_strerror(archive.get())));
       }
       // Closed, it is gone.
       static_cast<void>(archive.release());
@@ -232,15 +231,15 @@ class ContainerWriter::Work {
   Member& addMember(std::string_view name, std::uint64_t size) {
     const std::string quoted = quotedMemberName(name);
     if (const std::string fault = faultOfMemberName(name); !fault.empty() || name.ends_with('/')) {
-      fail("The name of the part " + quoted + " " + (fault.empty() ? "ends in a slash" : fault) +
-           ".");
+      fail(localized("The name of the part ^1 ^2.", quoted,
+                     fault.empty() ? localized("ends in a slash") : fault));
     }
     if (name == kReadableMember && !members_.empty())
       fail(localized("\"mimetype\" must be the first part."));
     if (!names_.insert(caseFoldedName(name)).second)
-      fail("The part " + quoted + " is there twice.");
+      fail(localized("The part ^1 is there twice.", quoted));
     if (members_.size() >= kMostMembers) fail(localized("The file has more than 200000 parts."));
-    if (size > kMemberLimit) fail("The part " + quoted + " is larger than 256 MiB.");
+    if (size > kMemberLimit) fail(localized("The part ^1 is larger than 256 MiB.", quoted));
     totalSize_ += size;
     if (totalSize_ > kContainerLimit)
       fail(localized("The file's parts have more than 16 GiB together."));
@@ -260,7 +259,7 @@ class ContainerWriter::Work {
     zip_error_fini(&error);
     if (archive == nullptr) {
       zip_source_free(target);
-      fail("The container could not be written: " + reason + ".");
+      fail(localized("The container could not be written: ^1.", reason));
     }
     if (!password_.empty() &&
         zip_set_default_password(archive.get(), password_.zeroTerminated()) != 0) {
@@ -299,8 +298,8 @@ class ContainerWriter::Work {
   }
 
   [[noreturn]] static void failDeclaring(zip_t* archive, const Member& member) {
-    fail("The part " + quotedMemberName(member.name) +
-         " could not be written: " + zip_strerror(archive) + ".");
+    fail(localized("The part ^1 could not be written: ^2.", quotedMemberName(member.name),
+                   zip_strerror(archive)));
   }
 
   ReplacedFile file_;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/store/xml_reader.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -30,11 +31,11 @@ constexpr std::array<CountedName, 8> kCounted = {{{"run", Counted::kText},
 /// By Counted.
 constexpr std::array<std::size_t, 2> kMost = {kMaxTextElements, kMaxCategories};
 constexpr std::array<const char*, 2> kExcess = {
-    "holds more than 1,000,000 runs, footnotes and the like",
-    "holds more than 2,000,000 categories"};
-constexpr const char* kDimensionExcess = "holds more than 1,000 dimensions";
+    localizable("holds more than 1,000,000 runs, footnotes and the like"),
+    localizable("holds more than 2,000,000 categories")};
+constexpr const char* kDimensionExcess = localizable("holds more than 1,000 dimensions");
 constexpr const char* kGrowthExcess =
-    "holds texts that grow by more than 16 MiB when their arguments are filled in";
+    localizable("holds texts that grow by more than 16 MiB when their arguments are filled in");
 
 /// False for so few bytes of XML that no limit can be passed: "<run/>" is the shortest element.
 bool mayHoldTooMany(std::size_t size) { return size >= kMaxTextElements * 6; }
@@ -158,7 +159,7 @@ void checkElementCounts(pugi::xml_node content, std::size_t size) {
 }
 
 void checkTextGrowth(pugi::xml_node node, const ObjectContent& content) {
-  if (growsTooLarge(content)) refuseElement(node, std::string("it ") + kGrowthExcess);
+  if (growsTooLarge(content)) refuseElement(node, localized("it ^1", localizedText(kGrowthExcess)));
 }
 
 }  // namespace vornwout

@@ -44,7 +44,7 @@ bool is(pugi::xml_node node, const char (&name)[N]) {
 CellText readCellText(pugi::xml_node node, int depth = 0);
 
 void refuseSecond(pugi::xml_node node) {
-  if (node.previous_sibling(node.name())) refuseElement(node, "it stands twice");
+  if (node.previous_sibling(node.name())) refuseElement(node, localized("it stands twice"));
 }
 
 /// Takes an element that may stand once.
@@ -65,11 +65,11 @@ BpFormatSpec readFormat(pugi::xml_node node, const char* name) {
 }
 
 void readComposite(pugi::xml_node node, CellText& cell, int depth) {
-  if (depth >= kMaxTextDepth) refuseElement(node, "its arguments are nested too deeply");
+  if (depth >= kMaxTextDepth) refuseElement(node, localized("its arguments are nested too deeply"));
   cell.kind = CellText::Kind::kComposite;
   for (const pugi::xml_node child : node.children()) {
     if (is(child, "template")) {
-      if (child.previous_sibling("template")) refuseElement(child, "it stands twice");
+      if (child.previous_sibling("template")) refuseElement(child, localized("it stands twice"));
       cell.text = elementText(child);
     } else if (is(child, "argument")) {
       cell.arguments.push_back(readCellText(child, depth + 1));
@@ -95,7 +95,7 @@ bool readCellAttribute(pugi::xml_node node, pugi::xml_attribute attribute, CellT
     cell.hasSublist = parseFlag(node, attribute);
   } else if (std::strcmp(name, "kind") == 0) {
     if (std::strcmp(attribute.value(), "composite") != 0) {
-      refuseElement(node, "its kind is unknown");
+      refuseElement(node, localized("its kind is unknown"));
     }
     cell.kind = CellText::Kind::kComposite;
   } else {
@@ -132,10 +132,10 @@ void readCategory(pugi::xml_node node, PivotDimension& dimension, LookReader& lo
   category.parent = static_cast<int>(integerAttribute(node, "parent", -1, -1, here - 1));
   if (category.parent >= 0 &&
       !dimension.categories[static_cast<std::size_t>(category.parent)].isGroup) {
-    refuseElement(node, "its parent is no group");
+    refuseElement(node, localized("its parent is no group"));
   }
   const auto statistic = findStatisticKind(node.attribute("statistic").value());
-  if (!statistic) refuseElement(node, "its statistic is unknown");
+  if (!statistic) refuseElement(node, localized("its statistic is unknown"));
   category.statistic = *statistic;
   category.look = looks.read(node);
   category.width = static_cast<int>(integerAttribute(node, "width", 0, 0, kMaxColumnWidth));
@@ -184,12 +184,13 @@ void readCoordinates(pugi::xml_node node, const char* text, const PivotTable& ta
     int leaf = 0;
     const auto result = std::from_chars(text, end, leaf);
     if (result.ec != std::errc() || *text == '-' || leaf >= dimension.leafCount) {
-      refuseElement(node, "it does not stand in one category of every dimension");
+      refuseElement(node, localized("it does not stand in one category of every dimension"));
     }
     cell.at.push_back(leaf);
     text = pastBlanks(result.ptr);
   }
-  if (text != end) refuseElement(node, "it stands in more dimensions than the table has");
+  if (text != end)
+    refuseElement(node, localized("it stands in more dimensions than the table has"));
 }
 
 /// Reads the cells of one table. Cells of a table mostly have one format, which is then parsed
@@ -243,7 +244,7 @@ class CellReader {
           std::adjacent_find(places.begin(), places.end(),
                              [](const auto* a, const auto* b) { return *a == *b; }) != places.end();
     }
-    if (isRepeated) refuseElement(table, "two cells stand in one place");
+    if (isRepeated) refuseElement(table, localized("two cells stand in one place"));
   }
 
  private:
@@ -252,7 +253,8 @@ class CellReader {
     const CellCoordinates& here = table_.cells.back().at;
     const CellCoordinates& previous = table_.cells[table_.cells.size() - 2].at;
     const auto [a, b] = std::mismatch(previous.begin(), previous.end(), here.begin());
-    if (a == previous.end()) refuseElement(node.parent(), "two cells stand in one place");
+    if (a == previous.end())
+      refuseElement(node.parent(), localized("two cells stand in one place"));
     inOrder_ = *a < *b;
   }
 
@@ -292,7 +294,7 @@ class CellReader {
       return;
     }
     if (cell.value.kind != CellText::Kind::kString) {
-      refuseElement(node, "it has a value beside its content");
+      refuseElement(node, localized("it has a value beside its content"));
     }
     cell.value = readCellText(first);
     for (pugi::xml_node note = first.next_sibling(); note; note = note.next_sibling()) {
@@ -342,9 +344,9 @@ TableContent readTable(pugi::xml_node node) {
       cells.read(child);
     } else if (is(child, "dimension")) {
       // Cells know their dimensions by number, so these come first.
-      if (!table->cells.empty()) refuseElement(node, "a dimension stands behind a cell");
+      if (!table->cells.empty()) refuseElement(node, localized("a dimension stands behind a cell"));
       if (table->dimensions.size() == kMaxDimensions) {
-        refuseElement(node, "it holds more than 1,000 dimensions");
+        refuseElement(node, localized("it holds more than 1,000 dimensions"));
       }
       table->dimensions.push_back(readDimension(child, looks));
     } else if (is(child, "title")) {
@@ -399,7 +401,7 @@ NotesContent readNotes(pugi::xml_node node) {
 MessageContent readMessage(pugi::xml_node node) {
   MessageContent message;
   const auto severity = indexOfName(kSeverityNames, node.attribute("severity").value());
-  if (!severity) refuseElement(node, "its severity is unknown");
+  if (!severity) refuseElement(node, localized("its severity is unknown"));
   message.severity = static_cast<MessageSeverity>(*severity + 1);
   message.text = elementText(node);
   message.place.line = static_cast<int>(integerAttribute(node, "line", 0, 0));
@@ -433,7 +435,7 @@ TextContent readText(pugi::xml_node node) {
     TextParagraph& paragraph = text.paragraphs.emplace_back();
     if (const pugi::xml_attribute kind = child.attribute("kind")) {
       const auto named = indexOfName(kParagraphNames, kind.value());
-      if (!named) refuseElement(child, "its kind is unknown");
+      if (!named) refuseElement(child, localized("its kind is unknown"));
       paragraph.kind = static_cast<TextParagraph::Kind>(*named);
     }
     paragraph.level = static_cast<int>(integerAttribute(child, "level", 0, 0, kMaxCount));
@@ -463,7 +465,7 @@ ObjectContent readAnyContent(pugi::xml_node element) {
   if (is(element, "message")) return readMessage(element);
   if (is(element, "text")) return readText(element);
   if (is(element, "media")) return readMedia(element);
-  refuseElement(element, "no content has this name");
+  refuseElement(element, localized("no content has this name"));
 }
 
 }  // namespace

@@ -99,8 +99,10 @@ class DocumentSaver {
     copyTakenOver();
     writeChanged();
     if (options_.type == DocumentFileType::kQxw) addPage();
-    writer_.add(kManifestMember,
-                checked(writeManifest(document_.root(), manifest_, numbers_), "The outline"), true);
+    writer_.add(
+        kManifestMember,
+        checked(writeManifest(document_.root(), manifest_, numbers_), localized("The outline")),
+        true);
     countDone();
     ContainerWriter::Written written = writer_.commit([this](double part) {
       const auto units = static_cast<std::uint64_t>(part * static_cast<double>(commitUnits_));
@@ -237,7 +239,8 @@ class DocumentSaver {
     XmlWriter xml(bytes);
     writeContent(xml, item.id, content);
     if (const std::string excess = excessOf(content, bytes); !excess.empty()) {
-      throw StoreError(StoreError::Kind::kNotWritten, localized("An object ^1.", excess));
+      throw StoreError(StoreError::Kind::kNotWritten,
+                       localized("An object ^1.", localizedText(excess)));
     }
     bytes += '\n';
     if (bytes.size() >= kOwnPartBytes) {
@@ -261,7 +264,7 @@ class DocumentSaver {
     StoredPlace place;
     place.member = newName("media", extensionOf(media.mediaType));
     place.mediaType = media.mediaType;
-    writer_.add(place.member, checked(*media.bytes, "A chart or a model"), true);
+    writer_.add(place.member, checked(*media.bytes, localized("A chart or a model")), true);
     manifest_.places.emplace(id, std::move(place));
   }
 
@@ -283,19 +286,19 @@ class DocumentSaver {
     // A node takes four bytes at least.
     if (bytes.size() > 4 * kMaxXmlNodes && xmlNodeCount(bytes) > kMaxXmlNodes) {
       throw StoreError(StoreError::Kind::kNotWritten,
-                       "An object is too large for one part: it has too many elements.");
+                       localized("An object is too large for one part: it has too many elements."));
     }
     const std::string name = newName("objects", "xml");
     const auto part = static_cast<int>(manifest_.parts.size());
     manifest_.parts.push_back(name);
     for (const std::uint64_t id : ids) manifest_.places.emplace(id, StoredPlace{part, {}, {}});
-    writer_.add(name, checked(std::move(bytes), "An object"), true);
+    writer_.add(name, checked(std::move(bytes), localized("An object")), true);
   }
 
   void addPage() {
     const ProgressStep step(progress_, done_, total_);
-    writer_.add(kPageMember, checked(renderPage(document_, options_.storeModels), "The page"),
-                true);
+    writer_.add(kPageMember,
+                checked(renderPage(document_, options_.storeModels), localized("The page")), true);
     countDone();
     // The page needed every content; what was not in memory before need not stay there.
     for (const Item& item : items_) {
@@ -304,7 +307,7 @@ class DocumentSaver {
   }
 
   /// What is larger could never be read again.
-  static std::string checked(std::string bytes, const char* what) {
+  static std::string checked(std::string bytes, const std::string& what) {
     if (bytes.size() > kMemberLimit) {
       throw StoreError(StoreError::Kind::kNotWritten,
                        localized("^1 is too large for one part: ^2 MiB of at most ^3.", what,
@@ -349,11 +352,11 @@ void unlock(ContainerReader& container, const std::string& password) {
   if (!container.isEncrypted()) return;
   if (password.empty()) {
     throw StoreError(StoreError::Kind::kWrongPassword,
-                     "The file is encrypted, and no password was given.");
+                     localized("The file is encrypted, and no password was given."));
   }
   container.setPassword(password);
   if (!container.checkPassword()) {
-    throw StoreError(StoreError::Kind::kWrongPassword, "The password is wrong.");
+    throw StoreError(StoreError::Kind::kWrongPassword, localized("The password is wrong."));
   }
 }
 
@@ -368,7 +371,7 @@ std::unique_ptr<Document> openDocument(const std::string& path, const OpenOption
   reportProgress(progress, 1, kStages);
   if (!container->contains(kManifestMember)) {
     throw StoreError(StoreError::Kind::kDamaged,
-                     "It is no output document: it has no manifest.xml.");
+                     localized("It is no output document: it has no manifest.xml."));
   }
   auto document = std::make_unique<Document>(1, std::string(), false);
   DocumentObject root;

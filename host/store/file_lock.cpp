@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include "host/store/store_error.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -31,11 +32,12 @@ void requireOrdinaryFile(const FileDescriptor& file) {
   struct stat status = {};
   if (fstat(file.number(), &status) != 0) {
     throw StoreError(StoreError::Kind::kNoFile,
-                     "The file could not be examined" + systemReason(errno));
+                     localized("The file could not be examined^1", systemReason(errno)));
   }
   if (!S_ISREG(status.st_mode)) {
-    throw StoreError(StoreError::Kind::kNoFile,
-                     S_ISDIR(status.st_mode) ? "It is a folder." : "This is no ordinary file.");
+    throw StoreError(StoreError::Kind::kNoFile, S_ISDIR(status.st_mode)
+                                                    ? localized("It is a folder.")
+                                                    : localized("This is no ordinary file."));
   }
 }
 
@@ -66,17 +68,19 @@ std::optional<FileLock> FileLock::tryLock(const std::string& path) {
   for (;;) {
     FileDescriptor file = openFile(path, O_RDWR);
     if (!file.isOpen()) {
-      if (errno == EISDIR) throw StoreError(StoreError::Kind::kNoFile, "It is a folder.");
+      if (errno == EISDIR)
+        throw StoreError(StoreError::Kind::kNoFile, localized("It is a folder."));
       const bool missing = errno == ENOENT || errno == ENOTDIR;
       throw StoreError(missing ? StoreError::Kind::kNoFile : StoreError::Kind::kNotWritten,
-                       "The file cannot be locked" + systemReason(errno));
+                       localized("The file cannot be locked^1", systemReason(errno)));
     }
     requireOrdinaryFile(file);
     bool unsupported = false;
     std::optional<FileLock> lock = tryLockOpen(file, unsupported);
     if (unsupported) {
-      throw StoreError(StoreError::Kind::kNotWritten,
-                       "The file cannot be locked, because its file system has no locks.");
+      throw StoreError(
+          StoreError::Kind::kNotWritten,
+          localized("The file cannot be locked, because its file system has no locks."));
     }
     if (!lock) return std::nullopt;
     // Replaced between opening and locking: what is locked is no longer the document.
@@ -89,14 +93,15 @@ bool FileLock::isLockedByAnother(const std::string& path, const FileLock* own) {
   const FileDescriptor file = openFile(path, O_RDONLY);
   if (!file.isOpen()) {
     if (errno == ENOENT || errno == ENOTDIR) return false;
-    throw StoreError(StoreError::Kind::kNoFile, "The file cannot be read" + systemReason(errno));
+    throw StoreError(StoreError::Kind::kNoFile,
+                     localized("The file cannot be read^1", systemReason(errno)));
   }
   requireOrdinaryFile(file);
   struct flock range = wholeFile();
   if (uninterrupted([&] { return fcntl(file.number(), F_OFD_GETLK, &range); }) != 0) {
     if (meansUnsupported(errno)) return false;
     throw StoreError(StoreError::Kind::kNoFile,
-                     "The file's lock could not be looked at" + systemReason(errno));
+                     localized("The file's lock could not be looked at^1", systemReason(errno)));
   }
   return range.l_type != F_UNLCK;
 }
@@ -110,7 +115,7 @@ std::optional<FileLock> FileLock::tryLockOpen(FileDescriptor& file, bool& unsupp
   unsupported = meansUnsupported(errno);
   if (unsupported || errno == EAGAIN || errno == EACCES) return std::nullopt;
   throw StoreError(StoreError::Kind::kNotWritten,
-                   "The file could not be locked" + systemReason(errno));
+                   localized("The file could not be locked^1", systemReason(errno)));
 }
 
 bool FileLock::holds(const std::string& path) const {

@@ -9,6 +9,7 @@
 
 #include "host/store/content_names.h"
 #include "host/store/xml_reader.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -25,7 +26,7 @@ void writeFlag(XmlWriter& xml, std::string_view name, std::optional<bool> value)
 double parseSize(pugi::xml_node node, pugi::xml_attribute attribute) {
   const double size = parseDouble(node, attribute.value());
   if (!(size > 0 && size <= kMaxLookSize)) {
-    refuseElement(node, "its size is not above 0 and at most 1,000 points");
+    refuseElement(node, localized("its size is not above 0 and at most 1,000 points"));
   }
   return size;
 }

@@ -76,11 +76,11 @@ class ManifestReader {
         continue;
       }
       refuseContent(run);
-      if (!hasText(run, "command")) refuseElement(run, "it has no command");
-      if (!run.attribute("count")) refuseElement(run, "it has no count");
+      if (!hasText(run, "command")) refuseElement(run, localized("it has no command"));
+      if (!run.attribute("count")) refuseElement(run, localized("it has no count"));
       const auto count = static_cast<int>(integerAttribute(run, "count", 0, 0));
       if (!manifest_.runs.emplace(shortText(run, "command"), count).second) {
-        refuseElement(run, "its command stands twice");
+        refuseElement(run, localized("its command stands twice"));
       }
     }
   }
@@ -114,18 +114,19 @@ class ManifestReader {
 
   void readChildren(pugi::xml_node parent, DocumentObject& heading, int depth) {
     if (depth > kMaxOutlineDepth && parent.child("object")) {
-      refuseElement(parent, "headings are nested too deeply");
+      refuseElement(parent, localized("headings are nested too deeply"));
     }
     for (const pugi::xml_node child : parent.children()) {
       if (!is(child, "object")) {
         refuseChild(child);
         continue;
       }
-      if (++objects_ > kMaxObjects) refuseElement(parent, "it holds more than 1,000,000 objects");
+      if (++objects_ > kMaxObjects)
+        refuseElement(parent, localized("it holds more than 1,000,000 objects"));
       DocumentObject& object = heading.children.emplace_back();
       readObject(child, object);
       if (child.child("object") && object.type != ObjectType::kHeading) {
-        refuseElement(child, "objects stand below one that is no heading");
+        refuseElement(child, localized("objects stand below one that is no heading"));
       }
       readChildren(child, object, depth + 1);
     }
@@ -133,7 +134,7 @@ class ManifestReader {
 
   void readObject(pugi::xml_node node, DocumentObject& object) {
     const auto type = findObjectType(node.attribute("type").value());
-    if (!type) refuseElement(node, "its type is unknown");
+    if (!type) refuseElement(node, localized("its type is unknown"));
     object.type = *type;
     object.command = shortText(node, "command");
     object.run = static_cast<int>(integerAttribute(node, "run", 0, 0));
@@ -144,12 +145,12 @@ class ManifestReader {
     if (node.attribute("width") || node.attribute("height")) {
       readSize(node, object);
     } else if (node.attribute("unit")) {
-      refuseElement(node, "it has the unit of a size and no size");
+      refuseElement(node, localized("it has the unit of a size and no size"));
     }
     if (node.attribute("id")) {
       readPlace(node, object);
     } else if (node.attribute("part") || hasText(node, "media") || hasText(node, "media-type")) {
-      refuseElement(node, "it says where its content is and has no id");
+      refuseElement(node, localized("it says where its content is and has no id"));
     }
   }
 
@@ -160,13 +161,13 @@ class ManifestReader {
     const pugi::xml_attribute unit = node.attribute("unit");
     size.percent = std::strcmp(unit.value(), "percent") == 0;
     if (unit && !size.percent && std::strcmp(unit.value(), "points") != 0) {
-      refuseElement(node, "its unit is unknown");
+      refuseElement(node, localized("its unit is unknown"));
     }
   }
 
   static double readSide(pugi::xml_node node, const char* name) {
     const double side = parseDouble(node, node.attribute(name).as_string("0"));
-    if (!std::isfinite(side) || side < 0) refuseElement(node, "its size is none");
+    if (!std::isfinite(side) || side < 0) refuseElement(node, localized("its size is none"));
     return side;
   }
 
@@ -176,13 +177,13 @@ class ManifestReader {
     StoredPlace place;
     place.type = object.type;
     if (node.attribute("part") && (hasText(node, "media") || hasText(node, "media-type"))) {
-      refuseElement(node, "it has a part and a medium");
+      refuseElement(node, localized("it has a part and a medium"));
     }
     place.member = textAttribute(node, "media");
     if (place.member.empty()) {
       const auto parts = static_cast<std::int64_t>(manifest_.parts.size());
       place.part = static_cast<int>(integerAttribute(node, "part", -1, 1, parts)) - 1;
-      if (place.part < 0) refuseElement(node, "it says neither its part nor its medium");
+      if (place.part < 0) refuseElement(node, localized("it says neither its part nor its medium"));
     } else {
       place.mediaType = textAttribute(node, "media-type");
     }

@@ -8,6 +8,7 @@
 
 #include "host/store/deflate.h"
 #include "host/store/store_error.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -34,7 +35,8 @@ PartCompressor::PartCompressor(int threads, PartSpool& spool) : spool_(spool) {
   } catch (const std::system_error&) {
     // With fewer threads it takes longer; without any there is nobody to work.
     if (threads_.empty()) {
-      throw StoreError(StoreError::Kind::kNotWritten, "No thread could be started to compress.");
+      throw StoreError(StoreError::Kind::kNotWritten,
+                       localized("No thread could be started to compress."));
     }
   }
 }
@@ -92,8 +94,9 @@ void PartCompressor::work() {
         if (!deflater) deflater.emplace();
         compress(*deflater, spool_, *job.part, std::move(job.bytes));
       } catch (const std::bad_alloc&) {
-        failure = std::make_exception_ptr(StoreError(
-            StoreError::Kind::kNotWritten, "There is not enough memory to compress a part."));
+        failure = std::make_exception_ptr(
+            StoreError(StoreError::Kind::kNotWritten,
+                       localized("There is not enough memory to compress a part.")));
       } catch (const StoreError&) {
         failure = std::current_exception();
       }

@@ -27,7 +27,7 @@ PartSpool::PartSpool(std::uint64_t memoryLimit, std::function<FileDescriptor()> 
     : memoryLimit_(memoryLimit), makeFile_(std::move(makeFile)) {
   if (uninterrupted([&] { return getrandom(key_, sizeof key_, 0); }) !=
       static_cast<ssize_t>(sizeof key_)) {
-    fail("The system gives no random bytes" + systemReason(errno));
+    fail(localized("The system gives no random bytes^1", systemReason(errno)));
   }
 }
 
@@ -62,7 +62,8 @@ void PartSpool::writeToFile(Place& place, std::string bytes) {
                     static_cast<off_t>(place.offset + done));
     });
     if (count <= 0) {
-      fail("The scratch file could not be written" + systemReason(count == 0 ? EIO : errno));
+      fail(localized("The scratch file could not be written^1",
+                     systemReason(count == 0 ? EIO : errno)));
     }
     done += static_cast<std::size_t>(count);
   }
@@ -83,7 +84,7 @@ std::size_t PartSpool::read(const Place& place, std::uint64_t offset, char* targ
                    static_cast<off_t>(place.offset + offset + done));
     });
     if (got <= 0) {
-      fail("The scratch file could not be read" + systemReason(got == 0 ? EIO : errno));
+      fail(localized("The scratch file could not be read^1", systemReason(got == 0 ? EIO : errno)));
     }
     done += static_cast<std::size_t>(got);
   }

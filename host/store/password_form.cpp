@@ -8,6 +8,7 @@
 #include <openssl/hmac.h>
 
 #include "host/store/store_error.h"
+#include "platform/strings/localized.h"
 #include "platform/text/utf8.h"
 
 namespace vornwout {
@@ -60,7 +61,8 @@ void mix(const PasswordKey& key, int round, const unsigned char* source, unsigne
     if (HMAC(EVP_sha256(), key.bytes().data(), PasswordKey::kSize, message.data(), message.size(),
              digest, &digestSize) == nullptr) {
       OPENSSL_cleanse(message.data(), message.size());
-      throw StoreError(StoreError::Kind::kWrongPassword, "The password could not be encrypted.");
+      throw StoreError(StoreError::Kind::kWrongPassword,
+                       localized("The password could not be encrypted."));
     }
     for (std::size_t i = done; i < half && i - done < 2 * digestSize; ++i) {
       const unsigned char byte = digest[(i - done) / 2];

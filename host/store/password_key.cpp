@@ -34,23 +34,24 @@ FileDescriptor openKey(const std::string& path) {
   constexpr int kFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
   FileDescriptor file(uninterrupted([&] { return open(path.c_str(), kFlags); }));
   if (!file.isOpen() && errno != ENOENT) {
-    fail("The password key \"" + path + "\" cannot be read" + systemReason(errno));
+    fail(localized("The password key \"^1\" cannot be read^2", path, systemReason(errno)));
   }
   return file;
 }
 
 PasswordKey readKey(const std::string& path, const FileDescriptor& file) {
-  const std::string name = "The password key \"" + path + "\"";
+  const std::string name = localized("The password key \"^1\"", path);
   struct stat status = {};
   if (fstat(file.number(), &status) != 0) {
-    fail(name + " cannot be examined" + systemReason(errno));
+    fail(localized("^1 cannot be examined^2", name, systemReason(errno)));
   }
-  if (!S_ISREG(status.st_mode)) fail(name + " is no ordinary file; remove it.");
+  if (!S_ISREG(status.st_mode)) fail(localized("^1 is no ordinary file; remove it.", name));
   if (status.st_uid != geteuid()) {
-    fail(name + " belongs to another user; remove it, or use a key of your own.");
+    fail(localized("^1 belongs to another user; remove it, or use a key of your own.", name));
   }
   if ((status.st_mode & 077) != 0) {
-    fail(name + " may be read by others; if nobody has, mend it by: chmod 600 \"" + path + "\".");
+    fail(localized("^1 may be read by others; if nobody has, mend it by: chmod 600 \"^2\".", name,
+                   path));
   }
   // One byte more than a key has, to see whether there is more.
   std::array<unsigned char, PasswordKey::kSize + 1> bytes = {};
@@ -58,12 +59,12 @@ PasswordKey readKey(const std::string& path, const FileDescriptor& file) {
   while (size < bytes.size()) {
     const ssize_t count = uninterrupted(
         [&] { return read(file.number(), bytes.data() + size, bytes.size() - size); });
-    if (count < 0) fail(name + " cannot be read" + systemReason(errno));
+    if (count < 0) fail(localized("^1 cannot be read^2", name, systemReason(errno)));
     if (count == 0) break;
     size += static_cast<std::size_t>(count);
   }
   if (size != PasswordKey::kSize) {
-    fail(name + " is damaged: a key has " + std::to_string(PasswordKey::kSize) + " bytes.");
+    fail(localized("^1 is damaged: a key has ^2 bytes.", name, PasswordKey::kSize));
   }
   PasswordKey::Bytes key = {};
   std::copy_n(bytes.begin(), key.size(), key.begin());
@@ -79,7 +80,7 @@ void makeDirectories(const std::string& path) {
        slash = path.find('/', slash + 1)) {
     const std::string directory = path.substr(0, slash);
     if (mkdir(directory.c_str(), 0700) != 0 && errno != EEXIST) {
-      fail("The directory \"" + directory + "\" cannot be made" + systemReason(errno));
+      fail(localized("The directory \"^1\" cannot be made^2", directory, systemReason(errno)));
     }
   }
 }
@@ -91,7 +92,7 @@ bool putInPlace(const std::string& from, const std::string& to) {
   // A file system without hard links.
   if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
   if (errno == EEXIST) return false;
-  fail("The password key \"" + to + "\" cannot be made" + systemReason(errno));
+  fail(localized("The password key \"^1\" cannot be made^2", to, systemReason(errno)));
 }
 
 void createKey(const std::string& path) {
@@ -99,12 +100,12 @@ void createKey(const std::string& path) {
   PasswordKey::Bytes key = {};
   if (uninterrupted([&] { return getrandom(key.data(), key.size(), 0); }) !=
       static_cast<ssize_t>(key.size())) {
-    fail("The system gives no random bytes for a password key" + systemReason(errno));
+    fail(localized("The system gives no random bytes for a password key^1", systemReason(errno)));
   }
   std::string temporary = path + ".XXXXXX";
   const FileDescriptor file(mkostemp(temporary.data(), O_CLOEXEC));  // its mode is 0600
   if (!file.isOpen()) {
-    fail("The password key \"" + path + "\" cannot be made" + systemReason(errno));
+    fail(localized("The password key \"^1\" cannot be made^2", path, systemReason(errno)));
   }
   const TemporaryName removal(temporary);
   const ssize_t written =
@@ -113,7 +114,7 @@ void createKey(const std::string& path) {
   // The system writes less than all only where the disk is full.
   if (written >= 0 && written != static_cast<ssize_t>(key.size())) errno = ENOSPC;
   if (written != static_cast<ssize_t>(key.size()) || fsync(file.number()) != 0) {
-    fail("The password key \"" + path + "\" cannot be written" + systemReason(errno));
+    fail(localized("The password key \"^1\" cannot be written^2", path, systemReason(errno)));
   }
   putInPlace(temporary, path);
 }
@@ -126,7 +127,7 @@ PasswordKey PasswordKey::loadOrCreate(const std::string& path) {
     createKey(path);
     file = openKey(path);
   }
-  if (!file.isOpen()) fail("The password key \"" + path + "\" has vanished.");
+  if (!file.isOpen()) fail(localized("The password key \"^1\" has vanished.", path));
   return readKey(path, file);
 }
 

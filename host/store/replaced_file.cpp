@@ -302,7 +302,7 @@ bool ReplacedFile::lockOldFile() {
   if (!oldLock_) {
     // Whoever has just put another file in this one's place holds the lock for that moment only.
     if (!isStillThere()) return false;
-    throw StoreError(StoreError::Kind::kLocked, "Another process has locked it.");
+    throw StoreError(StoreError::Kind::kLocked, localized("Another process has locked it."));
   }
   return isStillThere();
 }

@@ -19,12 +19,18 @@ class StoreError : public std::runtime_error {
 
   /// `reason` is a sentence that names the part of the file where there is one, not the file
   /// itself; never with a password in it.
-  StoreError(Kind kind, const std::string& reason) : std::runtime_error(reason), kind_(kind) {}
+  StoreError(Kind kind, const std::string& reason) : StoreError(kind, reason, reason) {}
+  /// `detail` is what the reason says behind the part's name, for those who say otherwise where it
+  /// is.
+  StoreError(Kind kind, const std::string& reason, std::string detail)
+      : std::runtime_error(reason), kind_(kind), detail_(std::move(detail)) {}
 
   Kind kind() const { return kind_; }
+  const std::string& detail() const { return detail_; }
 
  private:
   Kind kind_;
+  std::string detail_;
 };
 
 }  // namespace vornwout

@@ -28,8 +28,8 @@ constexpr std::size_t kMostParsings = 64;
 
 /// Says in which member of the file the trouble is.
 [[noreturn]] void rethrowFor(const std::string& member, const StoreError& error) {
-  throw StoreError(error.kind(),
-                   localized("Its part ^1 cannot be read: ^2.", member, error.what()));
+  throw StoreError(error.kind(), localized("Its part ^1 cannot be read: ^2.", member, error.what()),
+                   error.detail());
 }
 
 /// What a save gives names to itself.
@@ -41,21 +41,21 @@ bool isReservedName(const std::string& member) {
 /// Refuses what could not be saved again: members that are not there, that stand for two things, or
 /// whose names are taken.
 void checkMembers(const Manifest& manifest, const ContainerReader& container) {
-  const auto refuse = [](const std::string& member, const char* what) {
+  const auto refuse = [](const std::string& member, const std::string& what) {
     throw StoreError(StoreError::Kind::kDamaged,
                      localized("the part ^1 ^2", quotedMemberName(member), what));
   };
   std::unordered_set<std::string_view> parts;
   for (const std::string& part : manifest.parts) {
-    if (!container.contains(part)) refuse(part, "is missing");
-    if (isReservedName(part)) refuse(part, "holds no objects");
-    if (!parts.insert(part).second) refuse(part, "stands twice");
+    if (!container.contains(part)) refuse(part, localized("is missing"));
+    if (isReservedName(part)) refuse(part, localized("holds no objects"));
+    if (!parts.insert(part).second) refuse(part, localized("stands twice"));
   }
   for (const auto& [id, place] : manifest.places) {
     if (place.member.empty()) continue;
-    if (!container.contains(place.member)) refuse(place.member, "is missing");
+    if (!container.contains(place.member)) refuse(place.member, localized("is missing"));
     if (isReservedName(place.member) || parts.contains(place.member)) {
-      refuse(place.member, "is no chart and no model");
+      refuse(place.member, localized("is no chart and no model"));
     }
   }
 }
@@ -65,9 +65,10 @@ void checkMembers(const Manifest& manifest, const ContainerReader& container) {
 /// kinds that there are. A model is not shown, and stays as it is.
 void clean(MediaContent& media, ObjectType type, const std::string& member) {
   if (type == ObjectType::kModel) return;
-  const auto refuse = [&](std::string_view reason) {
-    throw StoreError(StoreError::Kind::kDamaged, localized("Its part ^1 cannot be shown. ^2",
-                                                           quotedMemberName(member), reason));
+  const auto refuse = [&](const std::string& reason) {
+    throw StoreError(StoreError::Kind::kDamaged,
+                     localized("Its part ^1 cannot be shown. ^2", quotedMemberName(member), reason),
+                     reason);
   };
   if (media.mediaType == kPngMediaType) {
     const std::string problem = pngProblem(*media.bytes);
@@ -178,7 +179,7 @@ void StoredDocument::countParsing(int part) {
     parsedCount_ = loads_ = 0;
     rethrowFor(nameOf(part),
                StoreError(StoreError::Kind::kDamaged,
-                          "the document's objects ask for its parts again and again"));
+                          localized("the document's objects ask for its parts again and again")));
   }
 }
 

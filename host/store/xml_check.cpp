@@ -122,7 +122,7 @@ class XmlCheck {
   void checkDeclaration() {
     if (startsWith("<!--")) return checkComment();
     if (!startsWith("<![CDATA[")) {
-      throw StoreError(StoreError::Kind::kDamaged, "it has a document type declaration");
+      throw StoreError(StoreError::Kind::kDamaged, localized("it has a document type declaration"));
     }
     if (depth_ == 0) refuse(localized("a text stands outside of its root element"));
     checkCdata();
@@ -178,7 +178,7 @@ class XmlCheck {
 
   void countNode() {
     if (++nodes_ > maxNodes_) {
-      throw StoreError(StoreError::Kind::kDamaged, "it has too many elements");
+      throw StoreError(StoreError::Kind::kDamaged, localized("it has too many elements"));
     }
   }
 

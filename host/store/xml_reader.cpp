@@ -161,7 +161,8 @@ double parseDouble(pugi::xml_node node, std::string_view text) {
   if (text == "NaN") return std::numeric_limits<double>::quiet_NaN();
   if (text == "INF") return std::numeric_limits<double>::infinity();
   if (text == "-INF") return -std::numeric_limits<double>::infinity();
-  if (!parseNumber(withoutPlus(text), value)) refuseElement(node, "a value is not a number");
+  if (!parseNumber(withoutPlus(text), value))
+    refuseElement(node, localized("a value is not a number"));
   return value;
 }
 
@@ -172,7 +173,7 @@ std::int64_t parseInteger(pugi::xml_node node, std::string_view text, std::int64
   const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
   if (result.ec != std::errc() || result.ptr != text.data() + text.size() || value < min ||
       value > max) {
-    refuseElement(node, "a number is not an integer, or out of bounds");
+    refuseElement(node, localized("a number is not an integer, or out of bounds"));
   }
   return value;
 }
@@ -180,7 +181,7 @@ std::int64_t parseInteger(pugi::xml_node node, std::string_view text, std::int64
 std::string elementText(pugi::xml_node node) {
   const pugi::xml_attribute encoding = node.attribute("encoding");
   if (encoding && std::strcmp(encoding.value(), "base64") != 0) {
-    refuseElement(node, "its encoding is unknown");
+    refuseElement(node, localized("its encoding is unknown"));
   }
   std::string joined;
   std::string_view text = node.first_child().value();
@@ -199,7 +200,7 @@ void refuseChild(pugi::xml_node child) {
   if (child.type() == pugi::node_element) {
     refuseElement(child.parent(), localized("it holds an element ^1", child.name()));
   }
-  refuseElement(child.parent(), "it holds a text where none may stand");
+  refuseElement(child.parent(), localized("it holds a text where none may stand"));
 }
 
 std::string decodeBase64(pugi::xml_node node, std::string_view text) {
@@ -208,7 +209,7 @@ std::string decodeBase64(pugi::xml_node node, std::string_view text) {
     digits.erase(std::remove_if(digits.begin(), digits.end(), isBlank), digits.end());
     return decodeBase64(node, digits);
   }
-  if (text.size() % 4 != 0) refuseElement(node, "its base64 is not whole");
+  if (text.size() % 4 != 0) refuseElement(node, localized("its base64 is not whole"));
   std::size_t padding = 0;
   while (padding < 2 && padding < text.size() && text[text.size() - 1 - padding] == '=') ++padding;
   std::string bytes;
@@ -217,7 +218,7 @@ std::string decodeBase64(pugi::xml_node node, std::string_view text) {
   std::uint32_t group = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const int digit = i < digits ? base64Digit(text[i]) : 0;
-    if (digit < 0) refuseElement(node, "its base64 has other characters");
+    if (digit < 0) refuseElement(node, localized("its base64 has other characters"));
     group = (group << 6) | static_cast<std::uint32_t>(digit);
     if (i % 4 != 3) continue;
     bytes += static_cast<char>(group >> 16);

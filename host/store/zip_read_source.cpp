@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include "host/store/store_error.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -97,7 +98,8 @@ ReadableFile::ReadableFile(const std::string& path) {
   constexpr int kFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
   file_ = FileDescriptor(uninterrupted([&] { return open(path.c_str(), kFlags); }));
   if (!file_.isOpen()) {
-    throw StoreError(StoreError::Kind::kNoFile, "The file cannot be read" + systemReason(errno));
+    throw StoreError(StoreError::Kind::kNoFile,
+                     localized("The file cannot be read^1", systemReason(errno)));
   }
   examine();
 }
@@ -107,11 +109,13 @@ ReadableFile::ReadableFile(FileDescriptor file) : file_(std::move(file)) { exami
 void ReadableFile::examine() {
   struct stat status = {};
   if (fstat(file_.number(), &status) != 0) {
-    throw StoreError(StoreError::Kind::kNoFile, "The file cannot be read" + systemReason(errno));
+    throw StoreError(StoreError::Kind::kNoFile,
+                     localized("The file cannot be read^1", systemReason(errno)));
   }
   if (!S_ISREG(status.st_mode)) {
-    throw StoreError(StoreError::Kind::kNoFile,
-                     S_ISDIR(status.st_mode) ? "It is a folder." : "This is no ordinary file.");
+    throw StoreError(StoreError::Kind::kNoFile, S_ISDIR(status.st_mode)
+                                                    ? localized("It is a folder.")
+                                                    : localized("This is no ordinary file."));
   }
   size_ = static_cast<std::uint64_t>(status.st_size);
   modified_ = status.st_mtim;
@@ -120,12 +124,13 @@ void ReadableFile::examine() {
 void ReadableFile::requireUnchanged() const {
   struct stat status = {};
   if (fstat(file_.number(), &status) != 0) {
-    throw StoreError(StoreError::Kind::kNoFile, "The file cannot be read" + systemReason(errno));
+    throw StoreError(StoreError::Kind::kNoFile,
+                     localized("The file cannot be read^1", systemReason(errno)));
   }
   if (static_cast<std::uint64_t>(status.st_size) != size_ ||
       status.st_mtim.tv_sec != modified_.tv_sec || status.st_mtim.tv_nsec != modified_.tv_nsec) {
     throw StoreError(StoreError::Kind::kDamaged,
-                     "The file was changed by another program since it was opened.");
+                     localized("The file was changed by another program since it was opened."));
   }
 }
 

@@ -1,10 +1,10 @@
 #include "platform/strings/localized.h"
 
-#include <array>
-#include <charconv>
 #include <map>
 #include <mutex>
 #include <vector>
+
+#include <fmt/format.h>
 
 #include "platform/files/path_factory.h"
 #include "platform/pivot/cell_text.h"
@@ -32,11 +32,7 @@ std::string_view localizedText(std::string_view original) {
   return currentTexts().find(original);
 }
 
-LocalizedArgument::LocalizedArgument(double number) {
-  std::array<char, 32> digits{};
-  const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), number);
-  text_.assign(digits.data(), written.ptr);
-}
+LocalizedArgument::LocalizedArgument(double number) { text_ = fmt::format("{}", number); }
 
 std::string localized(std::string_view original,
                       std::initializer_list<LocalizedArgument> arguments) {

@@ -31,7 +31,6 @@ class LocalizedArgument {
   LocalizedArgument(const char* text) : text_(text) {}
   LocalizedArgument(char character) : text_(1, character) {}
   LocalizedArgument(std::integral auto number) : text_(std::to_string(number)) {}
-  /// In the fewest digits that read back as the same number.
   LocalizedArgument(double number);
 
   const std::string& text() const { return text_; }

@@ -55,9 +55,11 @@ std::string kindOf(const MediaContent& media) {
 }
 
 std::string sizeText(const MediaSize& size) {
-  if (!size.isInPixels) return fmt::format("{:.4g} × {:.4g} points", size.width, size.height);
-  return fmt::format("{:.0f} × {:.0f} pixels", size.width / kPointsPerPixel,
-                     size.height / kPointsPerPixel);
+  if (!size.isInPixels)
+    return localized("^1 × ^2 points", fmt::format("{:.4g}", size.width),
+                     fmt::format("{:.4g}", size.height));
+  return localized("^1 × ^2 pixels", fmt::format("{:.0f}", size.width / kPointsPerPixel),
+                   fmt::format("{:.0f}", size.height / kPointsPerPixel));
 }
 
 /// `text` as one word of a shell's command line.
@@ -131,16 +133,16 @@ bool ContentPrinter::operator()(const NotesContent& notes) const {
 }
 
 bool ContentPrinter::operator()(const MessageContent& message) const {
-  const char* name = "Error: ";
+  std::string name = localized("Error");
   std::string_view codes = "1;31";
   if (message.severity == MessageSeverity::kWarning) {
-    name = "Warning: ";
+    name = localized("Warning");
     codes = "1;33";
   } else if (message.severity == MessageSeverity::kInformation) {
-    name = "Information: ";
+    name = localized("Information");
     codes = kBold;
   }
-  printIndented(out_, name, codes, message.text, {}, style_);
+  printIndented(out_, name + ": ", codes, message.text, {}, style_);
   return true;
 }
 
@@ -154,8 +156,8 @@ bool ContentPrinter::operator()(const MediaContent& media) const {
   const bool isChart = object_.type == ObjectType::kChart;
   std::string facts = kindOf(media);
   if (const auto shown = shownSize(media, object_.size)) facts += ", " + sizeText(*shown);
-  facts += fmt::format(", {} bytes", size);
-  printIndented(out_, isChart ? "Chart: " : "Model: ", kBold,
+  facts += ", " + localized("^1 bytes", size);
+  printIndented(out_, (isChart ? localized("Chart") : localized("Model")) + ": ", kBold,
                 object_.label.empty() ? facts : object_.label + " (" + facts + ")", {}, style_);
   const std::string file = (isChart ? "chart." : "model.") + mediaExtension(media.mediaType);
   // A file whose name begins like an option is named in a way that it is none.

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/strings/localized.h"
 #include "platform/text/display_width.h"
 #include "platform/text/utf8.h"
 #include "runner/terminal/color.h"
@@ -218,8 +219,8 @@ void printDiagnostic(std::ostream& out, const Diagnostic& diagnostic, const Term
     printExcerpt(out, diagnostic, look.codes, style);
   }
   if (!diagnostic.help.empty()) {
-    out << repeated(" ", kIndent) << withStyle("help: " + shownLine(diagnostic.help), "2", style)
-        << '\n';
+    out << repeated(" ", kIndent)
+        << withStyle(localized("help") + ": " + shownLine(diagnostic.help), "2", style) << '\n';
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/strings/localized.h"
 #include "platform/text/display_width.h"
 #include "runner/terminal/color.h"
 #include "runner/terminal/terminal_text.h"
@@ -40,12 +41,12 @@ Line lineOf(const OutlineEntry& entry, const std::vector<bool>& isOpen) {
   line.tree = treeOf(isOpen, entry.isLast);
   line.label = shownStart(object.index.empty() ? object.label : object.index + " " + object.label,
                           kMostColumns);
-  if (line.label.empty()) line.label = "(no label)";
-  line.facts = objectTypeName(object.type);
+  if (line.label.empty()) line.label = localized("(no label)");
+  line.facts = localized(objectTypeName(object.type));
   if (!object.command.empty()) {
     line.facts += fmt::format(", {} {}", shownStart(object.command, kMostColumns), object.run);
   }
-  if (!object.visible) line.facts += ", hidden";
+  if (!object.visible) line.facts += ", " + localized("hidden");
   return line;
 }
 

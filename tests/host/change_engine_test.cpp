@@ -260,7 +260,8 @@ class BrokenSource : public ContentSource {
   ObjectContent load(std::uint64_t) override {
     throw StoreError(
         StoreError::Kind::kDamaged,
-        "Its part objects/1.xml cannot be read: near line 3: start-end tags mismatch.");
+        "Its part objects/1.xml cannot be read: near line 3: start-end tags mismatch.",
+        "near line 3: start-end tags mismatch");
   }
 };
 

@@ -27,15 +27,9 @@ TEST(ChangeNotes, AValueNeitherEndsItsNoteNorMakesAnother) {
                                          "Invalid format (InvalidInvalid_formatInvalid_format)"));
 }
 
-TEST(ChangeNotes, TemplatesAreCountedInWords) {
-  const std::pair<std::size_t, const char*> names[] = {
-      {1, "the 1st chart template"},     {2, "the 2nd chart template"},
-      {3, "the 3rd chart template"},     {4, "the 4th chart template"},
-      {10, "the 10th chart template"},   {11, "the 11th chart template"},
-      {12, "the 12th chart template"},   {13, "the 13th chart template"},
-      {21, "the 21st chart template"},   {102, "the 102nd chart template"},
-      {111, "the 111th chart template"}, {123, "the 123rd chart template"}};
-  for (const auto& [number, name] : names) EXPECT_EQ(chartTemplateName(number), name);
+TEST(ChangeNotes, TemplatesAreCounted) {
+  EXPECT_EQ(chartTemplateName(1), "chart template 1");
+  EXPECT_EQ(chartTemplateName(102), "chart template 102");
 }
 
 TEST(ChangeNotes, SentenceBecomesAClause) {

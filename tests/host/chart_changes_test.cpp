@@ -24,9 +24,9 @@ std::string refusalOf(const GraphChange& change) {
 TEST(ChartChanges, StyleThatCannotBeReadIsRefusedWithItsPlaceFirst) {
   GraphChange change;
   change.chartTemplates = {"<template><text size='x'/></template>"};
-  EXPECT_EQ(refusalOf(change), "in the 1st chart template, text: size \"x\" is not allowed");
+  EXPECT_EQ(refusalOf(change), "in chart template 1, text: size \"x\" is not allowed");
   change.chartTemplates = {"<template/>", "<template><bogus/></template>"};
-  EXPECT_EQ(refusalOf(change), "in the 2nd chart template, template: unknown element bogus");
+  EXPECT_EQ(refusalOf(change), "in chart template 2, template: unknown element bogus");
   const LookFolders folders;
   folders.install("Journalist.qgs", "<styleSheet><text size='2000'/></styleSheet>");
   change.styleSheet = "Journalist";

@@ -330,7 +330,7 @@ TEST(ModifyRequestReader, WhatNoCommandWritesIsRefused) {
            "</tableLook></modifyTable>",
        "an element tableLook"},
       {"<modifyGraph><chartTemplate><template/><template/></chartTemplate></modifyGraph>",
-       "in the 1st chart template, there is not just one element"},
+       "in chart template 1, there is not just one element"},
       {"<subtype subtype=\"a\" subtype=\"b\"/>", "stands there twice"},
       {"<tableCells bold=\"true\" bold=\"true\"/>", "stands there twice"},
       {"<objectProperties visible=\"no\" visible=\"yes\"/>", "stands there twice"},
@@ -426,12 +426,12 @@ TEST(ModifyRequestReader, MistakeInAFileIsSaidOfTheFile) {
     const char* reason;
   } cases[] = {
       {graph("<template><series></template>", good),
-       "in the 1st chart template, not well-formed near \"ies></templa\""},
+       "in chart template 1, not well-formed near \"ies></templa\""},
       {graph(good, "<template><series></template>"),
-       "in the 2nd chart template, not well-formed near \"ies></templa\""},
+       "in chart template 2, not well-formed near \"ies></templa\""},
       {graph(good, "<template><series>"),
-       "in the 2nd chart template, not well-formed near \"series></cha\""},
-      {graph(good, "hello"), "in the 2nd chart template, there is not just one element"},
+       "in chart template 2, not well-formed near \"series></cha\""},
+      {graph(good, "hello"), "in chart template 2, there is not just one element"},
       {look("<tableProperties><title bold=true/></tableProperties>"),
        "in the table look, not well-formed near \" bold=true/>\""},
       // What follows the file is taken for a value of it.
@@ -443,7 +443,7 @@ TEST(ModifyRequestReader, MistakeInAFileIsSaidOfTheFile) {
       {inRoot("<modifyEvent><modifyGraph><chartTemplate>" + good +
               "</chartTemplate></modifyGraph></modifyEvent><modifyEvent><modifyGraph>"
               "<chartTemplate><a></chartTemplate></modifyGraph></modifyEvent>"),
-       "in the 1st chart template, not well-formed near"},
+       "in chart template 1, not well-formed near"},
       // Not in a file, behind one, without a quotation mark.
       {inRoot("<modifyEvent><modifyTable><tableLook><tableProperties/></tableLook></modifyTable>"
               "<modifyEvent></x>"),

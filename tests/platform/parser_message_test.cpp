@@ -224,7 +224,7 @@ TEST(Messages, AreConvertedFromTheCurrentEncoding) {
   const ParserMessage messages;
   messages.ParenRequired("\x95\x5C");
   messages.GenericError("\x95\x5C: ^1", "\xFF");
-  messages.report(MessageKey::kUnknownSubCom, {"X"}, std::nullopt, "\x95\x5C?");
+  messages.report(MessageKey::kUnknownSubCom, {"X"}, std::nullopt, "表?");
   EXPECT_EQ(sink.parserMessages[0].text, "表 needs its values in parentheses.");
   EXPECT_EQ(sink.parserMessages[1].messageTemplate, "表: ^1");
   EXPECT_EQ(sink.parserMessages[1].text, "表: \xEF\xBF\xBD");

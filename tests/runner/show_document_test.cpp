@@ -162,7 +162,7 @@ TEST_F(ShowTest, RawWritesTheBytesOfAMedium) {
   EXPECT_THAT(err_, HasSubstr("--raw does not write to a terminal"));
   options_.object = 2;
   EXPECT_EQ(show(), 2);
-  EXPECT_EQ(err_, "vornwout: error: Object 2 holds a log; --raw writes charts and models.\n");
+  EXPECT_EQ(err_, "vornwout: error: Object 2 is a log; --raw writes charts and models.\n");
   addDamaged();
   options_.object = 5;
   EXPECT_EQ(show(), 1);

@@ -90,7 +90,7 @@ class ContentWriter {
 /// What a layer is called where it is picked.
 std::string layerName(const TableGrid& grid, std::size_t index) {
   const std::string heading = layerHeading(grid);
-  return heading.empty() ? fmt::format("Layer {}", index + 1) : heading;
+  return heading.empty() ? localized("Layer ^1", index + 1) : heading;
 }
 
 void ContentWriter::writeGrid(GridRows& rows, std::size_t index) const {
@@ -196,13 +196,13 @@ void ContentWriter::operator()(const NotesContent& notes) const {
 }
 
 void ContentWriter::operator()(const MessageContent& message) const {
-  const char* name = "Error";
+  std::string name = localized("Error");
   const char* cssClass = "message error";
   if (message.severity == MessageSeverity::kWarning) {
-    name = "Warning";
+    name = localized("Warning");
     cssClass = "message warning";
   } else if (message.severity == MessageSeverity::kInformation) {
-    name = "Information";
+    name = localized("Information");
     cssClass = "message";
   }
   html_.start("p");
@@ -306,7 +306,7 @@ void PageWriter::chooseTitle(const std::string& documentName) {
     // A document that begins with a title says it once, unless the title's text says more.
     if (saysNoMoreThan(*ContentView(first->object->content), title_)) titleObject_ = first->object;
   }
-  if (title_.empty()) title_ = "Output";
+  if (title_.empty()) title_ = localized("Output");
 }
 
 void PageWriter::writeHead() {

@@ -9,6 +9,7 @@
 
 #include "host/export/html/html_area.h"
 #include "host/export/html/html_look.h"
+#include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
@@ -76,7 +77,7 @@ void writeMarks(HtmlWriter& html, const std::vector<int>& notes, const TableGrid
     html.raw(separator);
     html.start("a");
     html.attribute("href", "#" + options.idPrefix + "n" + mark);
-    html.attribute("aria-label", "Footnote " + mark);
+    html.attribute("aria-label", localized("Footnote ^1", mark));
     html.text(mark);
     html.end("a");
     separator = ",";
@@ -349,7 +350,7 @@ void writeHtmlTable(HtmlWriter& html, GridRows& rows, const HtmlTableOptions& op
   if (hasCaption) {
     html.attribute("aria-labelledby", options.idPrefix + "c");
   } else {
-    html.attribute("aria-label", "Table");
+    html.attribute("aria-label", localized("Table"));
   }
   html.newLine();
   const bool hasSummary = !grid.summary.empty() && !html.isPlain();
@@ -372,7 +373,7 @@ void writeHtmlTable(HtmlWriter& html, GridRows& rows, const HtmlTableOptions& op
   html.end("div");
   html.newLine();
   if (grid.columnCount > kColumnsOnBroadPaper && !html.isPlain()) {
-    html.element("p", "On paper the columns beyond the edge are missing.", "cut");
+    html.element("p", localized("On paper the columns beyond the edge are missing."), "cut");
     html.newLine();
   }
   if (!options.withNotes) return;

@@ -164,10 +164,10 @@ void TextContents::Writer::operator()(const NotesContent& notes) const {
 }
 
 void TextContents::Writer::operator()(const MessageContent& message) const {
-  const char* name = "Error: ";
-  if (message.severity == MessageSeverity::kWarning) name = "Warning: ";
-  if (message.severity == MessageSeverity::kInformation) name = "Information: ";
-  writeLines(out_, std::string(name), out_.shownText(message.text));
+  std::string name = localized("Error");
+  if (message.severity == MessageSeverity::kWarning) name = localized("Warning");
+  if (message.severity == MessageSeverity::kInformation) name = localized("Information");
+  writeLines(out_, name + ": ", out_.shownText(message.text));
 }
 
 std::string TextContents::Writer::textOf(const TextParagraph& paragraph) const {

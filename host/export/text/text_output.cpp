@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "platform/strings/localized.h"
 #include "platform/text/locale_encoding.h"
 #include "platform/text/shown_text.h"
 #include "platform/text/utf8.h"
@@ -42,8 +43,8 @@ std::string TextOutput::held(std::string shown) const {
   bool isWhole = true;
   const std::string encoded = encoding_->fromUtf8(shown, &isWhole);
   if (!isWhole) {
-    throw std::runtime_error("because " + encoding_->name() +
-                             " cannot hold all of the text; ENCODING=UTF8 can");
+    throw std::runtime_error(
+        localized("because ^1 cannot hold all of the text; ENCODING=UTF8 can", encoding_->name()));
   }
   // An encoding may read one of its characters back as another; that one is what is seen.
   return encoding_->toUtf8(encoded);
