@@ -101,13 +101,18 @@ class CellIndex {
 
  private:
   std::size_t hashOf(const int* at) const {
-    // Neighbours in the last dimension stay neighbours in memory: rows mostly come sorted.
+    // Neighbours in the last dimension stay neighbours in memory: rows mostly come sorted. Only few
+    // of them, for where long runs meet, each new cell would have to pass all of both.
+    constexpr std::uint64_t kNeighbours = 16;
+    const auto last = static_cast<std::uint64_t>(at[dimensions_ - 1]);
     std::uint64_t hash = 0;
-    for (std::size_t i = 0; i + 1 < dimensions_; ++i) {
-      hash = (hash ^ static_cast<std::uint64_t>(at[i] + 1)) * 0x9E3779B97F4A7C15U;
+    const auto mix = [&](std::uint64_t value) {
+      hash = (hash ^ (value + 1)) * 0x9E3779B97F4A7C15U;
       hash ^= hash >> 29;
-    }
-    return static_cast<std::size_t>(hash + static_cast<std::uint64_t>(at[dimensions_ - 1]));
+    };
+    for (std::size_t i = 0; i + 1 < dimensions_; ++i) mix(static_cast<std::uint64_t>(at[i]));
+    mix(last / kNeighbours);
+    return static_cast<std::size_t>(hash + last % kNeighbours);
   }
 
   const std::vector<int>& coordinates_;

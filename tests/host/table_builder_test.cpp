@@ -1,11 +1,13 @@
 #include "host/build/table_builder.h"
 
+#include <chrono>
 #include <map>
 #include <string>
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/hostile_size.h"
 #include "tests/support/memory_files.h"
 
 namespace vornwout {
@@ -295,6 +297,22 @@ TEST(TableBuilder, ManyCellsKeepTheirPlaces) {
   EXPECT_EQ(table->dimensions[0].leafCount, 3000);
   EXPECT_EQ(errorOf(description, csv + "15,11,4,0\n"),
             "30002:9: The cell 15 11, 4 stands twice, first in line 12347, column 9.");
+}
+
+double secondsToBuild(int rows) {
+  std::string csv = "region,id,v\n";
+  for (int i = 0; i < rows; ++i) csv += fmt::format("r{},{},1\n", i / (rows / 10), i);
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(built(described({"region", "id"}, {}, "v"), csv)->cells.size(),
+            static_cast<std::size_t>(rows));
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+TEST(TableBuilderScale, FewRowsOfManyCellsTakeLinearTime) {
+  const double few = secondsToBuild(kHostileCount / 5);
+  const double many = secondsToBuild(2 * kHostileCount);
+  // Ten times the cells; a cost that grew with the rows would make it a hundred times.
+  EXPECT_LT(many, 30 * few + 0.5);
 }
 
 }  // namespace
