@@ -18,6 +18,8 @@
 namespace vornwout {
 namespace {
 
+constexpr std::size_t kMaxAttributes = 200;
+constexpr std::size_t kMaxNamespaces = 100;  // in force in one place
 constexpr std::string_view kSvgNamespace = "http://www.w3.org/2000/svg";
 constexpr std::array<std::string_view, 4> kMetadataNamespaces = {
     "http://www.w3.org/1999/02/22-rdf-syntax-ns#", "http://purl.org/dc/elements/1.1/",
@@ -323,13 +325,21 @@ class Cleaner {
 
   void pushNamespaces(pugi::xml_node node) {
     marks_.push_back(bindings_.size());
+    std::size_t attributes = 0;
     for (const pugi::xml_attribute attribute : node.attributes()) {
+      // Each is looked for among all of them, and each name among all namespaces.
+      if (++attributes > kMaxAttributes) {
+        throw SvgError(localized("The chart has an element with more than 200 attributes."));
+      }
       const std::string_view name = attribute.name();
       if (name == "xmlns") {
         bindings_.push_back({"", attribute.value()});
       } else if (name.starts_with("xmlns:")) {
         bindings_.push_back({std::string(name.substr(6)), attribute.value()});
       }
+    }
+    if (bindings_.size() > kMaxNamespaces) {
+      throw SvgError(localized("The chart declares more than 100 namespaces in one place."));
     }
   }
 

@@ -10,6 +10,8 @@
 namespace vornwout {
 namespace {
 
+/// Steps on the ways to all leaves of a dimension: far more than one can look at, and 256 MiB.
+constexpr std::size_t kMaxPathSteps = std::size_t{64} << 20;
 constexpr auto kLargestKey = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
 
 std::size_t at(int index) { return static_cast<std::size_t>(index); }
@@ -56,6 +58,10 @@ AxisDimension::AxisDimension(const PivotTable& table, std::size_t index)
     const int parent = categories[i].parent;
     if (parent >= 0 && at(parent) < i) levels[i] = levels[at(parent)] + 1;
     if (!categories[i].isGroup) depth_ = std::max(depth_, levels[i] + 1);
+  }
+  if (at(source_->leafCount) * at(depth_) > kMaxPathSteps) {
+    throw std::length_error(
+        localized("a dimension has too many categories that are nested deeply"));
   }
   constexpr std::uint64_t kUnset = std::numeric_limits<std::uint64_t>::max();
   ranks_.assign(at(source_->leafCount), kUnset);

@@ -34,6 +34,8 @@ constexpr std::array<const char*, 2> kExcess = {
     localizable("holds more than 1,000,000 runs, footnotes and the like"),
     localizable("holds more than 2,000,000 categories")};
 constexpr const char* kDimensionExcess = localizable("holds more than 1,000 dimensions");
+constexpr const char* kDepthExcess =
+    localizable("holds a category that stands in more than 100 groups");
 constexpr const char* kGrowthExcess =
     localizable("holds texts that grow by more than 16 MiB when their arguments are filled in");
 
@@ -110,6 +112,19 @@ std::uint64_t growthOf(const PivotTable& table) {
   return growth;
 }
 
+bool isNestedTooDeeply(const PivotTable& table) {
+  std::vector<int> levels;
+  for (const PivotDimension& dimension : table.dimensions) {
+    levels.clear();
+    for (const PivotCategory& category : dimension.categories) {
+      const auto parent = static_cast<std::size_t>(category.parent);
+      levels.push_back(category.parent < 0 || parent >= levels.size() ? 0 : levels[parent] + 1);
+      if (levels.back() > kMaxGroupDepth) return true;
+    }
+  }
+  return false;
+}
+
 bool growsTooLarge(const ObjectContent& content) {
   std::uint64_t growth = 0;
   if (const auto* table = std::get_if<TableContent>(&content)) growth = growthOf(**table);
@@ -126,6 +141,7 @@ bool growsTooLarge(const ObjectContent& content) {
 std::string excessOf(const ObjectContent& content, std::string_view written) {
   const auto* table = std::get_if<TableContent>(&content);
   if (table != nullptr && (*table)->dimensions.size() > kMaxDimensions) return kDimensionExcess;
+  if (table != nullptr && isNestedTooDeeply(**table)) return kDepthExcess;
   if (growsTooLarge(content)) return kGrowthExcess;
   if (!mayHoldTooMany(written.size())) return "";
   constexpr std::string_view kNameEnds = " />";

@@ -21,6 +21,8 @@ inline constexpr std::size_t kMaxTextElements = 1'000'000;
 /// Categories and groups of one table, in all its dimensions.
 inline constexpr std::size_t kMaxCategories = 2'000'000;
 inline constexpr std::size_t kMaxDimensions = 1'000;
+/// Groups that a category of a table may stand in.
+inline constexpr int kMaxGroupDepth = 100;
 /// Bytes that the texts of one content have more when they are shown than their templates and
 /// arguments have.
 inline constexpr std::size_t kMaxTextGrowth = std::size_t{16} << 20;

@@ -124,7 +124,9 @@ CellText readCellText(pugi::xml_node node, int depth) {
   return cell;
 }
 
-void readCategory(pugi::xml_node node, PivotDimension& dimension, LookReader& looks) {
+/// `levels` has how deep each category stands, from 0.
+void readCategory(pugi::xml_node node, PivotDimension& dimension, LookReader& looks,
+                  std::vector<int>& levels) {
   PivotCategory category;
   category.isGroup = is(node, "group");
   category.label = readCellText(node);
@@ -133,6 +135,10 @@ void readCategory(pugi::xml_node node, PivotDimension& dimension, LookReader& lo
   if (category.parent >= 0 &&
       !dimension.categories[static_cast<std::size_t>(category.parent)].isGroup) {
     refuseElement(node, localized("its parent is no group"));
+  }
+  levels.push_back(category.parent < 0 ? 0 : levels[static_cast<std::size_t>(category.parent)] + 1);
+  if (levels.back() > kMaxGroupDepth) {
+    refuseElement(node, localized("it stands in more than 100 groups"));
   }
   const auto statistic = findStatisticKind(node.attribute("statistic").value());
   if (!statistic) refuseElement(node, localized("its statistic is unknown"));
@@ -155,9 +161,10 @@ PivotDimension readDimension(pugi::xml_node node, LookReader& looks) {
     position.hideCategories = flagAttribute(node, "hide-categories");
     dimension.position = position;
   }
+  std::vector<int> levels;
   for (const pugi::xml_node child : node.children()) {
     if (is(child, "category") || is(child, "group")) {
-      readCategory(child, dimension, looks);
+      readCategory(child, dimension, looks, levels);
     } else if (is(child, "label")) {
       readOnce(child, dimension.label);
     } else {

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "host/store/content_reader.h"
@@ -45,6 +46,25 @@ CellText plainText(std::size_t size) {
   CellText text;
   text.text = std::string(size, 'x');
   return text;
+}
+
+TEST(ContentLimits, GroupsAreNestedSoDeepAtMost) {
+  const auto table = [](int groups) {
+    std::string xml = "<table><dimension>";
+    for (int i = 0; i < groups; ++i) xml += "<group parent=\"" + std::to_string(i - 1) + "\"/>";
+    return xml + "<category parent=\"" + std::to_string(groups - 1) + "\"/></dimension></table>";
+  };
+  EXPECT_EQ(refusal(table(100)), "");
+  EXPECT_THAT(refusal(table(101)), testing::HasSubstr("it stands in more than 100 groups"));
+  auto deep = std::make_shared<PivotTable>();
+  PivotDimension& dimension = deep->dimensions.emplace_back();
+  for (int i = 0; i < 102; ++i) {
+    PivotCategory& group = dimension.categories.emplace_back();
+    group.isGroup = true;
+    group.parent = i - 1;
+  }
+  EXPECT_EQ(excessOf(ObjectContent(TableContent(deep)), ""),
+            "holds a category that stands in more than 100 groups");
 }
 
 TEST(ContentLimits, WhatIsWrittenIsCountedByTheNamesOfItsElements) {

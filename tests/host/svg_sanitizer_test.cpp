@@ -195,6 +195,18 @@ TEST(CssFilter, InnerAddressesAreFragmentsAndPictures) {
   }
 }
 
+TEST(SvgSanitizer, AttributesAndNamespacesAreBounded) {
+  const auto chart = [](const char* name, int count) {
+    std::string svg = "<svg xmlns=\"http://www.w3.org/2000/svg\"";
+    for (int i = 0; i < count; ++i) svg += " " + std::string(name) + std::to_string(i) + "=\"x\"";
+    return svg + "/>";
+  };
+  EXPECT_NO_THROW(sanitizeSvg(chart("data-a", 150)));
+  EXPECT_THROW(sanitizeSvg(chart("data-a", 200)), SvgError);
+  EXPECT_NO_THROW(sanitizeSvg(chart("xmlns:a", 99)));
+  EXPECT_THROW(sanitizeSvg(chart("xmlns:a", 100)), SvgError);
+}
+
 TEST(SvgSanitizer, WhatIsCleanStaysAsItIs) {
   for (const char* inside :
        {"<a href='javascript:x'><![CDATA[]]></a>", "<text><![CDATA[a]]>b</text>",

@@ -123,6 +123,24 @@ TEST(TableAxis, TooManyCombinationsThrow) {
   EXPECT_THROW(TableAxis(table, PivotPlace::kRows), std::length_error);
 }
 
+TEST(TableAxis, TooManyCategoriesInDeepGroupsThrow) {
+  PivotDimension dimension = makeDimension("d", PivotPlace::kRows, 1, {});
+  for (int depth = 0; depth < 100; ++depth) {
+    PivotCategory group;
+    group.isGroup = true;
+    group.parent = depth - 1;
+    dimension.categories.push_back(group);
+  }
+  for (int leaf = 0; leaf < 700'000; ++leaf) {
+    PivotCategory category;
+    category.parent = 99;
+    category.leaf = dimension.leafCount++;
+    dimension.categories.push_back(category);
+  }
+  const PivotTable table = tableOf({dimension});
+  EXPECT_THROW(TableAxis(table, PivotPlace::kRows), std::length_error);
+}
+
 TEST(TableAxis, BrokenCategoriesThrow) {
   const PivotDimension good = makeDimension("d", PivotPlace::kRows, 1, {"a", "b"});
   std::vector<PivotDimension> broken(7, good);
