@@ -110,7 +110,13 @@ class DocumentSaver {
       const std::uint64_t now = done_ + std::min(units, commitUnits_ - 1);
       if (now > reported_) reportProgress(progress_, reported_ = now, total_);
     });
-    moveIn(std::move(written.file));
+    try {
+      moveIn(std::move(written.file));
+    } catch (const StoreError& error) {
+      // The new file is whole and in its place; contents stay where they were.
+      if (!written.warning.empty()) written.warning += ' ';
+      written.warning += localized("The saved file could not be opened again. ^1", error.what());
+    }
     reportProgress(progress_, total_, total_);
     return {std::move(written.lock), std::move(written.warning)};
   }

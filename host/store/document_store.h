@@ -40,7 +40,7 @@ std::unique_ptr<Document> openDocument(const std::string& path, const OpenOption
 /// What has become of a document that was saved.
 struct SavedFile {
   std::optional<FileLock> lock;  ///< on the new file; nothing where its file system has no locks
-  std::string warning;           ///< a sentence about what did not succeed besides; mostly empty
+  std::string warning;           ///< sentences about what did not succeed besides; mostly empty
 };
 
 /// Saves the document as the file `path`; afterwards its contents lie there. Gives the lock on the

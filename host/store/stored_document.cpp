@@ -188,6 +188,9 @@ void StoredDocument::readAhead(int part) {
   if (aheadContainer_ == nullptr) {
     aheadContainer_ = std::make_unique<ContainerReader>(container_->reopen());
   }
+  // One thread at a time reads the container: the part before may still be on its way, when
+  // somebody jumped over it.
+  ahead_ = {};
   aheadPart_ = part;
   ahead_ = std::async(std::launch::async,
                       [this, part] { return buildPart(*aheadContainer_, nameOf(part)); });
