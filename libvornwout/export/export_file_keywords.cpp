@@ -1,5 +1,6 @@
 #include "libvornwout/export/export_file_keywords.h"
 
+#include <string_view>
 #include <utility>
 
 #include "libvornwout/frame/blame.h"
@@ -10,6 +11,9 @@
 
 namespace vornwout {
 namespace {
+
+/// What bytes that are no characters become in UTF-8: U+FFFD.
+constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";
 
 /// Gives a workbook the extension of its type unless it has it.
 void completeExtension(std::string& path, const std::string& type) {
@@ -26,10 +30,12 @@ void completeExtension(std::string& path, const std::string& type) {
 }
 
 /// Whether the host gets just this path: the export document holds neither control characters nor
-/// bytes that are no characters.
+/// bytes that are no characters. An encoding may have two codes for a character, and either names
+/// the same file.
 bool reachesHost(const std::string& path) {
   const std::string utf8 = currentToUtf8(path);
-  return isXmlText(utf8) && currentEncoding().fromUtf8(utf8) == path;
+  const bool mayHaveLost = utf8.find(kReplacementCharacter) != std::string::npos;
+  return isXmlText(utf8) && (!mayHaveLost || currentEncoding().fromUtf8(utf8) == path);
 }
 
 }  // namespace

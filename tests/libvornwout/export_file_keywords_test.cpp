@@ -195,6 +195,14 @@ TEST(ReadDocumentFile, CompletesANameInTheJobsEncoding) {
   expectSent({{"/XLS DOCUMENTFILE='\x83\x5C'", "<xls documentFile=\"\xE3\x82\xBD.xls\"/>"}});
 }
 
+TEST(ReadDocumentFile, TakesEitherCodeOfACharacter) {
+  const ScopedEncoding encoding(Encoding::find("Shift-JIS"));
+  for (const std::string code : {"\xFA\x54", "\x81\xCA"}) {
+    expectSent({{"/PDF DOCUMENTFILE='" + code + "'", "<pdf documentFile=\"\xEF\xBF\xA2\"/>"},
+                {"/PNG IMAGEROOT='" + code + "'", "<png imageRoot=\"\xEF\xBF\xA2\"/>"}});
+  }
+}
+
 TEST(ReadDocumentFile, RefusesAPathThatWouldNotReachTheHostAsItIs) {
   const ExportFolder folder;
   for (const std::string& path :

@@ -210,6 +210,67 @@ TEST(OutputExport, JudgesMoreThanTwoSubcommands) {
   }
 }
 
+constexpr const char* kRootRequired =
+    "error: When an image type subcommand is used, the IMAGEROOT keyword is required. ()";
+constexpr const char* kFileRequired =
+    "error: When a document type subcommand is used, the DOCUMENTFILE keyword is required. ()";
+
+TEST(OutputExport, TakesTheOptionsOfImagesBesideADocument) {
+  const ExportFolder folder;
+  const struct {
+    const char* image;
+    const char* element;
+  } cases[] = {
+      {"/EMF PERCENTSIZE=50", "<emf percentSize=\"50\"/>"},
+      {"/TIF PERCENTSIZE=50", "<tif percentSize=\"50\"/>"},
+      {"/BMP PERCENTSIZE=50 COMPRESS=NO", "<bmp compress=\"false\" percentSize=\"50\"/>"},
+      {"/JPG PERCENTSIZE=50 GRAYSCALE=YES", "<jpg percentSize=\"50\" grayscale=\"true\"/>"},
+      {"/PNG PERCENTSIZE=50 DEPTH=COLORS16", "<png percentSize=\"50\" depth=\"COLORS16\"/>"},
+      {"/EPS WIDTH=PERCENT(50)", "<eps width=\"50\" widthUnit=\"PERCENT\"/>"},
+  };
+  for (const auto& test : cases) {
+    const ExportRun run(folder, std::string("/HTML DOCUMENTFILE='f' ") + test.image);
+    EXPECT_THAT(run.sent(), ElementsAre(std::string("<html documentFile=\"f\"/>") + test.element));
+  }
+}
+
+TEST(OutputExport, ReadsOnBehindAMissingFile) {
+  const ExportFolder folder;
+  const struct {
+    const char* arguments;
+    std::vector<std::string> said;
+  } cases[] = {
+      {"/EMF PERCENTSIZE=0",
+       {kRootRequired,
+        "error: Value ^1 breaks lower boundary ^2 or upper boundary ^3 for parameter ^4... "
+        "(0, 0, 200PERCENTSIZE)"}},
+      {"/DOC PAGESIZE=MM(1) TOPMARGIN=MM(0)",
+       {kFileRequired, "error: Parameter ^2 requrires two dimensions, width and height. (PAGESIZE)",
+        "error: Value ^1 should be greater than ^2 for parameter ^3... (0, 0, MM)"}},
+      {"/PPT SLIDESIZE=MM(1)",
+       {kFileRequired,
+        "error: Parameter ^2 requrires two dimensions, width and height. (SLIDESIZE)"}},
+      {"/TEXT COLUMNWIDTH=-1", {kFileRequired}},
+      {"/REPORT URL='a'", {kFileRequired}},
+      // Of two numbers that are refused, the first is told.
+      {"/DOC DOCUMENTFILE='d' PAGESIZE=MM(0 -1)",
+       {"error: Value ^1 should be greater than ^2 for parameter ^3... (0, 0, MM)"}},
+      // Images are judged before the documents behind them are read.
+      {"/PNG IMAGEROOT='i' /TIF IMAGEROOT='j' /DOC DOCUMENTFILE='d' TOPMARGIN=MM(0)",
+       {kSeveralImages,
+        "error: Value ^1 should be greater than ^2 for parameter ^3... (0, 0, MM)"}},
+      // What the command itself has to say is not the host's answer.
+      {"PRINT=NEVER /HTML DOCUMENTFILE='h' /PDF DOCUMENTFILE='d'", {kSeveralDocuments}},
+  };
+  for (const auto& test : cases) {
+    const ExportRun run(folder, test.arguments);
+    std::vector<std::string> said = run.said();
+    ASSERT_GE(said.size(), test.said.size()) << test.arguments;
+    said.resize(test.said.size());
+    EXPECT_EQ(said, test.said) << test.arguments;
+  }
+}
+
 TEST(OutputExport, ReadsItsSubcommandsInItsOwnOrder) {
   // Each has a value that is refused, and the messages follow the order of reading.
   std::string arguments;
