@@ -13,6 +13,7 @@
 #include <zlib.h>
 
 #include "bench/limits.h"
+#include "bench/peak_memory.h"
 #include "host/store/container_reader.h"
 #include "host/store/container_writer.h"
 #include "host/store/document_store.h"
@@ -252,6 +253,22 @@ void openingLimits(const Effort& effort, const Folder& folder, std::vector<Limit
   results.push_back(result);
 }
 
+/// What opening takes for parts that are not looked at: nothing, however large they are.
+void openingMemory(const Effort& effort, const Folder& folder, std::vector<LimitResult>& results) {
+  const auto peakOfOpening = [&](int rows) {
+    const std::string path = folder / "large.qxv";
+    saveDocument(*makeDocument(10, rows), path, {});
+    return peakBytesOf([&] { openDocument(path); });
+  };
+  peakOfOpening(1);  // whatever is loaded once
+  const double small = peakOfOpening(1);
+  LimitResult result;
+  result.name = "opening large parts, MB beyond small ones";
+  result.measured = (peakOfOpening(effort.isSmoke ? 400 : 20'000) - small) / (1 << 20);
+  result.limit = 1;
+  results.push_back(result);
+}
+
 }  // namespace
 
 std::vector<LimitResult> documentLimits(const Effort& effort) {
@@ -265,6 +282,7 @@ std::vector<LimitResult> documentLimits(const Effort& effort) {
   constexpr std::size_t kPerSize = 4;
   for (std::size_t i = 0; i + kPerSize < results.size(); ++i) results[i].isPromised = false;
   openingLimits(effort, folder, results);
+  openingMemory(effort, folder, results);
   return results;
 }
 
