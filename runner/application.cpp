@@ -109,6 +109,42 @@ void addRun(CLI::App& application, RunOptions& options, Written& written) {
       "reported, 2 for wrong usage or a file that cannot be read or written."));
 }
 
+void addShow(CLI::App& application, ShowOptions& options) {
+  CLI::App* show =
+      application.add_subcommand("show", localized("Show a document's outline and contents"));
+  show->add_option("file", options.file, localized("A document, QXV or QXW"))
+      ->required()
+      ->type_name("FILE");
+  auto* outline = show->add_flag("--outline", options.outline, localized("Show the outline only"));
+  auto* object = show->add_option("--object", options.object,
+                                  localized("Show one object only, by its number in the outline"));
+  object->type_name("NUMBER");
+  auto* raw =
+      show->add_flag("--raw", options.raw, localized("Write the bytes of a chart or model"));
+  auto* json = show->add_flag("--json", options.json, localized("Write JSON, for other programs"));
+  raw->needs(object)->excludes(json)->excludes(outline);
+  show->add_option("--password-file", options.passwordFile,
+                   localized("Read the document's password from FILE; - is standard input"))
+      ->type_name("FILE");
+  show->add_option("--width", options.width,
+                   localized("Columns to fit into (default: the terminal's)"))
+      ->check(CLI::Range(1, kWidestShown))
+      ->type_name("NUMBER");
+  show->add_option("--color", options.color, localized("Colours: auto (default), always or never"))
+      ->check(CLI::IsMember({"auto", "always", "never"}))
+      ->type_name("WHEN");
+  show->add_flag("--no-pager", options.noPager, localized("Do not turn pages on a terminal"));
+  show->footer(localized(
+      "On a terminal the output is shown by $VORNWOUT_PAGER, $PAGER or less.\n"
+      "Exit status: 0, 1 when a part of the document could not be read, 2 for wrong usage or a\n"
+      "file that cannot be opened."));
+}
+
+void addPassword(CLI::App& application) {
+  application.add_subcommand("password", localized("Encrypt a password for a job file"))
+      ->footer(passwordExplanation());
+}
+
 void addHelp(CLI::App& application, HelpOptions& options) {
   CLI::App* help =
       application.add_subcommand("help", localized("Show the commands, or how one is written"));
@@ -282,8 +318,8 @@ int runApplication(int argc, char** argv) {
   BuildOptions buildOptions;
   addBuildCommand(application, buildOptions);
   ShowOptions showOptions;
-  addShowCommand(application, showOptions);
-  addPasswordCommand(application);
+  addShow(application, showOptions);
+  addPassword(application);
   addHelp(application, helpOptions);
   addLanguage(application, runOptions.language);
   if (const std::string option = optionWithoutValue(argc, argv); !option.empty()) {

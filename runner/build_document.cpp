@@ -9,6 +9,7 @@
 #include <utility>
 #include <variant>
 
+#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <unistd.h>
 
@@ -144,7 +145,7 @@ const std::vector<TableOptionEntry>& tableOptions() {
          if (o.value.empty())
            throw UsageError(localized("--encoding needs the name of an encoding."));
          if (!Utf8Stream::isKnown(o.value)) {
-           throw UsageError("There is no encoding " + o.value + ".");
+           throw UsageError(localized("There is no encoding ^1.", o.value));
          }
          t.csvOptions.encoding = o.value;
        }},

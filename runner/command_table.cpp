@@ -46,7 +46,7 @@ constexpr std::string_view kSaveDetails = localizable(
     "--trace-secrets.\n"
     "/PASSPROTECT without a PASSWORD protects nothing: the file is written readable.\n");
 
-constexpr const char* kModifyDetails =
+constexpr const char* kModifyDetails = localizable(
     "Each group begins with SELECT, which names the types of the objects to act on; IF narrows "
     "them "
     "down,\nand the other subcommands say what to do to them, in an order of their own: INDEXING, "
@@ -66,9 +66,9 @@ constexpr const char* kModifyDetails =
     "expression over the value x in square\nbrackets, [x>5 and x<10]; APPLYTO leads from the "
     "chosen cells to others.\nSIZE takes a width and a height, each a number or PROPORTIONAL, and "
     "the "
-    "unit: SIZE=2 1 INCHES, or\nPERCENT(50 50).\n";
+    "unit: SIZE=2 1 INCHES, or\nPERCENT(50 50).\n");
 
-constexpr const char* kExportDetails =
+constexpr const char* kExportDetails = localizable(
     "One document or one type of image is exported, or images beside HTML, REPORT or TEXT. Without "
     "NAME\nthe active document is exported; PRINT=ERRORS tells of failures alone, PRINT=NEVER of "
     "nothing but a\nhost that does not answer.\nDOCUMENTFILE is required with every type of "
@@ -80,7 +80,7 @@ constexpr const char* kExportDetails =
     "list in parentheses of two texts each,\nwith commas between the pairs: URL=('a' 'b', 'c' 'd')."
     "\nPERCENTSIZE is above 0 and at most 200. MODIFYSHEET needs a SHEET; when there is no "
     "workbook "
-    "to change\nor to add a sheet to, one is made.\n";
+    "to change\nor to add a sheet to, one is made.\n");
 
 constexpr std::string_view kStringTableDetails = localizable(
     "Each string table makes two pivot tables, its texts and its help texts, with a column per "

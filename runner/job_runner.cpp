@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 #include <optional>
 #include <string>
 
@@ -179,6 +180,8 @@ void JobRunner::callEntry(const Command& known, const TokenizedCommand& command)
     const ParserMessage messages;
     messages.GenericError("The host broke the command off.");
     return;
+  } catch (const std::bad_alloc&) {
+    failure = localized("there is not enough memory");
   } catch (const std::exception& exception) {
     failure = exception.what();
   } catch (const char* text) {

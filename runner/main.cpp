@@ -1,6 +1,7 @@
 #include <csignal>
 #include <exception>
 #include <iostream>
+#include <new>
 
 #include "runner/application.h"
 #include "runner/ending_signals.h"
@@ -17,6 +18,8 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);
     vornwout::removeFilesOnEndingSignals();
     return vornwout::runApplication(argc, argv);
+  } catch (const std::bad_alloc&) {
+    std::cerr << "vornwout: error: There is not enough memory.\n";
   } catch (const std::exception& exception) {
     std::cerr << "vornwout: error: " << exception.what() << "\n";
   } catch (...) {

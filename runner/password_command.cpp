@@ -67,10 +67,7 @@ Answer readPassword() {
 
 }  // namespace
 
-void addPasswordCommand(CLI::App& application) {
-  application.add_subcommand("password", localized("Encrypt a password for a job file"))
-      ->footer(localized(kExplanation));
-}
+std::string passwordExplanation() { return localized(kExplanation); }
 
 int runPasswordCommand() {
   Answer answer = readPassword();

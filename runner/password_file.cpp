@@ -36,9 +36,9 @@ class InputFile {
 
 std::variant<std::string, PasswordFileError> askForPassword(PasswordUse use) {
   HiddenInput input;
-  const auto first = input.ask("Password: ");
+  const auto first = input.ask(localized("Password:") + " ");
   const auto second =
-      first && use == PasswordUse::kNew ? input.ask(localized("The same again: ")) : first;
+      first && use == PasswordUse::kNew ? input.ask(localized("The same again:") + " ") : first;
   if (!second) return PasswordFileError{localized("No password was given.")};
   if (*first != *second) return PasswordFileError{localized("The two passwords differ.")};
   if (first->empty()) return PasswordFileError{localized("The password is empty.")};

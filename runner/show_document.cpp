@@ -7,6 +7,7 @@
 #include <variant>
 #include <vector>
 
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include "host/document/content_view.h"
@@ -27,8 +28,6 @@
 
 namespace vornwout {
 namespace {
-
-constexpr int kWidest = 10'000;
 
 /// The entries of an outline that an option asks for: all, or one with what stands below it.
 using Entries = std::vector<OutlineEntry>;
@@ -146,43 +145,12 @@ std::optional<std::string> variable(const char* name) {
 
 }  // namespace
 
-void addShowCommand(CLI::App& application, ShowOptions& options) {
-  CLI::App* show =
-      application.add_subcommand("show", localized("Show a document's outline and contents"));
-  show->add_option("file", options.file, localized("A document, QXV or QXW"))
-      ->required()
-      ->type_name("FILE");
-  auto* outline = show->add_flag("--outline", options.outline, localized("Show the outline only"));
-  auto* object = show->add_option("--object", options.object,
-                                  localized("Show one object only, by its number in the outline"));
-  object->type_name("NUMBER");
-  auto* raw =
-      show->add_flag("--raw", options.raw, localized("Write the bytes of a chart or model"));
-  auto* json = show->add_flag("--json", options.json, localized("Write JSON, for other programs"));
-  raw->needs(object)->excludes(json)->excludes(outline);
-  show->add_option("--password-file", options.passwordFile,
-                   localized("Read the document's password from FILE; - is standard input"))
-      ->type_name("FILE");
-  show->add_option("--width", options.width,
-                   localized("Columns to fit into (default: the terminal's)"))
-      ->check(CLI::Range(1, kWidest))
-      ->type_name("NUMBER");
-  show->add_option("--color", options.color, localized("Colours: auto (default), always or never"))
-      ->check(CLI::IsMember({"auto", "always", "never"}))
-      ->type_name("WHEN");
-  show->add_flag("--no-pager", options.noPager, localized("Do not turn pages on a terminal"));
-  show->footer(localized(
-      "On a terminal the output is shown by $VORNWOUT_PAGER, $PAGER or less.\n"
-      "Exit status: 0, 1 when a part of the document could not be read, 2 for wrong usage or a\n"
-      "file that cannot be opened."));
-}
-
 int showDocument(std::ostream& out, const Document& document, const ShowOptions& options,
                  const TerminalStyle& style, bool isTerminal) {
   Entries all = outlineOf(document.root());
   if (options.object &&
       (*options.object < 1 || *options.object > static_cast<std::int64_t>(all.size()))) {
-    return refuse(all.empty() ? std::string(localized("The document has no objects."))
+    return refuse(all.empty() ? localized("The document has no objects.")
                               : localized("There is no object ^1; the document has ^2.",
                                           *options.object, all.size()));
   }
@@ -197,7 +165,7 @@ int showDocument(std::ostream& out, const Document& document, const ShowOptions&
   if (!options.object || options.outline) {
     printRule(out, options.file, style);
     out << '\n';
-    if (entries.empty()) out << "The document has no objects.\n";
+    if (entries.empty()) out << localized("The document has no objects.") << '\n';
     printOutline(out, entries, style);
     hasOutput = true;
   }

@@ -10,12 +10,13 @@
 #include <ostream>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
 #include "host/document/document.h"
 #include "runner/terminal/style.h"
 
 namespace vornwout {
+
+/// Columns that a width is at most.
+inline constexpr int kWidestShown = 10'000;
 
 struct ShowOptions {
   std::string file;
@@ -28,9 +29,6 @@ struct ShowOptions {
   int width = 0;             ///< columns; 0 for those of the terminal
   std::string color = "auto";
 };
-
-/// Declares the subcommand; what is written goes to `options`, which must outlive `application`.
-void addShowCommand(CLI::App& application, ShowOptions& options);
 
 /// Opens the file and shows it on standard output; the exit status.
 int runShow(const ShowOptions& options);

@@ -16,6 +16,7 @@
 #include "platform/pivot/display_format.h"
 #include "platform/pivot/pivot_table.h"
 #include "platform/pivot/statistic_kind.h"
+#include "platform/strings/localized.h"
 #include "platform/text/json_locator.h"
 
 namespace vornwout {
@@ -65,7 +66,7 @@ struct TableDescription {
   std::vector<DimensionDescription> dimensions;
   std::vector<ValueDescription> values;
   bool hasValueDimension = false;  ///< the value columns are the categories of one more dimension
-  std::string valuesLabel = "Statistics";
+  std::string valuesLabel = localized("Statistics");
   PivotPlace valuesPlace = PivotPlace::kColumns;
   std::optional<DisplayFormat> format;
   StatisticKind statistic = StatisticKind::kNone;

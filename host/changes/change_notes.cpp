@@ -30,6 +30,8 @@ std::string harmless(std::string value) {
 std::string chartTemplateName(std::size_t number) { return localized("chart template ^1", number); }
 
 std::string clauseOf(std::string sentence) {
+  constexpr std::string_view kWideStop = "。";
+  if (sentence.ends_with(kWideStop)) sentence.resize(sentence.size() - kWideStop.size());
   if (sentence.ends_with('.')) sentence.pop_back();
   // Other languages have words that begin so wherever they stand.
   if (currentLanguage() == kOriginalLanguage && !sentence.empty() && sentence[0] >= 'A' &&

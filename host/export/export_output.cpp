@@ -70,12 +70,14 @@ std::unique_ptr<DocumentExporter> exporterFor(const ExportSpec& spec) {
 
 /// A sentence as it goes on behind "because"; in other languages it begins as it is.
 std::string asClause(std::string sentence) {
+  constexpr std::string_view kWideStop = "。";
+  if (sentence.ends_with(kWideStop)) sentence.resize(sentence.size() - kWideStop.size());
+  if (sentence.ends_with('.')) sentence.pop_back();
   if (currentLanguage() != kOriginalLanguage) return sentence;
   const bool isName = sentence.size() > 1 && sentence[1] >= 'A' && sentence[1] <= 'Z';
   if (!isName && !sentence.empty() && sentence[0] >= 'A' && sentence[0] <= 'Z') {
     sentence[0] = static_cast<char>(sentence[0] - 'A' + 'a');
   }
-  if (sentence.ends_with('.')) sentence.pop_back();
   return sentence;
 }
 

@@ -30,7 +30,7 @@ constexpr std::string_view kReadableMember = "mimetype";
 }
 
 [[noreturn]] void refuseMember(std::string_view name, const std::string& what) {
-  refuse("The part " + quotedMemberName(name) + " " + what + ".");
+  refuse(localized("The part ^1 ^2.", quotedMemberName(name), what));
 }
 
 struct ZipClose {
@@ -80,7 +80,7 @@ class ContainerReader::Archive {
   /// The position of a member that must be there.
   std::size_t require(std::string_view name) const {
     const auto found = byName_.find(name);
-    if (found == byName_.end()) refuseMember(name, "is missing");
+    if (found == byName_.end()) refuseMember(name, localized("is missing"));
     return found->second;
   }
 
@@ -217,7 +217,7 @@ class ContainerReader::Archive {
 
   static void checkName(std::string_view name, std::unordered_set<std::string>& foldedNames) {
     if (const std::string fault = faultOfMemberName(name); !fault.empty()) {
-      refuse("The name of the part " + quotedMemberName(name) + " " + fault + ".");
+      refuse(localized("The name of the part ^1 ^2.", quotedMemberName(name), fault));
     }
     if (!foldedNames.insert(caseFoldedName(name)).second) {
       refuseMember(name, localized("is there twice"));

@@ -258,10 +258,9 @@ TEST(ChangeEngine, ARefusedRequestChangesNoDocument) {
 class BrokenSource : public ContentSource {
  public:
   ObjectContent load(std::uint64_t) override {
-    throw StoreError(
-        StoreError::Kind::kDamaged,
-        "Its part objects/1.xml cannot be read: near line 3: start-end tags mismatch.",
-        "near line 3: start-end tags mismatch");
+    throw StoreError(StoreError::Kind::kDamaged,
+                     "Its part objects/1.xml cannot be read: near line 3: start-end tags mismatch.",
+                     "near line 3: start-end tags mismatch");
   }
 };
 

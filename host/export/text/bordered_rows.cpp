@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "platform/strings/localized.h"
 #include "platform/text/display_width.h"
 
 namespace vornwout {
@@ -117,9 +118,9 @@ void BorderedRows::drawSlots() {
   }
   wrapped_ += (height - 1) * blankLine_.size();
   if (wrapped_ > kMostWrapped) {
-    throw std::runtime_error(
+    throw std::runtime_error(localized(
         "because a table's wrapped cells would take more than a gigabyte; SEPARATOR=TAB wraps "
-        "none");
+        "none"));
   }
   for (std::size_t line = 0; line < height; ++line) {
     for (Slot& slot : slots_) {
