@@ -18,7 +18,8 @@ struct ExportScope {
 };
 
 /// Visible objects unless all are asked for. Layers as each table has them chosen, all, or of each
-/// table the one that is seen. Throws ExportError when nothing is left.
+/// table the one that is seen. Throws ExportError when nothing is left but what the commands that
+/// handle documents say of themselves.
 ExportScope scopeOf(const Document& document, const ExportContentsSpec& contents);
 
 /// Nothing that is below a model, nor the model itself.

@@ -91,6 +91,34 @@ TEST_F(ExportOutputTest, AnEmptyDocumentIsNotExported) {
   EXPECT_EQ(failure(), 3);
 }
 
+DocumentObject recordObject(ObjectType type, std::string command) {
+  DocumentObject object = textObject("Record");
+  object.type = type;
+  object.command = std::move(command);
+  return object;
+}
+
+TEST_F(ExportOutputTest, WhatTheCommandsSayOfThemselvesIsNoContent) {
+  DocumentObject heading = recordObject(ObjectType::kHeading, "OUTPUT EXPORT");
+  heading.children = {recordObject(ObjectType::kLog, "OUTPUT EXPORT"),
+                      recordObject(ObjectType::kNotes, "OUTPUT EXPORT"),
+                      recordObject(ObjectType::kWarning, "OUTPUT EXPORT")};
+  open("records", {recordObject(ObjectType::kLog, "OUTPUT NEW"), heading});
+  EXPECT_EQ(failure(), 3);
+  EXPECT_EQ(folder_.entryCount(), 0U);
+  open("hidden", {recordObject(ObjectType::kLog, "OUTPUT NEW"), textObject("unseenText", false)});
+  EXPECT_EQ(failure(), 4);
+  spec_.contents.setExport(ExportContentsSpec::EXPORT_TYPE::ALL);
+  EXPECT_TRUE(run().success);
+}
+
+TEST_F(ExportOutputTest, LogsOfOtherCommandsAndTextsOfTheirsAreContents) {
+  open("a", {recordObject(ObjectType::kLog, "MEANS")});
+  EXPECT_TRUE(run().success);
+  open("b", {recordObject(ObjectType::kText, "OUTPUT COMMENT")});
+  EXPECT_TRUE(run().success);
+}
+
 TEST_F(ExportOutputTest, VisibleObjectsUnlessAllAreAskedFor) {
   open("a", {textObject("seen"), textObject("unseenText", false)});
   EXPECT_TRUE(run().success);
