@@ -148,4 +148,8 @@ std::optional<MediaSize> shownSize(const MediaContent& media,
   return size;
 }
 
+bool isPicture(const MediaContent& media) {
+  return media.mediaType == kSvgMediaType || media.mediaType == kPngMediaType;
+}
+
 }  // namespace vornwout

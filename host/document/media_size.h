@@ -25,6 +25,9 @@ inline constexpr double kPointsPerPixel = 0.75;
 /// The size that the medium names; nothing where it names none, is of another type or damaged.
 std::optional<MediaSize> naturalSize(const MediaContent& media);
 
+/// Whether the medium is of a type that charts have.
+bool isPicture(const MediaContent& media);
+
 /// How large the medium is to be shown: the wanted size where there is one, a side that it leaves
 /// open in proportion to the other one; otherwise the natural size.
 std::optional<MediaSize> shownSize(const MediaContent& media,

@@ -27,4 +27,10 @@ std::vector<OutlineEntry> outlineOf(const DocumentObject& root) {
   return entries;
 }
 
+std::string outlineLabel(const DocumentObject& object) {
+  std::string label =
+      object.label.empty() ? std::string(objectTypeName(object.type)) : object.label;
+  return object.index.empty() ? label : object.index + " " + label;
+}
+
 }  // namespace vornwout

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <vector>
 
 #include "host/document/document_object.h"
@@ -22,5 +23,8 @@ struct OutlineEntry {
 
 /// All objects below `root`, which itself is none of them. The entries refer to it.
 std::vector<OutlineEntry> outlineOf(const DocumentObject& root);
+
+/// What the outline calls an object: its label, or what it is, behind its index.
+std::string outlineLabel(const DocumentObject& object);
 
 }  // namespace vornwout

@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include "host/document/media_size.h"
+#include "host/document/outline.h"
 #include "host/export/document_exporter.h"
 #include "platform/strings/localized.h"
 
@@ -91,10 +92,15 @@ bool ChartFiles::isAskedFor(const ExportSpec& spec) {
          spec.jpg.isPresent() || spec.png.isPresent() || spec.tif.isPresent();
 }
 
-MediaContent ChartFiles::draw(const MediaContent& chart,
-                              const std::optional<ObjectSize>& size) const {
-  return {mediaTypeOf(options_.format),
-          std::make_shared<const std::string>(drawChart(chart, size, options_))};
+MediaContent ChartFiles::draw(const DocumentObject& object, const MediaContent& chart) const {
+  try {
+    return {mediaTypeOf(options_.format),
+            std::make_shared<const std::string>(drawChart(chart, object.size, options_))};
+  } catch (const DrawError& error) {
+    if (!isDemanded_) throw;
+    throw std::runtime_error(localized("because ^1 cannot be made an image: ^2",
+                                       outlineLabel(object), asClause(error.what())));
+  }
 }
 
 std::string ChartFiles::write(const MediaContent& image) {

@@ -27,17 +27,22 @@ class ChartFiles {
 
   /// Whether an image subcommand is given.
   static bool isAskedFor(const ExportSpec& spec);
+  /// Images in these files or their format are what was asked for: from now on draw() and add() end
+  /// the export where a chart cannot be drawn, by a std::runtime_error that says which and why.
+  void demand() { isDemanded_ = true; }
+  /// Per cent of the size at which a chart is shown.
+  double percent() const { return options_.percent; }
   /// Whether it says where the files stand.
   bool hasRoot() const { return hasRoot_; }
 
-  /// The chart as an image. Throws DrawError.
-  MediaContent draw(const MediaContent& chart, const std::optional<ObjectSize>& size) const;
+  /// The chart of an object as an image. Throws DrawError.
+  MediaContent draw(const DocumentObject& object, const MediaContent& chart) const;
   /// Writes an image into the next file and gives that file's name; with its folder where that is
   /// not the document's. Throws ExportError and StoreError.
   std::string write(const MediaContent& image);
   /// Draws a chart into the next file. Where it cannot be drawn no number is missing.
-  std::string add(const MediaContent& chart, const std::optional<ObjectSize>& size) {
-    return write(draw(chart, size));
+  std::string add(const DocumentObject& object, const MediaContent& chart) {
+    return write(draw(object, chart));
   }
 
   /// Says in the response what was made, if anything was.
@@ -49,6 +54,7 @@ class ChartFiles {
   std::string root_;  ///< the system's path
   std::string formatName_;
   bool hasRoot_ = false;
+  bool isDemanded_ = false;
   ImageOptions options_;
   int count_ = 0;
 };

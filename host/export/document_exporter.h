@@ -30,6 +30,9 @@ class DocumentExporter {
   virtual void run(const ExportJob& job, ExportFiles& files, ExportResponse& response) = 0;
 };
 
+/// A sentence as it goes on behind "because"; in other languages it begins as it is.
+std::string asClause(std::string sentence);
+
 /// The system's path of one that an ExportSpec has.
 std::string exportPath(const std::string& path);
 

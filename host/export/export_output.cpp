@@ -68,19 +68,6 @@ std::unique_ptr<DocumentExporter> exporterFor(const ExportSpec& spec) {
       localized("because this version cannot export ^1; it can export HTML and TEXT", name));
 }
 
-/// A sentence as it goes on behind "because"; in other languages it begins as it is.
-std::string asClause(std::string sentence) {
-  constexpr std::string_view kWideStop = "。";
-  if (sentence.ends_with(kWideStop)) sentence.resize(sentence.size() - kWideStop.size());
-  if (sentence.ends_with('.')) sentence.pop_back();
-  if (currentLanguage() != kOriginalLanguage) return sentence;
-  const bool isName = sentence.size() > 1 && sentence[1] >= 'A' && sentence[1] <= 'Z';
-  if (!isName && !sentence.empty() && sentence[0] >= 'A' && sentence[0] <= 'Z') {
-    sentence[0] = static_cast<char>(sentence[0] - 'A' + 'a');
-  }
-  return sentence;
-}
-
 const Document& documentFor(const ExportSpec& spec, OutputController& controller,
                             ExportResponse& response) {
   const std::string name = unescapedHtml(spec.global.getName());
@@ -104,6 +91,18 @@ const Document& documentFor(const ExportSpec& spec, OutputController& controller
 }
 
 }  // namespace
+
+std::string asClause(std::string sentence) {
+  constexpr std::string_view kWideStop = "。";
+  if (sentence.ends_with(kWideStop)) sentence.resize(sentence.size() - kWideStop.size());
+  if (sentence.ends_with('.')) sentence.pop_back();
+  if (currentLanguage() != kOriginalLanguage) return sentence;
+  const bool isName = sentence.size() > 1 && sentence[1] >= 'A' && sentence[1] <= 'Z';
+  if (!isName && !sentence.empty() && sentence[0] >= 'A' && sentence[0] <= 'Z') {
+    sentence[0] = static_cast<char>(sentence[0] - 'A' + 'a');
+  }
+  return sentence;
+}
 
 std::string exportPath(const std::string& path) {
   return documentPath(currentEncoding().fromUtf8(path).c_str());

@@ -388,6 +388,7 @@ class ExportTextSpec : public NotedDocumentOption {
   std::string getColumnBorder() const { return columnBorder_.value_or("|"); }
   void setImageFormat(IMAGEFORMAT imageFormat) { imageFormat_ = imageFormat; }
   IMAGEFORMAT getImageFormat() const { return imageFormat_.value_or(IMAGEFORMAT::PNG); }
+  bool isImageFormatGiven() const { return imageFormat_.has_value(); }
 
   /// Gives each setting with the name of its attribute.
   template <typename Self, typename Visitor>

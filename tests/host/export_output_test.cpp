@@ -292,16 +292,47 @@ TEST_F(ExportOutputTest, AnImageRootPutsTheImagesBesideThePageToo) {
   EXPECT_THAT(folder_.read("a.html"), HasSubstr("data:image/png;base64,"));
 }
 
-TEST_F(ExportOutputTest, AChartThatCannotBeDrawnStaysADrawing) {
+TEST_F(ExportOutputTest, AChartThatCannotBeMadeTheImageAskedForIsNamed) {
   DocumentObject chart = chartObject();
   chart.content = ObjectContent(
       MediaContent{"image/svg+xml",
                    std::make_shared<const std::string>(
                        "<svg xmlns='http://www.w3.org/2000/svg' width='90000' height='90000'/>")});
   open("a", {chart});
+  const auto refusal = [&] {
+    try {
+      run();
+      return std::string("it was made");
+    } catch (const std::runtime_error& error) {
+      return std::string(error.what());
+    }
+  };
+  const std::string expected = "because Chart cannot be made an image: the image would be ";
   spec_.html.setImageFormat(ExportHTMLSpec::IMAGEFORMAT::PNG);
-  EXPECT_TRUE(run().success);
-  EXPECT_THAT(folder_.read("a.html"), HasSubstr("data:image/svg+xml;base64,"));
+  EXPECT_THAT(refusal(), HasSubstr(expected));
+  spec_.html = {};
+  spec_.text.setOptionPresent(true);
+  spec_.text.setDocumentFile(folder_.file("a.txt"));
+  spec_.png.setOptionPresent(true);
+  EXPECT_THAT(refusal(), HasSubstr(expected));
+  EXPECT_EQ(folder_.entryCount(), 0U);
+  spec_.png = {};
+  EXPECT_TRUE(run().success) << "a text whose images nobody asked for says it in its place";
+}
+
+TEST_F(ExportOutputTest, AnImageIsShownAsLargeAsItsChart) {
+  DocumentObject half = chartObject();
+  half.size = ObjectSize{50, 50, true};
+  open("a", {chartObject(), half});
+  spec_.html.setImageFormat(ExportHTMLSpec::IMAGEFORMAT::JPG);
+  run();
+  EXPECT_THAT(folder_.read("a.html"), HasSubstr("width=\"8\" height=\"4\""));
+  EXPECT_THAT(folder_.read("a.html"), HasSubstr("width=\"4\" height=\"2\""));
+  spec_.png.setOptionPresent(true);
+  spec_.png.setPercentSize(200, "200");
+  run();
+  EXPECT_THAT(folder_.read("a.html"), HasSubstr("width=\"16\" height=\"8\""));
+  EXPECT_THAT(folder_.read("a.html"), HasSubstr("width=\"8\" height=\"4\""));
 }
 
 TEST_F(ExportOutputTest, ImagesThatAreNotDrawnHereAreRefused) {

@@ -44,12 +44,6 @@ constexpr std::uint64_t kTableSteps = 3;
 
 std::string idOf(const OutlineEntry& entry) { return fmt::format("o{}", entry.number); }
 
-std::string outlineLabel(const DocumentObject& object) {
-  std::string label =
-      object.label.empty() ? std::string(objectTypeName(object.type)) : object.label;
-  return object.index.empty() ? label : object.index + " " + label;
-}
-
 std::int64_t pixelsOf(double points) {
   return std::max<std::int64_t>(1, std::llround(points / kPointsPerPixel));
 }
@@ -78,7 +72,7 @@ class ContentWriter {
   void writeGrid(GridRows& rows, std::size_t index) const;
   void writePicker(const TableLayout& layout) const;
   void writeLayerList(const TableLayout& layout) const;
-  void writeImage(const MediaContent& media) const;
+  void writeImage(const MediaContent& media, const std::optional<MediaSize>& shown) const;
 
   HtmlWriter& html_;
   const OutlineEntry& entry_;
@@ -232,18 +226,25 @@ void ContentWriter::operator()(const MediaContent& media) const {
                   "aside");
     return;
   }
-  const bool isChart = object_.type != ObjectType::kModel;
-  writeImage(options_.image && isChart ? options_.image(object_, media) : media);
+  std::optional<MediaSize> shown = shownSize(media, object_.size);
+  if (!options_.image || !isPicture(media)) return writeImage(media, shown);
+  // An image is as large as it was drawn, whatever its own file says.
+  if (shown) {
+    shown->width *= options_.imagePercent / 100;
+    shown->height *= options_.imagePercent / 100;
+  }
+  writeImage(options_.image(object_, media), shown);
 }
 
-void ContentWriter::writeImage(const MediaContent& media) const {
+void ContentWriter::writeImage(const MediaContent& media,
+                               const std::optional<MediaSize>& shown) const {
   html_.start("figure");
   html_.start("img");
   std::string source = "data:" + media.mediaType + ";base64,";
   source.reserve(source.size() + media.bytes->size() / 3 * 4 + 4);
   appendBase64(source, *media.bytes);
   html_.attribute("alt", outlineLabel(object_));
-  if (const auto shown = shownSize(media, object_.size)) {
+  if (shown) {
     html_.attribute("width", pixelsOf(shown->width));
     html_.attribute("height", pixelsOf(shown->height));
   }

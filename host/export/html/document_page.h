@@ -27,8 +27,9 @@ struct PageOptions {
   bool withNotes = true;  ///< captions and footnotes of tables
   /// Without, a page of bare elements.
   bool withStyles = true;
-  /// What stands for a chart that the page shows; the chart itself where there is none.
+  /// What stands for a picture that the page shows; the picture itself where there is none.
   std::function<MediaContent(const DocumentObject& object, const MediaContent& chart)> image;
+  double imagePercent = 100;  ///< how large it is shown, of the picture's own size in the document
   /// Is told of a table that cannot be shown.
   std::function<void(const DocumentObject& object)> missing;
 };

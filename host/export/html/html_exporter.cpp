@@ -25,15 +25,12 @@ void HtmlExporter::run(const ExportJob& job, ExportFiles& files, ExportResponse&
   std::optional<ChartFiles> charts;
   if (spec.getImageFormat() || ChartFiles::isAskedFor(job.spec)) {
     charts.emplace(job.spec, path, spec.getImageFormat().value_or(ChartImageFormat::PNG), files);
+    charts->demand();
+    options.imagePercent = charts->percent();
     options.image = [&](const DocumentObject& object, const MediaContent& chart) {
-      try {
-        MediaContent image = charts->draw(chart, object.size);
-        if (charts->hasRoot()) charts->write(image);
-        return image;
-      } catch (const DrawError&) {
-        // The page shows the chart itself: nobody misses anything.
-        return chart;
-      }
+      MediaContent image = charts->draw(object, chart);
+      if (charts->hasRoot()) charts->write(image);
+      return image;
     };
   }
   writePage(job.document.name(), job.scope.entries, options,

@@ -10,6 +10,7 @@
 
 #include "host/document/content_view.h"
 #include "host/document/media_size.h"
+#include "host/document/outline.h"
 #include "platform/adapter/progress_listener.h"
 #include "platform/strings/localized.h"
 #include "platform/text/display_width.h"
@@ -27,12 +28,6 @@ constexpr std::uint64_t kTableSteps = 2;
 
 std::string blanks(int count) {
   return std::string(static_cast<std::size_t>(std::max(count, 0)), ' ');
-}
-
-std::string outlineLabel(const DocumentObject& object) {
-  std::string label =
-      object.label.empty() ? std::string(objectTypeName(object.type)) : object.label;
-  return object.index.empty() ? label : object.index + " " + label;
 }
 
 /// What stands before the first line of a paragraph and before the others.
@@ -95,10 +90,6 @@ bool isEmpty(const TextContent& text) {
                        return std::all_of(paragraph.runs.begin(), paragraph.runs.end(),
                                           [](const TextRun& run) { return run.text.empty(); });
                      });
-}
-
-bool isPicture(const MediaContent& media) {
-  return media.mediaType == kSvgMediaType || media.mediaType == kPngMediaType;
 }
 
 }  // namespace
@@ -201,7 +192,7 @@ void TextContents::Writer::operator()(const MediaContent& media) const {
   }
   std::string what;
   try {
-    what = contents_.charts_.add(media, object_.size);
+    what = contents_.charts_.add(object_, media);
   } catch (const DrawError& error) {
     what = localized("not drawn. ^1", error.what());
   }

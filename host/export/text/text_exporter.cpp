@@ -11,6 +11,7 @@ void TextExporter::run(const ExportJob& job, ExportFiles& files, ExportResponse&
   const ExportTextSpec& spec = job.spec.text;
   const std::string path = exportPath(spec.getDocumentFile());
   ChartFiles charts(job.spec, path, spec.getImageFormat(), files);
+  if (spec.isImageFormatGiven() || ChartFiles::isAskedFor(job.spec)) charts.demand();
   TextOutput out(files.begin(path), spec.getEncoding());
   TextContents contents(out, spec, job.scope.layers, charts, response);
   const auto& entries = job.scope.entries;
