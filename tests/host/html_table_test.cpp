@@ -48,12 +48,24 @@ TEST(HtmlTable, LabelsAreHeaderCellsWithAScope) {
   PivotTable table = simpleTable();
   for (PivotDimension& dimension : table.dimensions) dimension.position->hideLabel = true;
   const std::string html = htmlOf(table);
-  EXPECT_THAT(html, HasSubstr("<thead>\n<tr><td></td><th class=\"n\" scope=\"col\">x</th>"
+  EXPECT_THAT(html, HasSubstr("<thead>\n<tr><td></td><th class=\"r\" scope=\"col\">x</th>"
                               "<th scope=\"col\">y</th></tr>\n</thead>\n"));
   EXPECT_THAT(html, HasSubstr("<tbody>\n<tr><th scope=\"row\">a</th><td class=\"n\">1</td>"
                               "<td class=\"n\">2</td></tr>\n"
                               "<tr><th scope=\"row\">b</th><td></td><td>four</td></tr>\n</tbody>"));
   EXPECT_THAT(html, Not(HasSubstr("headers="))) << "a scope says enough where nothing is nested";
+}
+
+TEST(HtmlTable, NumbersAloneAreKeptFromWrapping) {
+  PivotTable table = simpleTable();
+  table.dimensions[1].categories[0].label = textCell("Mean\nof amounts");
+  TableLook look;
+  look.area(LookArea::kData).horizontal = LookHorizontal::kRight;
+  table.tableLook = Shared<TableLook>(look);
+  const std::string html = htmlOf(table);
+  EXPECT_THAT(html, HasSubstr("<th class=\"r\""));
+  EXPECT_EQ(count(html, "<td class=\"n\""), 2) << "1 and 2";
+  EXPECT_EQ(count(html, "<td class=\"r\""), 1) << "four";
 }
 
 TEST(HtmlTable, NestedLabelsAreNamedByTheCellsBelowThem) {
@@ -68,7 +80,7 @@ TEST(HtmlTable, NestedLabelsAreNamedByTheCellsBelowThem) {
   for (int i = 0; i < 3; ++i) addCell(table, {i, 0}, numberCell(i));
   const std::string html = htmlOf(table, {"t7", {}});
   EXPECT_THAT(html, HasSubstr("<th scope=\"col\" id=\"t7h1\">C</th>"));
-  EXPECT_THAT(html, HasSubstr("<th class=\"n\" scope=\"col\" id=\"t7h2\">x</th>"));
+  EXPECT_THAT(html, HasSubstr("<th class=\"r\" scope=\"col\" id=\"t7h2\">x</th>"));
   EXPECT_THAT(
       html, HasSubstr("<th rowspan=\"2\" class=\"group\" scope=\"rowgroup\" id=\"t7h3\">North</th>"
                       "<th scope=\"row\" id=\"t7h4\">Oslo</th>"

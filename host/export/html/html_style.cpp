@@ -53,7 +53,8 @@ tbody tr:first-child{border-top:0}
 tbody th{font-weight:500}
 tbody .group{font-weight:650}
 tbody tr:hover td,tbody tr:hover th[scope=row]{background:var(--soft)}
-.n{text-align:right;white-space:nowrap}
+.n,.r{text-align:right}
+.n{white-space:nowrap}
 .c{text-align:center}
 .looked,.looked tr{border:0}
 .looked thead th,.looked thead td{background:none}

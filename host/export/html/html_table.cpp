@@ -178,7 +178,8 @@ void GridWriter::writeStyle(const GridCell& cell, int column, int columnSpan) {
     if (!cssClass.empty()) cssClass += ' ';
     cssClass += name;
   };
-  if (cell.alignment == CellAlignment::kRight) addClass("n");
+  // A number stays on one line; a text is wrapped wherever it stands.
+  if (cell.alignment == CellAlignment::kRight) addClass(cell.isNumber ? "n" : "r");
   if (cell.alignment == CellAlignment::kCenter) addClass("c");
   if (cell.role == CellRole::kCorner) addClass("corner");
   const bool isGroup =
