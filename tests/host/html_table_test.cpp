@@ -1,6 +1,7 @@
 #include "host/export/html/html_table.h"
 
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -66,6 +67,32 @@ TEST(HtmlTable, NumbersAloneAreKeptFromWrapping) {
   EXPECT_THAT(html, HasSubstr("<th class=\"r\""));
   EXPECT_EQ(count(html, "<td class=\"n\""), 2) << "1 and 2";
   EXPECT_EQ(count(html, "<td class=\"r\""), 1) << "four";
+}
+
+/// A row of numbers as they stand.
+PivotTable numbersTable(int columns, const std::string& number) {
+  PivotTable table;
+  const std::vector<std::string> labels(static_cast<std::size_t>(columns), "c");
+  table.dimensions = {makeDimension("Rows", PivotPlace::kRows, 1, {"a"}),
+                      makeDimension("Columns", PivotPlace::kColumns, 1, labels)};
+  for (int i = 0; i < columns; ++i) addCell(table, {0, i}, textCell(number));
+  return table;
+}
+
+TEST(HtmlTable, PrintedAcrossAndSmallerAndCutByItsWidth) {
+  const auto fit = [](int columns, const std::string& number) {
+    const std::string html = htmlOf(numbersTable(columns, number));
+    if (count(html, "class=\"cut\"") > 0) return "cut";
+    if (count(html, "class=\"broad small\"") > 0) return "small";
+    return count(html, "class=\"broad\"") > 0 ? "turned" : "upright";
+  };
+  EXPECT_STREQ(fit(14, "123"), "upright") << "narrow columns";
+  EXPECT_STREQ(fit(6, "1,234,567,890.12"), "turned");
+  EXPECT_STREQ(fit(9, "1,234,567,890.12"), "small");
+  EXPECT_STREQ(fit(12, "1,234,567,890,123.45"), "cut");
+  EXPECT_STREQ(fit(40, "12345"), "cut");
+  EXPECT_STREQ(fit(6, "a text of words that can be wrapped anywhere"), "turned");
+  EXPECT_EQ(count(htmlOf(numbersTable(40, "12345"), {}, true), "hidden"), 0) << "bare";
 }
 
 TEST(HtmlTable, NestedLabelsAreNamedByTheCellsBelowThem) {

@@ -115,12 +115,14 @@ nav,.skip,.layers>input,.layers>label{display:none}
 .layerlist summary{display:none}
 .layerlist>details{border:0;padding:0}
 .layerlist>details::details-content{content-visibility:visible;block-size:auto}
-.broad{page:broad}
-.broad table{font-size:6pt}
-.broad th,.broad td{padding:.1rem .25rem}
+.object:has(.broad){page:broad}
+.cut{break-before:avoid}
 main{max-width:none;padding:0}
 .wide{overflow:visible}
 table{font-size:8.5pt}
+th,td{padding:.15rem .4rem}
+.wide:has(>.small) table{font-size:6pt}
+.wide:has(>.small) :is(th,td){padding:.1rem .25rem}
 thead{display:table-header-group}
 tr,img,.message{break-inside:avoid}
 h1,h2,h3,h4,h5,h6,caption{break-after:avoid}

@@ -9,6 +9,7 @@
 
 #include "host/export/html/html_area.h"
 #include "host/export/html/html_look.h"
+#include "host/export/html/paper_width.h"
 #include "platform/strings/localized.h"
 
 namespace vornwout {
@@ -17,9 +18,6 @@ namespace {
 // More than this a browser does not count.
 constexpr int kMostColumnsSpanned = 1000;
 constexpr int kMostRowsSpanned = 65'534;
-// Columns that fit on paper as it stands, and turned with a smaller font.
-constexpr int kColumnsOnPaper = 12;
-constexpr int kColumnsOnBroadPaper = 24;
 
 std::size_t at(int index) { return static_cast<std::size_t>(index); }
 
@@ -34,10 +32,13 @@ class GridWriter {
         isNested_(rows.hasNestedLabels()),
         isBare_(!isNested_ && grid_.tableLook.empty()),
         coveredUntil_(at(grid_.columnCount), 0),
+        paperWidth_(grid_),
         columnHeaders_(at(grid_.columnCount)),
         rowHeaders_(at(grid_.headerColumns)) {}
 
   void write();
+  /// How what was written is printed.
+  PaperFit paperFit() const { return paperWidth_.fit(); }
 
  private:
   /// A header cell that is above or beside what comes now.
@@ -62,6 +63,7 @@ class GridWriter {
   bool isNested_;
   bool isBare_;                    ///< data cells have nothing but what they say of themselves
   std::vector<int> coveredUntil_;  ///< by column: the first row that is free
+  PaperWidth paperWidth_;
   std::vector<std::vector<std::string>> columnHeaders_;  ///< by column: ids, outermost first
   std::vector<ActiveHeader> rowHeaders_;                 ///< by header column
   int lastId_ = 0;
@@ -104,6 +106,7 @@ void GridWriter::writeRow() {
   int column = 0;
   for (const GridCell& cell : rows_.cells()) {
     writeGap(row, column, cell.column);
+    paperWidth_.add(cell);
     column = cell.column;
     const int end = cell.column + cell.columnSpan;
     while (column < end) {
@@ -342,8 +345,7 @@ void writeHtmlTable(HtmlWriter& html, GridRows& rows, const HtmlTableOptions& op
   const TableGrid& grid = rows.grid();
   // A table that is wider than the screen scrolls by itself, also by keyboard.
   html.start("div");
-  const bool isBroad = grid.columnCount > kColumnsOnPaper;
-  html.attribute("class", isBroad ? "wide broad" : "wide");
+  html.attribute("class", "wide");
   html.attribute("tabindex", "0");
   html.attribute("role", "group");
   const bool hasCaption =
@@ -369,11 +371,18 @@ void writeHtmlTable(HtmlWriter& html, GridRows& rows, const HtmlTableOptions& op
   html.newLine();
   writeTitle(html, grid, options);
   writeColumnWidths(html, grid);
-  GridWriter(html, rows, options).write();
+  GridWriter writer(html, rows, options);
+  writer.write();
   html.end("table");
+  const PaperFit fit = html.isPlain() ? PaperFit::kUpright : writer.paperFit();
+  if (fit != PaperFit::kUpright) {
+    // Known only now, so it stands behind the table; the style sheet looks for it.
+    html.raw(fit == PaperFit::kTurned ? "<div class=\"broad\" hidden></div>"
+                                      : "<div class=\"broad small\" hidden></div>");
+  }
   html.end("div");
   html.newLine();
-  if (grid.columnCount > kColumnsOnBroadPaper && !html.isPlain()) {
+  if (fit == PaperFit::kCut) {
     html.element("p", localized("On paper the columns beyond the edge are missing."), "cut");
     html.newLine();
   }
