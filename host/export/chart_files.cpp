@@ -109,7 +109,9 @@ std::string ChartFiles::write(const MediaContent& image) {
   const std::string path = fmt::format("{}{:03}.{}", root_, count_ + 1, extension);
   files_.add(path, *image.bytes, ExportErrorCode::kInvalidRootName);
   ++count_;
-  return folderOf(path) == documentFolder_ ? fs::path(path).filename().string() : path;
+  const fs::path folder = fs::path(documentFolder_).lexically_normal();
+  const fs::path name = fs::path(path).lexically_normal().lexically_relative(folder);
+  return name.empty() ? path : name.string();
 }
 
 void ChartFiles::report(ExportResponse& response) const {

@@ -37,8 +37,8 @@ class ChartFiles {
 
   /// The chart of an object as an image. Throws DrawError.
   MediaContent draw(const DocumentObject& object, const MediaContent& chart) const;
-  /// Writes an image into the next file and gives that file's name; with its folder where that is
-  /// not the document's. Throws ExportError and StoreError.
+  /// Writes an image into the next file and gives that file's name; from the document's folder
+  /// on. Throws ExportError and StoreError.
   std::string write(const MediaContent& image);
   /// Draws a chart into the next file. Where it cannot be drawn no number is missing.
   std::string add(const DocumentObject& object, const MediaContent& chart) {
