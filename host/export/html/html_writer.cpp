@@ -16,8 +16,8 @@ constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 bool isForbidden(char32_t codePoint) {
   if (codePoint < 0x20) return codePoint != '\t' && codePoint != '\n';
   if (codePoint >= 0x7F && codePoint < 0xA0) return true;
-  // What turns texts round can make one look like another.
-  if (codePoint == 0x200E || codePoint == 0x200F || (codePoint >= 0x202A && codePoint <= 0x202E) ||
+  // What turns texts round can make one look like another; a mark turns nothing but its place.
+  if ((codePoint >= 0x202A && codePoint <= 0x202E) ||
       (codePoint >= 0x2066 && codePoint <= 0x2069)) {
     return true;
   }
