@@ -46,9 +46,9 @@ ExportScope scopeOf(const Document& document, const ExportContentsSpec& contents
   if (contents.getExport() == ExportContentsSpec::EXPORT_TYPE::ALL) {
     for (OutlineEntry& entry : scope.entries) entry.isShown = true;
   }
-  if (std::none_of(
-          scope.entries.begin(), scope.entries.end(),
-          [](const OutlineEntry& entry) { return entry.isShown && !isOwnRecord(*entry.object); })) {
+  if (std::none_of(scope.entries.begin(), scope.entries.end(), [](const OutlineEntry& entry) {
+        return entry.isShown && !isOwnRecord(*entry.object);
+      })) {
     throw ExportError(ExportErrorCode::kNothingVisible, localized("no object is visible"));
   }
   return scope;

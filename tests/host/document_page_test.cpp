@@ -394,17 +394,27 @@ TEST(DocumentPage, TextsThatRunFromRightToLeftDecideTheirDirection) {
               HasSubstr("\xEF\xBF\xBDgnp.exe"));
 }
 
-TEST(DocumentPage, ATableThatCannotBeShownIsTold) {
-  PivotTable content = **layered().content.as<TableContent>();
-  content.dimensions[1].shownLeaf = -1;
-  content.cells[0].at = std::vector<int>{9, 9};
+TEST(DocumentPage, ATableThatIsTooLargeIsTold) {
+  PivotTable content;
+  for (const auto place : {PivotPlace::kRows, PivotPlace::kColumns}) {
+    content.dimensions.push_back(
+        makeDimension("D", place, 1, std::vector<std::string>(10'000, "category")));
+  }
+  addCell(content, {0, 0}, numberCell(1));
   PageOptions options;
   std::string missing;
   options.missing = [&](const DocumentObject& table) { missing += table.label; };
-  pageOf({object(ObjectType::kTable, "Sales",
-                 TableContent(std::make_shared<const PivotTable>(content)))},
-         options);
+  const auto write = [&] {
+    return pageOf({object(ObjectType::kTable, "Sales",
+                          TableContent(std::make_shared<const PivotTable>(content)))},
+                  options);
+  };
+  EXPECT_THAT(write(), HasSubstr("This table cannot be shown: "));
   EXPECT_EQ(missing, "Sales");
+  content.dimensions.resize(1);
+  content.cells[0].at = std::vector<int>{20'000};
+  EXPECT_THAT(write(), HasSubstr("This table cannot be shown: "));
+  EXPECT_EQ(missing, "Sales") << "a damaged one is not too large";
 }
 
 TEST(DocumentPage, WithoutStylesItIsBareElements) {
@@ -448,6 +458,31 @@ TEST(DocumentPage, LargePageComesInPieces) {
   });
   EXPECT_GT(pieces, 5U);
   EXPECT_LT(largest, 100'000U);
+}
+
+TEST(DocumentPage, BarePageKeepsLineEndsAndTheBrowsersOwnColours) {
+  PageOptions bare;
+  bare.withStyles = false;
+  NotesContent notes;
+  notes.entries.push_back({textCell("first\nlabel"), textCell("first\nvalue")});
+  MessageContent message;
+  message.text = "first\nmessage";
+  TextContent text;
+  text.paragraphs.emplace_back().runs.push_back({"first\ntext", {}, ""});
+  const std::string page = pageOf({object(ObjectType::kNotes, "n", ObjectContent(notes)),
+                                   object(ObjectType::kWarning, "w", ObjectContent(message)),
+                                   object(ObjectType::kText, "t", ObjectContent(text))},
+                                  bare);
+  for (const char* lines :
+       {"first<br>label", "first<br>value", "first<br>message", "first<br>text"}) {
+    EXPECT_THAT(page, HasSubstr(lines));
+  }
+  EXPECT_THAT(page, Not(HasSubstr("color-scheme")));
+}
+
+TEST(DocumentPage, ObjectWithoutContentIsKnownByItsLabel) {
+  EXPECT_THAT(pageOf({object(ObjectType::kLog, "a"), object(ObjectType::kPageTitle, "Part <2>")}),
+              HasSubstr("<p>Part &lt;2&gt;</p>"));
 }
 
 }  // namespace

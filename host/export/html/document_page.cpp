@@ -59,8 +59,10 @@ class ContentWriter {
         headingLevel_(headingLevel),
         options_(options) {}
 
-  // A content that holds nothing has nothing to show.
-  void operator()(const std::monostate&) const {}
+  // A content that holds nothing is known by its label alone.
+  void operator()(const std::monostate&) const {
+    if (!object_.label.empty()) writeLines("p", outlineLabel(object_));
+  }
   void operator()(const TableContent& table) const;
   void operator()(const LogContent& log) const;
   void operator()(const NotesContent& notes) const;
@@ -69,6 +71,7 @@ class ContentWriter {
   void operator()(const MediaContent& media) const;
 
  private:
+  void writeLines(const char* name, const std::string& text) const;
   void writeGrid(GridRows& rows, std::size_t index) const;
   void writePicker(const TableLayout& layout) const;
   void writeLayerList(const TableLayout& layout) const;
@@ -153,7 +156,8 @@ void ContentWriter::operator()(const TableContent& table) const {
     layout.emplace(*table, wanted);
   } catch (const std::logic_error& error) {
     html_.element("p", localized("This table cannot be shown: ^1.", error.what()), "aside");
-    if (options_.missing) options_.missing(object_);
+    const bool isTooLarge = dynamic_cast<const std::length_error*>(&error) != nullptr;
+    if (isTooLarge && options_.missing) options_.missing(object_);
     return;
   }
   const ProgressStep writing(2, kTableSteps);
@@ -176,14 +180,21 @@ void ContentWriter::operator()(const LogContent& log) const {
   html_.end("pre");
 }
 
+void ContentWriter::writeLines(const char* name, const std::string& text) const {
+  html_.start(name);
+  html_.direction(text);
+  html_.lines(text);
+  html_.end(name);
+}
+
 void ContentWriter::operator()(const NotesContent& notes) const {
   if (notes.entries.empty()) return;
   html_.start("dl");
   html_.attribute("class", "facts");
   html_.newLine();
   for (const NoteEntry& entry : notes.entries) {
-    html_.element("dt", renderText(entry.label));
-    html_.element("dd", renderText(entry.value));
+    writeLines("dt", renderText(entry.label));
+    writeLines("dd", renderText(entry.value));
     html_.newLine();
   }
   html_.end("dl");
@@ -203,7 +214,7 @@ void ContentWriter::operator()(const MessageContent& message) const {
   html_.attribute("class", cssClass);
   html_.direction(message.text);
   html_.element("strong", name);
-  html_.text(" " + message.text);
+  html_.lines(" " + message.text);
   html_.end("p");
 }
 
@@ -321,7 +332,6 @@ void PageWriter::writeHead() {
   html_.attribute("content", kPolicy);
   html_.raw(
       "\n<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-      "<meta name=\"color-scheme\" content=\"light dark\">\n"
       "<meta name=\"generator\" content=\"vornwout\">\n");
   html_.element("title", title_);
   html_.newLine();

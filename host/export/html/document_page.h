@@ -30,7 +30,7 @@ struct PageOptions {
   /// What stands for a picture that the page shows; the picture itself where there is none.
   std::function<MediaContent(const DocumentObject& object, const MediaContent& chart)> image;
   double imagePercent = 100;  ///< how large it is shown, of the picture's own size in the document
-  /// Is told of a table that cannot be shown.
+  /// Is told of a table that is too large to be shown.
   std::function<void(const DocumentObject& object)> missing;
 };
 

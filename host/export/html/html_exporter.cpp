@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "host/document/outline.h"
 #include "host/export/chart_files.h"
 #include "host/export/html/document_page.h"
 
@@ -20,7 +21,7 @@ void HtmlExporter::run(const ExportJob& job, ExportFiles& files, ExportResponse&
   options.withStyles = spec.getStyling();
   options.missing = [&](const DocumentObject& table) {
     response.warnings[static_cast<std::size_t>(WARNING_CODE::TOO_MANY_COLUMNS)].push_back(
-        table.label);
+        outlineLabel(table));
   };
   std::optional<ChartFiles> charts;
   if (spec.getImageFormat() || ChartFiles::isAskedFor(job.spec)) {

@@ -41,7 +41,7 @@ void writeRun(HtmlWriter& html, const TextRun& run) {
   if (run.style.italic) begin("em");
   if (run.style.underlined) begin("u");
   if (run.style.monospaced) begin("code");
-  html.text(run.text);
+  html.lines(run.text);
   for (; !open.empty(); open.pop_back()) html.end(open.back());
 }
 
