@@ -91,8 +91,36 @@ TEST(HtmlTable, PrintedAcrossAndSmallerAndCutByItsWidth) {
   EXPECT_STREQ(fit(9, "1,234,567,890.12"), "small");
   EXPECT_STREQ(fit(12, "1,234,567,890,123.45"), "cut");
   EXPECT_STREQ(fit(40, "12345"), "cut");
-  EXPECT_STREQ(fit(6, "a text of words that can be wrapped anywhere"), "turned");
+  EXPECT_STREQ(fit(5, "a text of words that can be wrapped anywhere"), "turned");
   EXPECT_EQ(count(htmlOf(numbersTable(40, "12345"), {}, true), "hidden"), 0) << "bare";
+}
+
+TEST(HtmlTable, GapIsPartedWhereTheLookDrawsLines) {
+  PivotTable table = simpleTable();
+  table.dimensions[1] = makeDimension("Columns", PivotPlace::kColumns, 1, {"x", "y", "z"});
+  TableLook look;
+  table.tableLook = Shared<TableLook>(look);
+  const int without = count(htmlOf(table), "<td");
+  look.area(LookArea::kData).borders.columns.style = LookLineStyle::kSolid;
+  table.cells.resize(2);
+  table.tableLook = Shared<TableLook>(look);
+  EXPECT_EQ(count(htmlOf(table), "<td colspan"), 0) << without;
+}
+
+TEST(HtmlTable, LimitsOfDataColumnsAreSaidOnce) {
+  PivotTable table = simpleTable();
+  EXPECT_THAT(htmlOf(table), Not(HasSubstr("limited")));
+  table.minDataColumnWidth = 36;
+  table.maxDataColumnWidth = 200;
+  EXPECT_THAT(htmlOf(table),
+              HasSubstr("<table class=\"limited\" style=\"--least:36pt;--most:200pt;\">"));
+}
+
+TEST(HtmlTable, WithoutCellsSaysSo) {
+  PivotTable table;
+  table.title = textCell("Title");
+  table.dimensions = {makeDimension("Columns", PivotPlace::kColumns, 1, {})};
+  EXPECT_THAT(htmlOf(table), HasSubstr("<tbody><tr><td>(empty)</td></tr></tbody>"));
 }
 
 TEST(HtmlTable, NestedLabelsAreNamedByTheCellsBelowThem) {

@@ -31,7 +31,7 @@ main>section>h2{border-top:1px solid var(--line);padding-top:1.6rem}
 p,ul,ol,blockquote,pre{margin:0 0 1rem}
 .text{max-width:44rem;overflow-wrap:anywhere}
 li>ul,li>ol{margin:0}
-.text p,.text li,th,td,caption,.caption,dd,.message{white-space:pre-wrap}
+.text p,.text li,th,td,caption,.caption,dd,.facts dt,.message{white-space:pre-wrap}
 th,td{max-width:40rem;overflow-wrap:break-word}
 blockquote{border-left:3px solid var(--line);padding-left:1rem;color:var(--quiet)}
 blockquote p:last-child{margin:0}
@@ -56,10 +56,13 @@ tbody tr:hover td,tbody tr:hover th[scope=row]{background:var(--soft)}
 .n,.r{text-align:right}
 .n{white-space:nowrap}
 .c{text-align:center}
+.limited tbody td,.limited thead th:not(.corner,[colspan]){min-width:var(--least,0);max-width:var(--most,40rem)}
+.limited .n{max-width:none}
 .looked,.looked tr{border:0}
 .looked thead th,.looked thead td{background:none}
 sup{font-size:.75em;line-height:0;margin-left:.15em;font-weight:400}
 sup a{text-decoration:none;padding:.2em}
+.looked sup a{color:inherit}
 .caption{color:var(--quiet);font-size:.9rem;margin:0 0 .4rem;max-width:44rem}
 .notes{margin:0;font-size:.85rem;color:var(--quiet);max-width:44rem}
 .notes div{display:flex;gap:.5rem}
@@ -70,7 +73,7 @@ sup a{text-decoration:none;padding:.2em}
 .facts dt{color:var(--quiet)}
 .facts dd{margin:0;overflow-wrap:anywhere}
 figure{margin:0}
-img{display:block;max-width:100%;height:auto;background:#fff;border-radius:6px}
+img{display:block;max-width:100%;height:auto;background:#fff}
 .message{border-left:4px solid var(--accent);background:var(--info-back);padding:.6rem 1rem;border-radius:0 6px 6px 0;
 max-width:44rem}
 .warning{border-color:var(--warn);background:var(--warn-back)}
@@ -120,6 +123,8 @@ nav,.skip,.layers>input,.layers>label{display:none}
 main{max-width:none;padding:0}
 .wide{overflow:visible}
 table{font-size:8.5pt}
+table,.layer,.caption,.notes,.text{print-color-adjust:exact;-webkit-print-color-adjust:exact}
+td.ink,th.ink,span.ink{background:none}
 th,td{padding:.15rem .4rem}
 .wide:has(>.small) table{font-size:6pt}
 .wide:has(>.small) :is(th,td){padding:.1rem .25rem}

@@ -50,6 +50,8 @@ class GridWriter {
   bool isHeader(const GridCell& cell) const { return cell.role != CellRole::kData; }
   void writeRow();
   void writeGap(int row, int from, int to);
+  /// Whether there is a line before the column, or another area begins there.
+  bool isLineBetween(int row, int column) const;
   void writeCell(const GridCell& cell, int column, int columnSpan);
   void writeHeaderAttributes(const GridCell& cell, int column, int columnSpan);
   void writeScope(const GridCell& cell, int columnSpan);
@@ -127,8 +129,12 @@ void GridWriter::writeGap(int row, int from, int to) {
       continue;
     }
     int end = column + 1;
-    while (end < to && end - column < kMostColumnsSpanned && coveredUntil_[at(end)] <= row) ++end;
-    // A gap is one cell, so that a sparse table costs no more than what it holds.
+    // A gap is one cell, so that a sparse table costs no more than what it holds; but for where the
+    // look draws lines in it.
+    while (end < to && end - column < kMostColumnsSpanned && coveredUntil_[at(end)] <= row &&
+           !isLineBetween(row, end)) {
+      ++end;
+    }
     html_.start("td");
     if (end - column > 1) html_.attribute("colspan", end - column);
     const SharedLook& look = grid_.emptyLookAt(row, column);
@@ -137,6 +143,16 @@ void GridWriter::writeGap(int row, int from, int to) {
     html_.end("td");
     column = end;
   }
+}
+
+bool GridWriter::isLineBetween(int row, int column) const {
+  if (grid_.tableLook.empty()) return false;
+  if (column == grid_.headerColumns) return true;
+  const bool isHeader = row < grid_.headerRows;
+  const bool isLabel = column < grid_.headerColumns;
+  const LookArea area = isHeader ? (isLabel ? LookArea::kCorner : LookArea::kColumnLabels)
+                                 : (isLabel ? LookArea::kRowLabels : LookArea::kData);
+  return grid_.tableLook->area(area).borders.columns.style != LookLineStyle::kNone;
 }
 
 void GridWriter::writeScope(const GridCell& cell, int columnSpan) {
@@ -255,7 +271,9 @@ void writeFootnotes(HtmlWriter& html, const TableGrid& grid, const HtmlTableOpti
     html.start("div");
     html.attribute("id", options.idPrefix + "n" + footnote.mark);
     html.optionalAttribute("style", footnoteCss(grid, &footnote == &grid.footnotes.front()));
-    html.element("dt", footnote.mark);
+    html.start("dt");
+    writeLooked(html, footnote.mark, look);
+    html.end("dt");
     html.start("dd");
     writeLooked(html, footnote.text, look);
     html.end("dd");
@@ -316,6 +334,14 @@ void writeColumnWidths(HtmlWriter& html, const TableGrid& grid) {
   html.newLine();
 }
 
+/// How wide the columns of data may be, for the style sheet to give to their cells.
+std::string limitsCss(const TableGrid& grid) {
+  std::string css;
+  if (grid.minDataColumnWidth) css += fmt::format("--least:{}pt;", *grid.minDataColumnWidth);
+  if (grid.maxDataColumnWidth) css += fmt::format("--most:{}pt;", *grid.maxDataColumnWidth);
+  return css;
+}
+
 }  // namespace
 
 std::string layerHeading(const TableGrid& grid) {
@@ -366,13 +392,25 @@ void writeHtmlTable(HtmlWriter& html, GridRows& rows, const HtmlTableOptions& op
     html.newLine();
   }
   html.start("table");
-  if (!grid.tableLook.empty()) html.attribute("class", "looked");
+  const std::string limits = limitsCss(grid);
+  const char* const limited = limits.empty() ? "" : "limited";
+  html.optionalAttribute("class", grid.tableLook.empty() ? limited
+                                  : limits.empty()       ? "looked"
+                                                         : "looked limited");
+  html.optionalAttribute("style", limits);
   if (hasSummary) html.attribute("aria-describedby", options.idPrefix + "s");
   html.newLine();
   writeTitle(html, grid, options);
   writeColumnWidths(html, grid);
   GridWriter writer(html, rows, options);
-  writer.write();
+  if (grid.rowCount == 0 || grid.columnCount == 0) {
+    // A table without a cell is none to a browser.
+    html.raw("<tbody><tr><td>");
+    html.text(localized("(empty)"));
+    html.raw("</td></tr></tbody>\n");
+  } else {
+    writer.write();
+  }
   html.end("table");
   const PaperFit fit = html.isPlain() ? PaperFit::kUpright : writer.paperFit();
   if (fit != PaperFit::kUpright) {

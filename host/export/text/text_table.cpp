@@ -98,7 +98,7 @@ void TextTables::writeGrid(GridRows& rows) {
   out_.separate();
   writeHeading(grid);
   if (grid.rowCount == 0 || grid.columnCount == 0) {
-    out_.line("(empty)");
+    out_.line(out_.shownLine(localized("(empty)")));
   } else if (isTabbed_) {
     writeTabbed(rows);
   } else {
