@@ -1,6 +1,7 @@
 #include "host/looks/svg_sheet.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "host/build/css_filter.h"
@@ -10,6 +11,15 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n\f";
 constexpr std::size_t kMaxRules = 200;
+/// Rules that say nothing of what an element looks like where it stands still.
+constexpr std::array<std::string_view, 5> kColorless = {"@font-face", "@page", "@keyframes",
+                                                        "@charset", "@namespace"};
+/// States in which nothing is that is only shown.
+constexpr std::array<std::string_view, 5> kStates = {":hover", ":focus", ":active", ":target",
+                                                     ":focus-visible"};
+/// What an element has to be told by.
+constexpr std::array<std::string_view, 9> kSeen = {
+    "fill", "stroke", "color", "display", "visibility", "opacity", "font", "font-size", "all"};
 /// Of one selector; none has more.
 constexpr std::size_t kMaxCompounds = 20;
 
@@ -27,6 +37,13 @@ std::size_t endOfBlock(std::string_view css, std::size_t open) {
     if (css[at] == '}' && --depth == 0) return at + 1;
   }
   return css.size();
+}
+
+/// Whether the selector waits for a state that never comes.
+bool isOfState(std::string_view selector) {
+  return std::any_of(kStates.begin(), kStates.end(), [&](std::string_view state) {
+    return selector.find(state) != std::string_view::npos;
+  });
 }
 
 bool isNamePart(char c) {
@@ -84,7 +101,11 @@ void SvgSheet::add(std::string_view css) {
   for (css = trimmed(css); !css.empty(); css = trimmed(css)) {
     const std::size_t open = css.find('{');
     if (css.front() == '@') {
-      isWhole_ = false;
+      const bool canColor =
+          std::none_of(kColorless.begin(), kColorless.end(), [&](std::string_view known) {
+            return asciiLowered(css.substr(0, known.size())) == known;
+          });
+      if (canColor) isWhole_ = false;
       const std::size_t semicolon = css.find(';');
       const bool hasBlock = open != std::string_view::npos && open < semicolon;
       if (!hasBlock && semicolon == std::string_view::npos) return;
@@ -105,10 +126,19 @@ void SvgSheet::add(std::string_view css) {
 
 void SvgSheet::addRule(std::string_view selectors, std::string_view block) {
   blocks_.push_back(parseSvgDeclarations(block));
+  const bool isSeen =
+      std::any_of(blocks_.back().begin(), blocks_.back().end(), [](const SvgDeclaration& said) {
+        return std::find(kSeen.begin(), kSeen.end(), said.name) != kSeen.end();
+      });
   for (std::size_t at = 0; at <= selectors.size();) {
     const std::size_t comma = std::min(selectors.find(',', at), selectors.size());
-    if (rules_.size() >= kMaxRules) isWhole_ = false;
-    if (rules_.size() < kMaxRules) addSelector(trimmed(selectors.substr(at, comma - at)));
+    const std::string_view selector = selectors.substr(at, comma - at);
+    if (rules_.size() >= kMaxRules) isWhole_ = isWhole_ && !isSeen;
+    if (rules_.size() < kMaxRules && !isOfState(selector)) {
+      const bool wasWhole = isWhole_;
+      addSelector(trimmed(selector));
+      if (!isSeen) isWhole_ = wasWhole;
+    }
     at = comma + 1;
   }
 }

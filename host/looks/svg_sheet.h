@@ -2,8 +2,9 @@
 // class and identifier, also below others of these.
 //
 // Entry points: SvgSheet::add() for the text of each style element, then matching(). Rules that
-// are more than that (media, states, attributes) are passed over, and isWhole() says so: what an
-// element looks like is then not known where nothing else says it. A sheet of very many rules is
+// are more than that (media, attributes) are passed over, and isWhole() says so, if they colour
+// anything: what an element looks like is then not known where nothing else says it. States that
+// need a hand, as ":hover" does, are not shown. A sheet of very many rules is
 // not read at all, so that the time for an element is bounded.
 #pragma once
 
