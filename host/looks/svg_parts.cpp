@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <numeric>
@@ -12,6 +11,8 @@
 #include <utility>
 
 #include "host/build/css_filter.h"
+#include "host/looks/svg_grounds.h"
+#include "host/looks/svg_marks.h"
 #include "host/looks/svg_shape.h"
 #include "host/looks/svg_style.h"
 #include "host/looks/svg_uses.h"
@@ -22,14 +23,19 @@ namespace {
 
 /// Contrast below which something has the colour of the paper.
 constexpr double kPaperContrast = 1.25;
-/// Contrast up to which a grey box is a ground and not a bar.
-constexpr double kPanelContrast = 1.6;
 /// Contrast below which a long line is the grid's.
 constexpr double kGridContrast = 2.5;
+/// Contrast below which a text is not meant for that paper.
+constexpr double kFaintContrast = 1.6;
+constexpr Rgb kWhite{255, 255, 255};
 /// Shares of the page.
 constexpr double kWholePage = 0.98;
 constexpr double kLargeArea = 0.25;
 constexpr double kLongLine = 0.3;
+/// Points above which the width of a line says something.
+constexpr double kWidestLine = 4;
+/// How much hides what is under it.
+constexpr double kOpaque = 0.5;
 /// Lines of a box, and of a box that is open on some side.
 constexpr int kMaxFrameLines = 5;
 /// How much larger than the others a title is.
@@ -41,25 +47,6 @@ constexpr double kPixelsPerPoint = 4.0 / 3;
 /// Colours that make a scale, and how many degrees they may be away from the first one.
 constexpr std::size_t kMinSteps = 3;
 constexpr double kScaleHues = 25;
-constexpr int kMaxMarkedSeries = 100'000;
-
-constexpr const char* kFillMark = "data-fill-part";
-constexpr const char* kStrokeMark = "data-stroke-part";
-constexpr std::string_view kSeriesMark = "series-";
-constexpr std::string_view kStepMark = "step-";
-
-constexpr std::array<std::pair<SvgPart, std::string_view>, 10> kPartNames{
-    {{SvgPart::kBackground, "background"},
-     {SvgPart::kPanel, "panel"},
-     {SvgPart::kPaper, "paper"},
-     {SvgPart::kText, "text"},
-     {SvgPart::kQuietText, "quiet-text"},
-     {SvgPart::kTitle, "title"},
-     {SvgPart::kAxis, "axis"},
-     {SvgPart::kGrid, "grid"},
-     {SvgPart::kFrame, "frame"},
-     {SvgPart::kOutline, "outline"}}};
-
 /// What an element is filled or drawn with.
 struct Ink {
   enum class Kind {
@@ -89,10 +76,13 @@ struct Inherited {
   Ink fill;
   Ink stroke;
   double fontSize = kDefaultFontSize;
+  double lineWidth = 1;
+  double anchor = 0;            ///< how much of a text stands to the left of its place
   SvgMatrix matrix;             ///< to the units of the page
   SvgView view;                 ///< what percentages are of
   std::optional<SvgBox> edges;  ///< of the page's piece that is drawn on, where it is not all of it
   std::array<std::string_view, 3> markers;  ///< identifiers, empty for none
+  std::optional<SvgBox> port;               ///< of the chart within the chart that it stands in
   bool isDefined = false;                   ///< not drawn where it stands
   bool isUsed = false;                      ///< drawn where it is used
   bool isInvisible = false;                 ///< but what is within may be visible again
@@ -107,26 +97,18 @@ std::uint32_t keyOf(Rgb color) {
   return std::uint32_t{color.red} << 16 | std::uint32_t{color.green} << 8 | color.blue;
 }
 
-bool isZero(const std::optional<std::string_view>& text) {
-  double value = 1;
-  std::string_view rest = text.value_or("1");
-  return takeSvgNumber(rest, value) && value <= 0;
-}
-
 constexpr std::array<const char*, 3> kMarkerProperties = {"marker-start", "marker-mid",
                                                           "marker-end"};
 
-/// The identifier in "url(#id)"; empty for what refers to none.
-std::string_view targetOfUrl(std::string_view url) {
-  const std::size_t first = url.find('#');
-  const std::size_t end = url.find_first_of("\"')", std::min(first, url.size()));
-  if (!url.starts_with("url(") || end == std::string_view::npos) return {};
-  return url.substr(first + 1, end - first - 1);
-}
-
 class PartFinder {
  public:
-  explicit PartFinder(pugi::xml_node root) : root_(root) {}
+  PartFinder(pugi::xml_node root, Rgb paper) : root_(root), paper_(paper) {}
+
+  /// Whether the texts of a chart without a ground are light: it was made for a dark page.
+  bool isForDarkPage() const {
+    return !parts_.hasBackground && !hasMarks_ && paper_ == kWhite && labels_.empty() &&
+           mostTexts_ > 0 && contrastRatio(textColor_, kWhite) < kFaintContrast;
+  }
 
   SvgParts find() {
     readIdentifiers();
@@ -135,6 +117,8 @@ class PartFinder {
     Inherited page;
     page.view = view_;
     walkChildren(root_, enter(root_, SvgProperties(root_, &sheet_), page));
+    settleSvgGrounds(grounds_, boxes_, parts_.paints, paper_, view_.width * view_.height);
+    settleSvgWidths(parts_.paints);
     settleGlyphs();
     settleSeries();
     decidingTexts_ = pendingTexts_.size();
@@ -145,7 +129,7 @@ class PartFinder {
     settleTexts();
     settleScale();
     parts_.seriesCount = seriesCount_;
-    return std::move(parts_);
+    return parts_;
   }
 
  private:
@@ -224,6 +208,12 @@ class PartFinder {
     if (const pugi::xml_attribute transform = node.attribute("transform")) {
       inner.matrix = outer.matrix * parseSvgTransform(transform.value());
     }
+    if (const auto width = properties.get("stroke-width")) {
+      inner.lineWidth = svgLength(*width, outer.view.width).value_or(outer.lineWidth);
+    }
+    if (const auto anchor = properties.get("text-anchor")) {
+      inner.anchor = *anchor == "middle" ? 0.5 : *anchor == "end" ? 1 : 0;
+    }
     if (const auto visibility = properties.get("visibility")) {
       inner.isInvisible = *visibility != "visible";
     }
@@ -231,7 +221,7 @@ class PartFinder {
     for (std::size_t i = 0; i < kMarkerProperties.size(); ++i) {
       auto marker = properties.get(kMarkerProperties[i]);
       if (!marker) marker = anyMarker;
-      if (marker) inner.markers[i] = uses_.lastingIdentifier(targetOfUrl(*marker));
+      if (marker) inner.markers[i] = uses_.lastingIdentifier(svgTargetOfUrl(*marker));
     }
     return inner;
   }
@@ -247,8 +237,9 @@ class PartFinder {
                             Inherited& state) {
     const std::optional<SvgViewport> port = nestedViewport(node, state.view);
     if (!port) return false;
+    state.port = mappedBox(port->edges, state.matrix);
     if (properties.get("overflow").value_or("hidden") != "visible") {
-      SvgBox edges = mappedBox(port->edges, state.matrix);
+      SvgBox edges = *state.port;
       if (state.edges) {
         edges = {std::max(edges.left, state.edges->left), std::max(edges.top, state.edges->top),
                  std::min(edges.right, state.edges->right),
@@ -264,13 +255,15 @@ class PartFinder {
   /// Whether an element is not seen, whatever stands within it.
   static bool isHidden(const SvgProperties& properties) {
     return properties.get("display").value_or("inline") == "none" ||
-           isZero(properties.get("opacity"));
+           isSvgZero(properties.get("opacity"));
   }
 
   void walk(pugi::xml_node node, const Inherited& outer) {
     const std::string_view name = svgLocalName(node.name());
     if (isOneOf(name, {"svg", "g", "a", "switch", "defs", "symbol", "text", "use"}) ||
         isSvgShapeName(name)) {
+      // What a mask shows is told from its colours.
+      if (uses_.isMask(node)) return;
       const SvgProperties properties(node, &sheet_);
       Inherited state = enter(node, properties, outer);
       const bool isLetters = name == "g" && isWord(node, state);
@@ -334,7 +327,7 @@ class PartFinder {
   }
 
   bool isWord(pugi::xml_node group, const Inherited& state) const {
-    const bool isMarked = group.attribute(kFillMark);
+    const bool isMarked = isSvgMarked(group, false);
     bool hasGlyph = false;
     for (const pugi::xml_node child : group.children()) {
       if (!isElement(child)) continue;
@@ -351,13 +344,14 @@ class PartFinder {
 
   void addTextPaint(pugi::xml_node node, const Inherited& state,
                     SvgGlyph glyph = SvgGlyph::kNamed) {
-    if (state.isDefined && !state.isUsed && !node.attribute(kFillMark)) return;
+    if (state.isDefined && !state.isUsed && !isSvgMarked(node, false)) return;
     Ink fill = state.fill;
     // A style sheet may say another colour, but no text is without one.
     if (fill.kind == Ink::Kind::kUnset) fill.kind = Ink::Kind::kColor;
     if (!fill.isColor()) return;
     const std::size_t before = parts_.paints.size();
     add(node, false, fill.color, SvgPart::kOther, state);
+    if (isDeciding_ && !state.isDefined) noteLabel(node, state, before);
     if (glyph != SvgGlyph::kBare && isDeciding_) {
       if (const std::size_t count = ++textCounts_[keyOf(fill.color.value)]; count > mostTexts_) {
         mostTexts_ = count;
@@ -367,6 +361,36 @@ class PartFinder {
     if (parts_.paints.size() > before && parts_.paints.back().part == SvgPart::kOther) {
       pendingTexts_.push_back(before);
       if (glyph == SvgGlyph::kBare && isDeciding_) pendingGlyphs_.push_back(before);
+    }
+  }
+
+  /// Takes notice of where a text is, and of what it stands on.
+  void noteLabel(pugi::xml_node node, const Inherited& state, std::size_t paint) {
+    const pugi::xml_node word =
+        svgLocalName(node.name()) == "g" ? node.find_child(isElement) : node;
+    const SvgShape point = svgTextPoint(word, word != node, SvgProperties(word, &sheet_),
+                                        {state.matrix, view_, state.fontSize, state.anchor});
+    grounds_.addThing(point, false);
+    const bool isNew = parts_.paints.size() > paint && parts_.paints.back().part == SvgPart::kOther;
+    if (!isNew) return;
+    if (const auto ground = grounds_.under(point.left, point.top)) {
+      labels_.emplace_back(paint, *ground);
+    }
+  }
+
+  /// Texts on data go by these, and by the paper where what they stand on has its colour.
+  void settleLabels() {
+    for (const auto& [index, ground] : labels_) {
+      SvgPaint& text = parts_.paints[index];
+      if (ground == SvgGrounds::kNoPaint) {
+        text.part = SvgPart::kOwn;
+        continue;
+      }
+      const SvgPaint& under = parts_.paints[ground];
+      if (under.part == SvgPart::kOwn) text.part = SvgPart::kOwn;
+      if (under.part != SvgPart::kSeries && under.part != SvgPart::kStep) continue;
+      text.part = under.part == SvgPart::kSeries ? SvgPart::kOnSeries : SvgPart::kOnStep;
+      text.series = under.series;
     }
   }
 
@@ -389,6 +413,7 @@ class PartFinder {
   }
 
   void settleTexts() {
+    settleLabels();
     // Texts of a colour of the data name what has that colour.
     std::unordered_map<std::uint32_t, std::size_t> counts;
     std::size_t most = 0;
@@ -396,6 +421,7 @@ class PartFinder {
     for (std::size_t i = 0; i < pendingTexts_.size(); ++i) {
       const std::size_t index = pendingTexts_[i];
       SvgPaint& paint = parts_.paints[index];
+      if (paint.part != SvgPart::kOther && paint.part != SvgPart::kSeries) continue;
       const Rgb color = paint.color.value;
       const auto known = series_.find(keyOf(color));
       if (known != series_.end() && !isNeutral(color)) {
@@ -423,8 +449,8 @@ class PartFinder {
   void settleTitle() {
     bool isMarked = false;
     for (SvgText& text : parts_.texts) {
-      text.isTitle = text.node.attribute(kFillMark).value() == std::string_view("title");
-      isMarked = isMarked || text.node.attribute(kFillMark);
+      text.isTitle = isSvgTitle(text.node);
+      isMarked = isMarked || isSvgMarked(text.node, false);
     }
     if (isMarked) return;
     SvgText* largest = nullptr;
@@ -470,8 +496,8 @@ class PartFinder {
     std::vector<int> steps(order.size());
     for (std::size_t i = 0; i < order.size(); ++i) steps[order[i]] = static_cast<int>(i) + 1;
     for (SvgPaint& paint : parts_.paints) {
-      if (paint.part != SvgPart::kSeries) continue;
-      paint.part = SvgPart::kStep;
+      if (paint.part != SvgPart::kSeries && paint.part != SvgPart::kOnSeries) continue;
+      paint.part = paint.part == SvgPart::kSeries ? SvgPart::kStep : SvgPart::kOnStep;
       paint.series = steps[static_cast<std::size_t>(paint.series - 1)];
     }
     parts_.stepCount = static_cast<int>(steps.size());
@@ -481,11 +507,11 @@ class PartFinder {
 
   void readUse(pugi::xml_node node, const SvgProperties& properties, const Inherited& state) {
     // One that is marked is known to be seen, whatever has become of what it uses.
-    const bool isMarked = node.attribute(kFillMark);
+    const bool isMarked = isSvgMarked(node, false);
     const SvgGlyph glyph = isMarked ? SvgGlyph::kNamed : uses_.glyphOf(node);
     if (glyph == SvgGlyph::kNamed || (glyph == SvgGlyph::kBare && isInkOfLetters(state))) {
       addTextPaint(node, state, glyph);
-      if (!node.attribute(kStrokeMark)) return;
+      if (!isSvgMarked(node, true)) return;
     }
     // A mark: what it does not say itself, what it uses may say, or else whatever is around it.
     const Ink unknown{Ink::Kind::kUnknown, {}};
@@ -512,20 +538,68 @@ class PartFinder {
       if (state.stroke.kind == Ink::Kind::kUnset) state.stroke.kind = Ink::Kind::kUnknown;
     }
     if (state.fill.kind == Ink::Kind::kUnset) state.fill.kind = Ink::Kind::kColor;
-    if (isZero(properties.get("fill-opacity")) || svgLocalName(node.name()) == "line") {
+    if (isSvgZero(properties.get("fill-opacity")) || svgLocalName(node.name()) == "line") {
       state.fill.kind = Ink::Kind::kNone;
     }
-    if (isZero(properties.get("stroke-opacity")) || isZero(properties.get("stroke-width"))) {
+    if (isSvgZero(properties.get("stroke-opacity")) || isSvgZero(properties.get("stroke-width"))) {
       state.stroke.kind = Ink::Kind::kNone;
     }
+    // A line that does not scale is drawn in pixels.
+    const bool isFixed = properties.get("vector-effect").value_or("") == "non-scaling-stroke";
+    state.lineWidth = isFixed ? state.lineWidth / kPixelsPerPoint
+                              : state.lineWidth * state.matrix.scale() / parts_.unitsPerPoint;
     const std::size_t before = parts_.paints.size();
     addShape(node, state, *shape);
+    if (isDeciding_ && !state.isDefined && state.marked == nullptr) {
+      noteGround(node, properties, state, *shape, before);
+    }
     const bool isDrawnLine = parts_.paints.size() > before && parts_.paints.back().isStroke;
-    if (isDrawnLine && properties.get("vector-effect").value_or("") == "non-scaling-stroke") {
-      // Such a line is drawn in pixels, whatever the chart is scaled by.
+    if (isDrawnLine && isFixed) {
       parts_.paints.back().scale = parts_.unitsPerPoint / kPixelsPerPoint;
     }
     if (state.marked == nullptr) noteMarkers(state, isDrawnLine);
+  }
+
+  void noteGround(pugi::xml_node node, const SvgProperties& properties, const Inherited& state,
+                  const SvgShape& shape, std::size_t before) {
+    const bool isLine = state.fill.kind == Ink::Kind::kNone;
+    if (!isLine || state.stroke.kind != Ink::Kind::kNone) grounds_.addThing(shape, isLine);
+    const bool isAdded = parts_.paints.size() > before;
+    if (isLine) {
+      // A bar that is drawn as one thick line.
+      if (!isAdded || !shape.isRule || state.lineWidth <= kWidestLine) return;
+      SvgShape bar = shape;
+      const double half = state.lineWidth * parts_.unitsPerPoint / 2;
+      if (bar.width() < bar.height()) {
+        bar.left -= half;
+        bar.right += half;
+      } else {
+        bar.top -= half;
+        bar.bottom += half;
+      }
+      grounds_.addFill({}, bar, state.matrix, state.view, before);
+      return;
+    }
+    double opacity = 1;
+    std::string_view text = properties.get("fill-opacity").value_or("1");
+    takeSvgNumber(text, opacity);
+    if (opacity < kOpaque) return;
+    const bool isTold = isAdded && !parts_.paints[before].isStroke;
+    grounds_.addFill(node, shape, state.matrix, state.view, isTold ? before : SvgGrounds::kNoPaint);
+    const bool isBox = shape.isStraight && shape.longestPiece == 4;
+    if (!isTold || !isBox || isSvgMarked(node, false)) return;
+    // The ground of a chart within the chart.
+    const bool fillsPort = state.port &&
+                           shape.width() >= kWholePage * (state.port->right - state.port->left) &&
+                           shape.height() >= kWholePage * (state.port->bottom - state.port->top);
+    SvgPart& part = parts_.paints[before].part;
+    const Rgb color = parts_.paints[before].color.value;
+    if (part != SvgPart::kSeries && part != SvgPart::kPaper) return;
+    if (fillsPort && isNeutral(color) && contrastRatio(color, paper_) < kGridContrast) {
+      part = contrastRatio(color, paper_) < kPaperContrast ? SvgPart::kPaper : SvgPart::kPanel;
+      return;
+    }
+    boxes_.push_back({shape, before, grounds_.thingCount()});
   }
 
   // ---- markers
@@ -603,7 +677,7 @@ class PartFinder {
       add(node, false, state.fill.color, fill, state);
     }
     if (state.stroke.isColor()) {
-      const SvgPart part = partOfStroke(state.stroke.color.value, state.fill, fill, shape);
+      const SvgPart part = partOfStroke(state, fill, shape);
       add(node, true, state.stroke.color, part, state);
     }
   }
@@ -620,11 +694,13 @@ class PartFinder {
     const double contrast = contrastRatio(color, paper_);
     const bool isLarge = shape.width() * shape.height() >= kLargeArea * view_.width * view_.height;
     if (isBox && isLarge && contrast < kGridContrast) return SvgPart::kPanel;
-    if (contrast < kPaperContrast) return SvgPart::kPaper;
-    return isBox && contrast < kPanelContrast ? SvgPart::kPanel : SvgPart::kSeries;
+    // Of what is seen, settleGrounds() knows better.
+    return contrast < kPaperContrast ? SvgPart::kPaper : SvgPart::kSeries;
   }
 
-  SvgPart partOfStroke(Rgb color, const Ink& fill, SvgPart fillPart, const SvgShape& shape) const {
+  SvgPart partOfStroke(const Inherited& state, SvgPart fillPart, const SvgShape& shape) const {
+    const Rgb color = state.stroke.color.value;
+    const Ink& fill = state.fill;
     if (!isNeutral(color)) return SvgPart::kSeries;
     const double contrast = contrastRatio(color, paper_);
     const bool isGround = fillPart == SvgPart::kBackground || fillPart == SvgPart::kPanel;
@@ -632,6 +708,9 @@ class PartFinder {
     if (fill.isColor()) {
       if (fillPart == SvgPart::kSeries && fill.color.value == color) return SvgPart::kSeries;
       return contrast < kPaperContrast ? SvgPart::kPaper : SvgPart::kOutline;
+    }
+    if (shape.isRule && state.lineWidth > kWidestLine) {
+      return contrast < kPaperContrast ? SvgPart::kPaper : SvgPart::kSeries;
     }
     if (shape.isRule) {
       const bool isLong =
@@ -646,8 +725,13 @@ class PartFinder {
            const Inherited& state, int series = 0) {
     SvgPaint paint{node, isStroke, color, part, series, state.matrix.scale()};
     paint.isUnfilled = state.fill.kind == Ink::Kind::kNone;
+    if (isStroke && isSvgMarked(node, true)) {
+      paint.isWide = hasOwnSvgWidth(node);
+    } else if (isStroke && paint.isUnfilled && isSvgShapeName(svgLocalName(node.name()))) {
+      paint.width = state.lineWidth;
+    }
     // Where what is seen has marks, no more is guessed at: its colors are those of a style.
-    const bool isMarked = node.attribute(isStroke ? kStrokeMark : kFillMark);
+    const bool isMarked = isSvgMarked(node, isStroke);
     if (!isDeciding_ && hasMarks_ && !isMarked) return;
     readMark(paint);
     if (paint.part == SvgPart::kSeries && paint.series == 0) {
@@ -663,35 +747,28 @@ class PartFinder {
   }
 
   void readMark(SvgPaint& paint) {
-    const std::string_view mark =
-        paint.node.attribute(paint.isStroke ? kStrokeMark : kFillMark).value();
-    if (mark.empty()) return;
-    hasMarks_ = hasMarks_ || isDeciding_;
-    const bool isSeries = mark.starts_with(kSeriesMark);
-    if (isSeries || mark.starts_with(kStepMark)) {
-      const std::string_view digits = mark.substr((isSeries ? kSeriesMark : kStepMark).size());
-      const char* const end = digits.data() + digits.size();
-      int number = 0;
-      const auto [stop, error] = std::from_chars(digits.data(), end, number);
-      if (error != std::errc() || stop != end || number < 1 || number > kMaxMarkedSeries) return;
-      int& count = isSeries ? seriesCount_ : parts_.stepCount;
-      if (!isDeciding_ && number > count) return;
-      paint.part = isSeries ? SvgPart::kSeries : SvgPart::kStep;
-      paint.series = number;
-      count = std::max(count, number);
-      if (isSeries) series_.try_emplace(keyOf(paint.color.value), number);
-      return;
+    const std::optional<SvgMark> mark = readSvgMark(paint.node, paint.isStroke);
+    hasMarks_ = hasMarks_ || (isDeciding_ && isSvgMarked(paint.node, paint.isStroke));
+    if (!mark) return;
+    const bool isSeries = mark->part == SvgPart::kSeries;
+    if (mark->number > 0) {
+      int& count = isSeries || mark->part == SvgPart::kOnSeries ? seriesCount_ : parts_.stepCount;
+      if (!isDeciding_ && mark->number > count) return;
+      if (isSeries || mark->part == SvgPart::kStep) count = std::max(count, mark->number);
+      if (isSeries) series_.try_emplace(keyOf(paint.color.value), mark->number);
+      paint.series = mark->number;
     }
-    for (const auto& [part, name] : kPartNames) {
-      if (mark == name) paint.part = part;
-    }
+    paint.part = mark->part;
   }
 
   pugi::xml_node root_;
   SvgView view_;
-  Rgb paper_{255, 255, 255};
+  Rgb paper_;
   SvgSheet sheet_;
   SvgUses uses_{sheet_};
+  SvgGrounds grounds_;
+  std::vector<SvgGroundBox> boxes_;                          ///< that may be grounds
+  std::vector<std::pair<std::size_t, std::size_t>> labels_;  ///< texts and what they stand on
   std::unordered_map<std::uint32_t, int> series_;
   int seriesCount_ = 0;
   std::vector<Rgb> seriesColors_;  ///< in the order of their numbers, where nothing is marked
@@ -713,25 +790,10 @@ class PartFinder {
 
 }  // namespace
 
-SvgParts findSvgParts(pugi::xml_node root) { return PartFinder(root).find(); }
-
-void markSvgPart(const SvgPaint& paint) {
-  std::string mark;
-  if (paint.part == SvgPart::kSeries || paint.part == SvgPart::kStep) {
-    // So many colours get no others anyway.
-    if (paint.series > kMaxMarkedSeries) return;
-    mark = paint.part == SvgPart::kSeries ? kSeriesMark : kStepMark;
-    mark += std::to_string(paint.series);
-  }
-  for (const auto& [part, name] : kPartNames) {
-    if (paint.part == part) mark = name;
-  }
-  if (mark.empty()) return;
-  const char* const key = paint.isStroke ? kStrokeMark : kFillMark;
-  pugi::xml_node node = paint.node;
-  pugi::xml_attribute attribute = node.attribute(key);
-  if (!attribute) attribute = node.append_attribute(key);
-  attribute.set_value(mark.c_str());
+SvgParts findSvgParts(pugi::xml_node root) {
+  PartFinder finder(root, kWhite);
+  SvgParts parts = finder.find();
+  return finder.isForDarkPage() ? PartFinder(root, Rgb{0, 0, 0}).find() : parts;
 }
 
 }  // namespace vornwout

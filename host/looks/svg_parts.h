@@ -25,7 +25,10 @@ enum class SvgPart {
   kFrame,
   kOutline,  ///< grey line around something that is data
   kSeries,
-  kStep,   ///< data, too, but of a scale from little to much of one colour
+  kStep,      ///< data, too, but of a scale from little to much of one colour
+  kOnSeries,  ///< text that stands on data
+  kOnStep,
+  kOwn,    ///< stays as it is: a zone behind the data, a text on it or on a gradient
   kOther,  ///< not told yet, or left as it is
 };
 
@@ -35,10 +38,12 @@ struct SvgPaint {
   bool isStroke = false;
   SvgColor color;
   SvgPart part = SvgPart::kOther;
-  int series = 0;           ///< from 1, of a series or a step
+  int series = 0;           ///< from 1, of a series or a step, or of the one that a text stands on
   double scale = 1;         ///< of the element's units on the page
   bool isUnfilled = false;  ///< the shape is a line and nothing else
-  bool keepsWidth = false;  ///< its width goes by the line that it marks
+  bool keepsWidth = false;  ///< its width goes by the line that it marks, or is data
+  bool isWide = false;      ///< its width is data
+  double width = 0;         ///< of a line that is told by its width for the first time, in points
 };
 
 /// A text that is written in letters, or a piece of one with a font size of its own.
@@ -62,8 +67,5 @@ struct SvgParts {
 };
 
 SvgParts findSvgParts(pugi::xml_node root);
-
-/// Writes down what an element is, for the next time.
-void markSvgPart(const SvgPaint& paint);
 
 }  // namespace vornwout

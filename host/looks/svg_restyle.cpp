@@ -9,12 +9,16 @@
 #include "host/build/css_filter.h"
 #include "host/build/string_xml_writer.h"
 #include "host/build/svg_sanitizer.h"
+#include "host/looks/svg_marks.h"
 #include "host/looks/svg_parts.h"
 #include "host/looks/svg_style.h"
 #include "platform/strings/localized.h"
 
 namespace vornwout {
 namespace {
+
+/// Contrast from which a text is easy to read.
+constexpr double kReadableContrast = 4.5;
 
 class Restyler {
  public:
@@ -55,18 +59,40 @@ class Restyler {
         return style_.grid.color;
       case SvgPart::kFrame:
         return style_.frame.color;
-      case SvgPart::kSeries: {
-        // One colour for two of the data would say that they are the same.
-        const auto count = static_cast<std::size_t>(parts_.seriesCount);
-        if (count > style_.series.size()) return {};
-        return style_.series[static_cast<std::size_t>(paint.series - 1)];
-      }
+      case SvgPart::kSeries:
+        return seriesColor(paint.series);
       case SvgPart::kStep:
         return stepColor(paint.series);
+      case SvgPart::kOnSeries:
+        return readableOn(seriesColor(paint.series));
+      case SvgPart::kOnStep:
+        return readableOn(stepColor(paint.series));
+      case SvgPart::kOwn:
       case SvgPart::kOther:
         break;
     }
     return {};
+  }
+
+  std::string seriesColor(int series) const {
+    // One colour for two of the data would say that they are the same.
+    const auto count = static_cast<std::size_t>(parts_.seriesCount);
+    if (count > style_.series.size() || series < 1) return {};
+    if (static_cast<std::size_t>(series) > style_.series.size()) return {};
+    return style_.series[static_cast<std::size_t>(series - 1)];
+  }
+
+  /// The colour of a text on data that get the colour `ground`: the style's own or that of its
+  /// paper, where they can be read. What keeps its colour keeps that of its text.
+  std::string readableOn(const std::string& ground) const {
+    const std::optional<Rgb> under = parseCellColor(ground);
+    if (!under) return {};
+    for (const std::string& color :
+         {style_.text.color, style_.background, std::string("#000000")}) {
+      const std::optional<Rgb> ink = parseCellColor(color);
+      if (ink && contrastRatio(*ink, *under) >= kReadableContrast) return color;
+    }
+    return "#ffffff";
   }
 
   std::string stepColor(int step) const {
@@ -111,7 +137,7 @@ class Restyler {
     if (!color.empty()) {
       properties.set(paint.isStroke ? "stroke" : "fill", recolored(paint.color, color));
     }
-    if (paint.isStroke && !paint.keepsWidth) restyleLine(paint, properties);
+    if (paint.isStroke && !paint.keepsWidth && !paint.isWide) restyleLine(paint, properties);
     properties.write();
     markSvgPart(paint);
   }

@@ -35,7 +35,11 @@ class Tracer {
  public:
   explicit Tracer(const SvgMatrix& matrix) : matrix_(matrix) {}
 
+  /// Asks whether what is drawn from now on, filled, holds the point.
+  void probe(double x, double y) { probe_ = {x, y}; }
+
   void moveTo(double x, double y) {
+    cross(mapped(x_, y_), mapped(startX_, startY_));
     endPiece();
     x_ = startX_ = x;
     y_ = startY_ = y;
@@ -46,6 +50,7 @@ class Tracer {
     const Point to = mapped(x, y);
     include(from);
     include(to);
+    cross(from, to);
     const double reach = std::max(std::fabs(to.x - from.x), std::fabs(to.y - from.y));
     const double slack = 1e-3 + reach * 1e-4;
     const bool isLevel = std::fabs(to.y - from.y) <= slack;
@@ -62,9 +67,15 @@ class Tracer {
     y_ = y;
   }
 
-  void curveTo(double x, double y) {
-    include(mapped(x_, y_));
-    include(mapped(x, y));
+  /// A curve by way of the point in its middle.
+  void curveTo(double middleX, double middleY, double x, double y) {
+    const Point from = mapped(x_, y_);
+    const Point middle = mapped(middleX, middleY);
+    const Point to = mapped(x, y);
+    include(from);
+    include(to);
+    cross(from, middle);
+    cross(middle, to);
     ++pieceLines_;
     shape_.isStraight = false;
     x_ = x;
@@ -80,6 +91,11 @@ class Tracer {
 
   double x() const { return x_; }
   double y() const { return y_; }
+
+  bool holdsProbe() {
+    cross(mapped(x_, y_), mapped(startX_, startY_));
+    return holdsProbe_;
+  }
 
   std::optional<SvgShape> finish() {
     endPiece();
@@ -98,6 +114,13 @@ class Tracer {
 
   Point mapped(double x, double y) const {
     return {matrix_.a * x + matrix_.c * y + matrix_.e, matrix_.b * x + matrix_.d * y + matrix_.f};
+  }
+
+  /// One line of the outline: whoever crosses it to the right of the point changes sides.
+  void cross(Point from, Point to) {
+    if ((from.y > probe_.y) == (to.y > probe_.y)) return;
+    const double x = from.x + (to.x - from.x) * (probe_.y - from.y) / (to.y - from.y);
+    if (probe_.x < x) holdsProbe_ = !holdsProbe_;
   }
 
   void include(Point point) {
@@ -120,6 +143,8 @@ class Tracer {
 
   SvgMatrix matrix_;
   SvgShape shape_;
+  Point probe_{};
+  bool holdsProbe_ = false;
   bool isStarted_ = false;
   int pieceLines_ = 0;
   bool hasLevel_ = false;
@@ -162,6 +187,17 @@ bool takeFlag(std::string_view& text, double& value) {
   return true;
 }
 
+/// Draws the arc of an ellipse, as if it were a circle's of the larger radius.
+void traceArc(Tracer& pen, double radius, bool isLarge, bool isClockwise, double x, double y) {
+  const double dx = x - pen.x();
+  const double dy = y - pen.y();
+  const double chord = std::hypot(dx, dy);
+  const double far = std::sqrt(std::max(0.0, radius * radius - chord * chord / 4));
+  const double rise = (isLarge ? radius + far : radius - far) * (isClockwise ? 1 : -1);
+  const double share = chord > 0 ? rise / chord : 0;
+  pen.curveTo(pen.x() + dx / 2 + dy * share, pen.y() + dy / 2 - dx * share, x, y);
+}
+
 /// Follows the path up to the first thing in it that is none, as it is drawn.
 void tracePath(Tracer& pen, std::string_view text) {
   char letter = 0;
@@ -201,20 +237,22 @@ void tracePath(Tracer& pen, std::string_view text) {
         pen.lineTo(pen.x(), n[0] + dy);
         break;
       case 'T':
-        pen.curveTo(n[0] + dx, n[1] + dy);
+        pen.curveTo((pen.x() + n[0] + dx) / 2, (pen.y() + n[1] + dy) / 2, n[0] + dx, n[1] + dy);
         break;
       case 'Q':
       case 'S':
         pen.control(n[0] + dx, n[1] + dy);
-        pen.curveTo(n[2] + dx, n[3] + dy);
+        pen.curveTo((pen.x() + 2 * (n[0] + dx) + n[2] + dx) / 4,
+                    (pen.y() + 2 * (n[1] + dy) + n[3] + dy) / 4, n[2] + dx, n[3] + dy);
         break;
       case 'C':
         pen.control(n[0] + dx, n[1] + dy);
         pen.control(n[2] + dx, n[3] + dy);
-        pen.curveTo(n[4] + dx, n[5] + dy);
+        pen.curveTo((pen.x() + 3 * (n[0] + n[2] + 2 * dx) + n[4] + dx) / 8,
+                    (pen.y() + 3 * (n[1] + n[3] + 2 * dy) + n[5] + dy) / 8, n[4] + dx, n[5] + dy);
         break;
       case 'A':
-        pen.curveTo(n[5] + dx, n[6] + dy);
+        traceArc(pen, std::max(n[0], n[1]), n[3] != 0, n[4] != 0, n[5] + dx, n[6] + dy);
         break;
       default:
         pen.close();
@@ -238,9 +276,9 @@ void tracePoints(Tracer& pen, std::string_view text, bool isClosed) {
 
 void traceEllipse(Tracer& pen, double x, double y, double rx, double ry) {
   pen.moveTo(x - rx, y - ry);
-  pen.curveTo(x + rx, y - ry);
-  pen.curveTo(x + rx, y + ry);
-  pen.curveTo(x - rx, y + ry);
+  pen.curveTo(x, y - ry, x + rx, y - ry);
+  pen.curveTo(x + rx, y, x + rx, y + ry);
+  pen.curveTo(x, y + ry, x - rx, y + ry);
 }
 
 SvgMatrix transformOf(std::string_view function, const std::array<double, 6>& n, int count) {
@@ -256,6 +294,40 @@ SvgMatrix transformOf(std::string_view function, const std::array<double, 6>& n,
   if (function == "skewX" && count == 1) result.c = std::tan(angle);
   if (function == "skewY" && count == 1) result.b = std::tan(angle);
   return result;
+}
+
+/// False for what draws no shape.
+bool traceShape(Tracer& pen, pugi::xml_node node, const SvgView& view) {
+  const std::string_view name = localName(node);
+  const auto across = [&](const char* key) { return lengthOf(node.attribute(key), view.width); };
+  const auto down = [&](const char* key) { return lengthOf(node.attribute(key), view.height); };
+  if (name == "path") {
+    tracePath(pen, node.attribute("d").value());
+  } else if (name == "rect") {
+    const double x = across("x");
+    const double y = down("y");
+    const double width = across("width");
+    const double height = down("height");
+    if (width <= 0 || height <= 0) return false;
+    pen.moveTo(x, y);
+    pen.lineTo(x + width, y);
+    pen.lineTo(x + width, y + height);
+    pen.lineTo(x, y + height);
+    pen.close();
+  } else if (name == "line") {
+    pen.moveTo(across("x1"), down("y1"));
+    pen.lineTo(across("x2"), down("y2"));
+  } else if (name == "polyline" || name == "polygon") {
+    tracePoints(pen, node.attribute("points").value(), name == "polygon");
+  } else if (name == "circle") {
+    const double radius = across("r");
+    traceEllipse(pen, across("cx"), down("cy"), radius, radius);
+  } else if (name == "ellipse") {
+    traceEllipse(pen, across("cx"), down("cy"), across("rx"), down("ry"));
+  } else {
+    return false;
+  }
+  return true;
 }
 
 }  // namespace
@@ -292,36 +364,21 @@ SvgMatrix parseSvgTransform(std::string_view text) {
 std::optional<SvgShape> svgShape(pugi::xml_node node, const SvgMatrix& matrix,
                                  const SvgView& view) {
   Tracer pen(matrix);
+  return traceShape(pen, node, view) ? pen.finish() : std::nullopt;
+}
+
+bool svgShapeHolds(pugi::xml_node node, const SvgMatrix& matrix, const SvgView& view, double x,
+                   double y) {
   const std::string_view name = localName(node);
-  const auto across = [&](const char* key) { return lengthOf(node.attribute(key), view.width); };
-  const auto down = [&](const char* key) { return lengthOf(node.attribute(key), view.height); };
-  if (name == "path") {
-    tracePath(pen, node.attribute("d").value());
-  } else if (name == "rect") {
-    const double x = across("x");
-    const double y = down("y");
-    const double width = across("width");
-    const double height = down("height");
-    if (width <= 0 || height <= 0) return std::nullopt;
-    pen.moveTo(x, y);
-    pen.lineTo(x + width, y);
-    pen.lineTo(x + width, y + height);
-    pen.lineTo(x, y + height);
-    pen.close();
-  } else if (name == "line") {
-    pen.moveTo(across("x1"), down("y1"));
-    pen.lineTo(across("x2"), down("y2"));
-  } else if (name == "polyline" || name == "polygon") {
-    tracePoints(pen, node.attribute("points").value(), name == "polygon");
-  } else if (name == "circle") {
-    const double radius = across("r");
-    traceEllipse(pen, across("cx"), down("cy"), radius, radius);
-  } else if (name == "ellipse") {
-    traceEllipse(pen, across("cx"), down("cy"), across("rx"), down("ry"));
-  } else {
-    return std::nullopt;
+  if (name == "circle" || name == "ellipse") {
+    const std::optional<SvgShape> box = svgShape(node, matrix, view);
+    if (!box || box->width() <= 0 || box->height() <= 0) return false;
+    return std::hypot((2 * x - box->left - box->right) / box->width(),
+                      (2 * y - box->top - box->bottom) / box->height()) <= 1;
   }
-  return pen.finish();
+  Tracer pen(matrix);
+  pen.probe(x, y);
+  return traceShape(pen, node, view) && pen.holdsProbe();
 }
 
 bool takeSvgNumber(std::string_view& text, double& value) {

@@ -1,7 +1,7 @@
 // Where a shape of a chart lies, and whether it is made of straight lines along the axes.
 //
-// Entry points: parseSvgTransform(), svgShape(). The box of a curve is that of its control points,
-// which holds the curve. Rounded corners of a rectangle are passed over.
+// Entry points: parseSvgTransform(), svgShape(), svgShapeHolds(). The box of a curve is that of its
+// control points, which holds the curve. Rounded corners of a rectangle are passed over.
 #pragma once
 
 #include <optional>
@@ -53,6 +53,10 @@ struct SvgView {
 
 /// The shape that an element draws; nothing for one that draws none, or not a finite one.
 std::optional<SvgShape> svgShape(pugi::xml_node node, const SvgMatrix& matrix, const SvgView& view);
+
+/// Whether a shape, filled, holds a point of the page. Curves are taken for two straight lines.
+bool svgShapeHolds(pugi::xml_node node, const SvgMatrix& matrix, const SvgView& view, double x,
+                   double y);
 
 /// Takes the next number off the front of a list of numbers, which blanks, commas or signs part.
 bool takeSvgNumber(std::string_view& text, double& value);

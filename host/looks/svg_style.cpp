@@ -199,4 +199,17 @@ std::string svgNumber(double value) {
 
 double roundedSvgNumber(double value) { return std::round(value * 1000) / 1000; }
 
+bool isSvgZero(const std::optional<std::string_view>& text) {
+  double value = 1;
+  std::string_view rest = text.value_or("1");
+  return takeSvgNumber(rest, value) && value <= 0;
+}
+
+std::string_view svgTargetOfUrl(std::string_view url) {
+  const std::size_t first = url.find('#');
+  const std::size_t end = url.find_first_of("\"')", std::min(first, url.size()));
+  if (!url.starts_with("url(") || end == std::string_view::npos) return {};
+  return url.substr(first + 1, end - first - 1);
+}
+
 }  // namespace vornwout

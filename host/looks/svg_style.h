@@ -51,6 +51,12 @@ std::optional<double> svgFontSize(std::string_view text, double inherited);
 /// Whether it is a multiple of what is inherited.
 bool isRelativeFontSize(std::string_view text);
 
+/// Whether a property is said, and as nothing or less.
+bool isSvgZero(const std::optional<std::string_view>& text);
+
+/// The identifier in "url(#id)"; empty for what refers to none.
+std::string_view svgTargetOfUrl(std::string_view url);
+
 /// A number with at most three decimals.
 std::string svgNumber(double value);
 /// The number that svgNumber() writes.

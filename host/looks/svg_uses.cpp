@@ -14,6 +14,8 @@ bool isOneOf(std::string_view name, std::initializer_list<std::string_view> name
 
 bool isElement(pugi::xml_node node) { return node.type() == pugi::node_element; }
 
+constexpr int kMaxMaskDepth = 8;
+
 /// The identifier that a `use` refers to, within the chart.
 std::string_view targetOf(pugi::xml_node use) {
   for (const pugi::xml_attribute attribute : use.attributes()) {
@@ -36,7 +38,13 @@ void SvgUses::note(pugi::xml_node node) {
   }
   if (svgLocalName(node.name()) != "use") return;
   const std::string_view target = targetOf(node);
-  if (!target.empty()) used_.insert(target);
+  if (target.empty()) return;
+  used_.insert(target);
+  // Within a group of it, too; more depth no mask has.
+  pugi::xml_node outer = node.parent();
+  for (int i = 0; i < kMaxMaskDepth && outer; ++i, outer = outer.parent()) {
+    if (svgLocalName(outer.name()) == "mask") masks_.insert(target);
+  }
 }
 
 void SvgUses::settle() {

@@ -43,6 +43,11 @@ class SvgUses {
   std::string_view lastingIdentifier(std::string_view id) const;
   bool isUsed(pugi::xml_node node) const { return used_.count(node.attribute("id").value()) > 0; }
 
+  /// Whether a mask uses it, so that its colours say what is shown.
+  bool isMask(pugi::xml_node node) const {
+    return !masks_.empty() && masks_.count(node.attribute("id").value()) > 0;
+  }
+
   SvgGlyph glyphOf(pugi::xml_node use) const;
   SvgOpenInks openInksOf(pugi::xml_node use) const;
 
@@ -54,6 +59,7 @@ class SvgUses {
   std::vector<std::string_view> order_;  ///< of the identifiers
   std::unordered_map<std::string_view, pugi::xml_node> identified_;
   std::unordered_set<std::string_view> used_;                   ///< identifiers
+  std::unordered_set<std::string_view> masks_;                  ///< of what masks use
   std::unordered_map<std::string_view, SvgOpenInks> openInks_;  ///< of those that are used
 };
 

@@ -56,6 +56,23 @@ TEST(SvgParts, MarksThatAreUsedAreDataOfTheirColors) {
   }
 }
 
+TEST(SvgParts, WhatAMaskUsesStays) {
+  const std::string defs =
+      "<defs><rect id='full' width='300' height='200' fill='white'/>"
+      "<mask id='m'><g><use href='#full'/></g></mask></defs>";
+  const std::string result = restyled(defs + "<g mask='url(#m)'><circle r='5' fill='red'/></g>");
+  EXPECT_TRUE(has(result, "<rect id=\"full\" width=\"300\" height=\"200\" fill=\"white\"/>"))
+      << result;
+}
+
+TEST(SvgParts, LightTextsWithoutAGroundAreForADarkPage) {
+  const std::string result = restyled(
+      "<circle r='5' fill='red'/><text x='9' y='190' fill='#fff'>a</text>"
+      "<text x='90' y='190' fill='#fff'>b</text>");
+  EXPECT_FALSE(has(result, "paper")) << result;
+  EXPECT_TRUE(has(result, "data-fill-part=\"text\"")) << result;
+}
+
 TEST(SvgParts, WordsOfBarePathsStayText) {
   const std::string bare = "<defs><path id='m' d='M-3 0h6v6z'/></defs>";
   for (const char* const color : {"#222", "#1f77b4"}) {

@@ -65,7 +65,8 @@ std::vector<std::string> realCharts() {
 
 /// Everything but colours, lines and marks: what a chart says.
 std::string withoutStyle(const std::string& svg) {
-  static const std::regex pattern(R"re( (style|data-(fill|stroke)-part)="[^"]*")re");
+  static const std::regex pattern(
+      R"re( (style|data-(fill|stroke)-part|data-stroke-width)="[^"]*")re");
   return std::regex_replace(svg, pattern, "");
 }
 
@@ -170,8 +171,8 @@ TEST(SvgRestyle, EachPartIsToldFromWhatIsDrawn) {
        "<g fill=\"currentColor\" color=\"red\"><circle r=\"5\" color=\"currentColor\" "
        "style=\"fill:#0000f1\" data-fill-part=\"series-1\"/><circle r=\"5\" "
        "style=\"color:blue;fill:#0000f2\" data-fill-part=\"series-2\"/></g>"},
-      {"<style>circle:hover { color: red }</style><circle r=\"5\" fill=\"currentColor\"/>",
-       "<style>circle:hover { color: red }</style><circle r=\"5\" fill=\"currentColor\"/>"},
+      {"<style>circle[r] { color: red }</style><circle r=\"5\" fill=\"currentColor\"/>",
+       "<style>circle[r] { color: red }</style><circle r=\"5\" fill=\"currentColor\"/>"},
       // A text that is drawn by a use is in the colour of the use, or in its own.
       {"<defs><g id=\"g\"><text>a</text></g><text>unused</text></defs><use href=\"#g\"/>",
        "<defs><g id=\"g\"><text>a</text></g><text>unused</text></defs>"
@@ -180,8 +181,8 @@ TEST(SvgRestyle, EachPartIsToldFromWhatIsDrawn) {
        "<defs><text id=\"t\" style=\"fill:#000001\" data-fill-part=\"text\">a</text></defs>"
        "<use href=\"#t\"/>"},
       {"<circle r=\"5\" fill-opacity=\"0\"/>", "<circle r=\"5\" fill-opacity=\"0\"/>"},
-      {"<style>circle:hover { fill: red }</style><circle r=\"5\"/>",
-       "<style>circle:hover { fill: red }</style><circle r=\"5\"/>"},
+      {"<style>circle[r] { fill: red }</style><circle r=\"5\"/>",
+       "<style>circle[r] { fill: red }</style><circle r=\"5\"/>"},
       {"<style>@media print { circle { fill: red } }</style><circle r=\"5\"/>",
        "<style>@media print { circle { fill: red } }</style><circle r=\"5\"/>"},
       // Style sheets.
@@ -295,7 +296,7 @@ TEST(SvgRestyle, LinesGetWidthsAndDashes) {
   style.frame = {"", 1, ChartDash::kDashed};
   style.seriesWidth = 2;
   const std::pair<const char*, const char*> cases[] = {
-      {"<line x2=\"9\" stroke=\"#000\" stroke-width=\"9\"/>",
+      {"<line x2=\"9\" stroke=\"#000\" stroke-width=\"3\"/>",
        "<line x2=\"9\" stroke=\"#000\" style=\"stroke-width:0.75\" data-stroke-part=\"axis\"/>"},
       {"<line x2=\"300\" stroke=\"#ddd\"/>",
        "<line x2=\"300\" stroke=\"#ddd\" style=\"stroke-width:0.5;stroke-dasharray:0.5,1\" "
@@ -314,6 +315,102 @@ TEST(SvgRestyle, LinesGetWidthsAndDashes) {
   for (const auto& [inside, expected] : cases) EXPECT_EQ(restyled(inside, style), expected);
   style.grid.dash = ChartDash::kSolid;
   EXPECT_NE(restyled("<line x2=\"300\" stroke=\"#ddd\"/>", style).find("stroke-dasharray:none"),
+            std::string::npos);
+}
+
+TEST(SvgRestyle, WidthsThatSaySomethingStay) {
+  ChartStyle style;
+  style.seriesWidth = 2;
+  style.axis.width = 1;
+  style.grid.width = 1;
+  const std::string thick = "<path d=\"M1 1L5 9\" fill=\"none\" stroke=\"red\" stroke-width=\"30\"";
+  const std::string grey = "<line x2=\"300\" stroke=\"#ddd\" stroke-width=\"30\"";
+  for (const std::string& line : {thick, grey}) {
+    const std::string once = restyled(line + "/>", style);
+    EXPECT_EQ(once, line + " data-stroke-part=\"series-1\" data-stroke-width=\"own\"/>");
+  }
+  // Lines of one width get another; of two, they keep both.
+  const std::string line = "<path d=\"M1 1L5 9\" fill=\"none\" stroke=\"red\" stroke-width=\"1\"";
+  const std::string other = "<path d=\"M1 1L5 9\" fill=\"none\" stroke=\"red\" stroke-width=\"3\"";
+  const std::string result = restyled(line + "/>" + other + "/>", style);
+  EXPECT_EQ(result, line + " data-stroke-part=\"series-1\" data-stroke-width=\"own\"/>" + other +
+                        " data-stroke-part=\"series-1\" data-stroke-width=\"own\"/>");
+  EXPECT_EQ(restyled(result, style), result);
+}
+
+TEST(SvgRestyle, BoxesAreGroundsWhereSomethingLiesOnThem) {
+  const auto box = [](int x, int y, int width, int height, const std::string& fill) {
+    return "<rect x=\"" + std::to_string(x) + "\" y=\"" + std::to_string(y) + "\" width=\"" +
+           std::to_string(width) + "\" height=\"" + std::to_string(height) + "\" fill=\"" + fill +
+           "\"/>";
+  };
+  const std::string lines =
+      "<polyline points=\"60,60 90,90 150,70\" fill=\"none\" stroke=\"red\"/>"
+      "<line x1=\"50\" y1=\"90\" x2=\"160\" y2=\"90\" stroke=\"#eee\"/><circle cx=\"80\" cy=\"70\" "
+      "r=\"3\" fill=\"red\"/>";
+  const std::pair<std::string, const char*> cases[] = {
+      // Bars, however pale.
+      {box(50, 50, 30, 200, "lightgray"), "series-1"},
+      {box(50, 50, 30, 200, "#eee"), "series-1"},
+      {box(50, 50, 110, 100, "#d9d9d9"), "series-1"},
+      // Small multiples and legends.
+      {box(50, 50, 110, 100, "#d9d9d9") + lines, "panel"},
+      {box(50, 50, 110, 100, "#eee") + lines, "paper"},
+      // Large ones whatever their colour.
+      {box(40, 40, 300, 200, "lightyellow") + lines, "panel"},
+      {box(40, 40, 300, 200, "#1e1e4e") + lines, "panel"},
+      {box(40, 40, 300, 200, "#1e1e4e"), "series-1"},
+      // A zone that the data run through stays.
+      {box(70, 0, 30, 300, "#d4edda") + lines, "own"},
+  };
+  for (const auto& [inside, part] : cases) {
+    const std::string result = restyled(inside, colors());
+    EXPECT_NE(result.substr(0, result.find('>')).find("fill-part=\"" + std::string(part) + "\""),
+              std::string::npos)
+        << inside << "\n"
+        << result;
+  }
+}
+
+TEST(SvgRestyle, RulesThatColorNothingAreNoMatter) {
+  for (const char* const rule :
+       {"circle:hover { fill: red }", "@font-face { font-family: A; src: local(A) }",
+        "@keyframes k { from { fill: red } }", ":where(.plot) { max-width: 100% }"}) {
+    const std::string result =
+        restyled("<style>" + std::string(rule) + "</style><circle r=\"5\"/>", colors());
+    EXPECT_NE(result.find("<circle r=\"5\" style=\"fill:#0000f1\""), std::string::npos) << result;
+  }
+}
+
+TEST(SvgRestyle, TextOnDataCanBeRead) {
+  ChartStyle style;
+  style.background = "#101418";
+  style.text.color = "#f0f0f0";
+  style.series = {"#7fd0ff", "#102060"};
+  const std::string bars =
+      "<rect x=\"50\" y=\"50\" width=\"60\" height=\"90\" fill=\"red\"/>"
+      "<path d=\"M300 200V100A100 100 0 0 1 400 200Z\" fill=\"blue\"/>";
+  const std::pair<const char*, const char*> cases[] = {
+      {"<text x=\"80\" y=\"100\" text-anchor=\"middle\">12</text>",
+       "fill:#101418\" data-fill-part=\"on-series-1\""},
+      {"<text x=\"325\" y=\"180\" fill=\"white\">12</text>",
+       "fill:#f0f0f0\" data-fill-part=\"on-series-2\""},
+      {"<text x=\"390\" y=\"110\" text-anchor=\"middle\">12</text>",
+       "fill:#f0f0f0\" data-fill-part=\"text\""},
+      {"<text x=\"80\" y=\"250\">12</text>", "fill:#f0f0f0\" data-fill-part=\"text\""},
+  };
+  for (const auto& [text, expected] : cases) {
+    const std::string result = restyled(bars + text, style);
+    EXPECT_NE(result.find(expected), std::string::npos) << result;
+  }
+  // On what keeps its colour, a text keeps its own.
+  style.series = {"#7fd0ff"};
+  EXPECT_NE(
+      restyled(bars + cases[1].first, style).find("fill=\"white\" data-fill-part=\"on-series-2\""),
+      std::string::npos);
+  const std::string gradient =
+      "<rect x=\"50\" y=\"50\" width=\"60\" height=\"90\" fill=\"url(#g)\"/>";
+  EXPECT_NE(restyled(gradient + cases[0].first, style).find("data-fill-part=\"own\""),
             std::string::npos);
 }
 
@@ -508,7 +605,7 @@ TEST(SvgRestyle, TextThatChangesIsNoLongerDrawnToALength) {
 TEST(SvgRestyle, LineThatDoesNotScaleIsAsWideAsItIsDrawn) {
   ChartStyle style;
   style.seriesWidth = 1.2;
-  const std::string line = "d=\"M1 1L5 9\" fill=\"none\" stroke=\"red\"";
+  const std::string line = "d=\"M1 1L5 9\" fill=\"none\" stroke=\"red\" stroke-width=\".3\"";
   for (const char* const said :
        {"vector-effect=\"non-scaling-stroke\"", "style=\"vector-effect:non-scaling-stroke\""}) {
     const std::string svg =
