@@ -134,15 +134,17 @@ class PartFinder {
 
  private:
   void readPage() {
-    const double points = lengthInPixels("width") * 0.75;
+    const double width = lengthInPixels("width");
+    const double height = lengthInPixels("height");
+    parts_.unitsPerPoint = kPixelsPerPoint;
     if (const std::optional<SvgView> box = svgViewBox(root_)) {
       view_ = *box;
-      parts_.unitsPerPoint = points > 0 ? view_.width / points : kPixelsPerPoint;
+      // The side that leaves less room is what the chart is scaled by.
+      const double across = width > 0 ? view_.width / width : 0;
+      const double down = height > 0 ? view_.height / height : 0;
+      if (across > 0 || down > 0) parts_.unitsPerPoint *= std::max(across, down);
     } else {
-      // The size of a picture that says none.
-      const double height = lengthInPixels("height");
-      view_ = {0, 0, points > 0 ? points / 0.75 : 300, height > 0 ? height : 150};
-      parts_.unitsPerPoint = kPixelsPerPoint;
+      view_ = {0, 0, width > 0 ? width : 300, height > 0 ? height : 150};
     }
     parts_.left = view_.x;
     parts_.top = view_.y;
@@ -262,7 +264,6 @@ class PartFinder {
     const std::string_view name = svgLocalName(node.name());
     if (isOneOf(name, {"svg", "g", "a", "switch", "defs", "symbol", "text", "use"}) ||
         isSvgShapeName(name)) {
-      // What a mask shows is told from its colours.
       if (uses_.isMask(node)) return;
       const SvgProperties properties(node, &sheet_);
       Inherited state = enter(node, properties, outer);
@@ -694,7 +695,6 @@ class PartFinder {
     const double contrast = contrastRatio(color, paper_);
     const bool isLarge = shape.width() * shape.height() >= kLargeArea * view_.width * view_.height;
     if (isBox && isLarge && contrast < kGridContrast) return SvgPart::kPanel;
-    // Of what is seen, settleGrounds() knows better.
     return contrast < kPaperContrast ? SvgPart::kPaper : SvgPart::kSeries;
   }
 

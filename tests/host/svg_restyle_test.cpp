@@ -273,6 +273,8 @@ TEST(SvgRestyle, LettersGetFontsSizesAndStyles) {
       {"width=\"400pt\" viewBox=\"0 0 800 600\"", "18px"},
       {"width=\"400px\" viewBox=\"0 0 400 300\"", "12px"},
       {"width=\"400\" height=\"300\"", "12px"},
+      {"height=\"300\" viewBox=\"0 0 4000 3000\"", "120px"},
+      {"width=\"800\" height=\"200\" viewBox=\"0 0 200 200\"", "12px"},
       {"width=\"100%\" viewBox=\"0 0 400 300\"", "12px"},
   };
   for (const auto& [head, size] : sizes) {
