@@ -515,8 +515,7 @@ TEST_F(TextExporterTest, ImageRootIsThatOfTheImageSubcommand) {
   std::filesystem::create_directory(scratch_.file("below"));
   root = scratch_.file("below/p");
   spec_.png.setImageRoot(root);
-  EXPECT_EQ(exported(), "[Chart: below/p001.png]\n")
-      << "wherever the folder itself stands";
+  EXPECT_EQ(exported(), "[Chart: below/p001.png]\n") << "wherever the folder itself stands";
 }
 
 TEST_F(TextExporterTest, ImagesAreInTheFormatAskedFor) {
