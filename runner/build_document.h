@@ -9,7 +9,8 @@
 #include <string>
 #include <vector>
 
-namespace CLI {
+// The library's own name.
+namespace CLI {  // NOLINT(readability-identifier-naming)
 class App;
 }
 
