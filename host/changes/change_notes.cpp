@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
+#include "platform/strings/full_stop.h"
 #include "platform/strings/language.h"
 #include "platform/strings/localized.h"
 
@@ -30,9 +32,7 @@ std::string harmless(std::string value) {
 std::string chartTemplateName(std::size_t number) { return localized("chart template ^1", number); }
 
 std::string clauseOf(std::string sentence) {
-  constexpr std::string_view kWideStop = "。";
-  if (sentence.ends_with(kWideStop)) sentence.resize(sentence.size() - kWideStop.size());
-  if (sentence.ends_with('.')) sentence.pop_back();
+  sentence = withoutFullStop(std::move(sentence));
   // Other languages have words that begin so wherever they stand.
   if (currentLanguage() == kOriginalLanguage && !sentence.empty() && sentence[0] >= 'A' &&
       sentence[0] <= 'Z') {

@@ -5,12 +5,14 @@
 #include <memory>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 #include "host/controller/document_file.h"
 #include "host/export/document_exporter.h"
 #include "host/export/html/html_exporter.h"
 #include "host/export/text/text_exporter.h"
 #include "host/store/store_error.h"
+#include "platform/strings/full_stop.h"
 #include "platform/strings/language.h"
 #include "platform/strings/localized.h"
 #include "platform/text/encoding.h"
@@ -93,9 +95,7 @@ const Document& documentFor(const ExportSpec& spec, OutputController& controller
 }  // namespace
 
 std::string asClause(std::string sentence) {
-  constexpr std::string_view kWideStop = "。";
-  if (sentence.ends_with(kWideStop)) sentence.resize(sentence.size() - kWideStop.size());
-  if (sentence.ends_with('.')) sentence.pop_back();
+  sentence = withoutFullStop(std::move(sentence));
   if (currentLanguage() != kOriginalLanguage) return sentence;
   const bool isName = sentence.size() > 1 && sentence[1] >= 'A' && sentence[1] <= 'Z';
   if (!isName && !sentence.empty() && sentence[0] >= 'A' && sentence[0] <= 'Z') {
