@@ -10,9 +10,10 @@ namespace vornwout {
 namespace {
 
 constexpr std::array<std::string_view, 12> kTypeNames = {
-    localizable("table"),   localizable("chart"),   localizable("text"),  localizable("log"),
-    localizable("warning"), localizable("notes"),   "page-title",         localizable("model"),
-    localizable("tree"),    localizable("heading"), localizable("other"), localizable("unknown")};
+    localizable("table"),      localizable("chart"),   localizable("text"),
+    localizable("log"),        localizable("warning"), localizable("notes"),
+    localizable("page-title"), localizable("model"),   localizable("tree"),
+    localizable("heading"),    localizable("other"),   localizable("unknown")};
 
 }  // namespace
 
